@@ -1,0 +1,34 @@
+// The program put together: the outside world, the forms and their windows.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "monitor/monitor.h"
+#include "platform/qt/qt_platform.h"
+#include "ui/about_dialog.h"
+#include "ui/main_window.h"
+#include "ui/options_dialog.h"
+
+namespace tarnlink {
+
+class Program {
+ public:
+  // Needs a QApplication. Ends its event loop when the user leaves.
+  Program();
+
+  // Loads the main form, shows it, and opens `screen` if it is not empty.
+  void Start(const std::string& screen);
+
+  Monitor& monitor() { return monitor_; }
+  MainWindow& window() { return window_; }
+
+ private:
+  QtPlatform platform_;
+  Monitor monitor_{platform_};
+  MainWindow window_{monitor_.main};
+  std::unique_ptr<OptionsDialog> options_;
+  std::unique_ptr<AboutDialog> about_;
+};
+
+}  // namespace tarnlink

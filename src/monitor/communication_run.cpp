@@ -1,0 +1,281 @@
+#include "monitor/communication_run.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+#include "common/numbers.h"
+#include "protocols/tarnlink_protocol.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr int kStatusPanel = 4;
+constexpr int kConnectionPanel = 6;
+
+void Enable(std::initializer_list<MenuEntry*> entries, bool enabled) {
+  for (MenuEntry* entry : entries) entry->Enabled = enabled;
+}
+
+void Restart(Timer& timer) {
+  timer.SetEnabled(false);
+  timer.SetEnabled(true);
+}
+
+}  // namespace
+
+ProtocolTable MakeProtocols() {
+  ProtocolTable protocols;
+  protocols[kTarnlinkProtocol] = std::make_unique<TarnlinkProtocol>();
+  return protocols;
+}
+
+CommunicationRun::CommunicationRun(frm_Main& main, frm_Options& options, RunRecorder& recorder,
+                                   ProtocolTable protocols)
+    : main_(main),
+      options_(options),
+      recorder_(recorder),
+      protocols_(std::move(protocols)),
+      receive_pause_(main.platform().CreateTimer()) {
+  main_.Toolbar1(2).Click = [this] { StartCommunication(); };
+  main_.Toolbar1(3).Click = [this] { StopCommunication(); };
+  main_.Comm->SetOnComm([this](int event) { CommEventHandler(event); });
+  main_.Comm_Timer->SetOnTimer([this] { PollTick(); });
+  main_.tmr_noresponse->SetOnTimer([this] { NoResponse(); });
+  main_.tmr_MsgTimeout->SetOnTimer([this] { MessageTimedOut(); });
+  receive_pause_->SetOnTimer([this] {
+    receive_pause_->SetEnabled(false);
+    TakeResponse();
+  });
+}
+
+int CommunicationRun::MessageTimeout() const { return options_.sld_MsgTimeout.Value * 1000; }
+
+bool CommunicationRun::NameVisible(int index) const {
+  return main_.RAM_LOC_TEXT.Has(index) && main_.RAM_LOC_TEXT(index).Visible;
+}
+
+void CommunicationRun::ShowValue(int index, const std::string& text) {
+  main_.RAM_LOC_VAL(index).Text = text;
+}
+
+void CommunicationRun::ShowPanel(int panel, const std::string& text) {
+  main_.StatusBar1(panel).Text = text;
+}
+
+Protocol* CommunicationRun::SelectedProtocol() const {
+  return protocols_[static_cast<std::size_t>(options_.SelectedProtocol())].get();
+}
+
+void CommunicationRun::StartCommunication() {
+  main_.tmr_noresponse->SetInterval(MessageTimeout());
+  if (main_.CommRunning || main_.LocationCount < 1) return;
+  if (SelectedProtocol() == nullptr) {
+    main_.platform().dialogs().MessageBox(
+        {.text = "This version polls with the TarnLink protocol only. Choose it under Options.",
+         .title = std::string(kProgramTitle),
+         .icon = Icon::kInformation});
+    return;
+  }
+  try {
+    if (options_.chkClearAllValues.Value) ClearAllValues();
+    main_.Comm->SetPortOpen(true);
+    ShowPanel(kConnectionPanel, "Local Connection Active");
+    ShowPanel(kStatusPanel, "Communication Running");
+    DisableToolsDuringRun();
+    main_.MsgPointer = 0;
+    main_.DDERowCounter = 2;
+    if (options_.chk_GeneralLogging(0).Value) recorder_.PrepareLog();
+    if (options_.chk_GeneralLogging(1).Value) recorder_.StartSpreadsheet();
+    main_.CommRunning = true;
+    main_.Comm_Timer->SetEnabled(true);
+    main_.message_received = true;
+  } catch (const RunTimeError& error) {
+    FailurePath(error);
+  }
+}
+
+void CommunicationRun::ClearAllValues() {
+  for (int i = 1; i <= main_.MaxId; ++i) ShowValue(i, "");
+}
+
+void CommunicationRun::DisableToolsDuringRun() {
+  Enable({&main_.M_options, &main_.M_Graphics, &main_.mnuLoadParameters, &main_.M_ControlPanel,
+          &main_.mnuScanSlaves, &main_.M_errgen, &main_.mnuCfgCheck, &main_.mnuSniffer},
+         false);
+}
+
+void CommunicationRun::StopCommunication() {
+  main_.DDERowCounter = 2;
+  StopZOLTCommunication();
+}
+
+void CommunicationRun::FailurePath(const RunTimeError& error) {
+  ReportError(error);
+  StopCommunication();
+}
+
+void CommunicationRun::ReportError(const RunTimeError& error) {
+  if (error.code() == kDialogCancelled) return;
+  MessageBoxRequest box;
+  box.icon = Icon::kCritical;
+  box.detail = error.what();
+  if (error.code() == kPortUnavailable) {
+    box.text = "Communication port " + std::to_string(main_.Comm->CommPort()) +
+               " occupied.\r\nStop communication and try again.";
+    box.title = "Communication Error";
+  } else {
+    box.text = "Internal System Error #" + Str(error.code()) +
+               " occured, please contact distributor. Communication is stopped";
+    box.title = "Internal System Error";
+  }
+  main_.platform().dialogs().MessageBox(box);
+}
+
+void CommunicationRun::StopZOLTCommunication() {
+  main_.CommRunning = false;
+  receive_pause_->SetEnabled(false);
+  if (main_.Comm->PortOpen()) {
+    main_.Comm->SetPortOpen(false);
+    main_.tmr_noresponse->SetEnabled(false);
+    ShowPanel(kConnectionPanel, "No Connection Active");
+  }
+  main_.Comm_Timer->SetEnabled(false);
+  main_.tmr_MsgTimeout->SetEnabled(false);
+  ShowPanel(kStatusPanel, "Communication Stopped");
+  recorder_.CloseLogFile();
+  main_.M_options.Enabled = true;
+  Enable({&main_.M_Graphics, &main_.mnuLoadParameters, &main_.M_ControlPanel, &main_.M_errgen,
+          &main_.mnuCfgCheck, &main_.mnuSniffer, &main_.mnuScanSlaves},
+         options_.SelectedProtocol() != kModbusProtocol);
+}
+
+void CommunicationRun::PollTick() {
+  if (!main_.message_received || LossIsAboutToBeTold()) return;
+  main_.message_received = false;
+  try {
+    if (Protocol* protocol = SelectedProtocol()) protocol->SendNextPoll(*this);
+  } catch (const RunTimeError& error) {
+    FailurePath(error);
+    return;
+  }
+  // Also after a poll that stopped the run for want of anything to poll.
+  Restart(*main_.tmr_noresponse);
+}
+
+void CommunicationRun::CommEventHandler(int event) {
+  switch (event) {
+    case kCommReceive:
+      return Receive();
+    case kCommFrame:
+      return LineError("Framing Error");
+    case kCommOverrun:
+      return LineError("Data Lost");
+    case kCommReceiveOver:
+      return LineError("Receive Buffer Overflow");
+    case kCommTransmitFull:
+      return LineError("Transmit Buffer Overflow");
+    case kCommDeviceGone:
+      return DeviceGone();
+    default:
+      return;
+  }
+}
+
+void CommunicationRun::Receive() {
+  Protocol* protocol = SelectedProtocol();
+  if (protocol == nullptr) {
+    main_.Comm->ClearInBuffer();
+    return;
+  }
+  const int pause = protocol->ReceivePause(options_.opt_Baudrate.Selected());
+  if (pause == 0) return TakeResponse();
+  // The threshold is below the frame's length: the rest arrives during the pause. The answer has
+  // begun in time, so the watchdog waits too; no further event comes before the next request.
+  main_.tmr_noresponse->SetEnabled(false);
+  main_.Comm->SetRThreshold(0);
+  receive_pause_->SetInterval(pause);
+  receive_pause_->SetEnabled(true);
+}
+
+void CommunicationRun::TakeResponse() {
+  try {
+    if (Protocol* protocol = SelectedProtocol()) protocol->TakeResponse(*this);
+  } catch (const RunTimeError&) {
+    // The exchange stays open and the watchdog ends it, which the routine may have stopped already.
+    if (main_.CommRunning) main_.tmr_noresponse->SetEnabled(true);
+  }
+}
+
+void CommunicationRun::LineError(const std::string& text) {
+  if (options_.chk_DisableCommErrors.Value) {
+    main_.Comm->ClearInBuffer();
+    return;
+  }
+  if (line_error_shown_) return;
+  line_error_shown_ = true;
+  main_.platform().dialogs().MessageBox({.text = text,
+                                         .title = "Communication Error",
+                                         .icon = Icon::kCritical,
+                                         .buttons = Buttons::kYesNo,
+                                         .second_is_default = true});
+  line_error_shown_ = false;
+}
+
+// A vanished device closes its port at once; the event that tells of it comes through the event
+// loop and may find a timer ahead of it, which must not meet the closed port.
+bool CommunicationRun::LossIsAboutToBeTold() const {
+  return !main_.Comm->PortOpen() && !main_.Comm->LossReason().empty();
+}
+
+void CommunicationRun::DeviceGone() {
+  const std::string reason = main_.Comm->LossReason();
+  // The port has closed itself, so the watchdog is stopped here: it would only try to open a device
+  // that is not there.
+  main_.tmr_noresponse->SetEnabled(false);
+  StopCommunication();
+  ShowPanel(kConnectionPanel, "No Connection Active");
+  main_.platform().dialogs().MessageBox({.text = "Communication port " +
+                                                 std::to_string(main_.Comm->CommPort()) +
+                                                 " is gone. Communication is stopped.",
+                                         .title = "Communication Error",
+                                         .icon = Icon::kCritical,
+                                         .detail = reason});
+}
+
+void CommunicationRun::NoResponse() {
+  if (LossIsAboutToBeTold()) return;
+  receive_pause_->SetEnabled(false);
+  try {
+    if (main_.Comm->PortOpen()) main_.Comm->SetPortOpen(false);
+    main_.Comm->SetPortOpen(true);
+  } catch (const RunTimeError& error) {
+    // Told once: the run ends before the box is up, and the watchdog with it.
+    main_.tmr_noresponse->SetEnabled(false);
+    StopCommunication();
+    ShowPanel(kConnectionPanel, "No Connection Active");
+    ReportError(error);
+    return;
+  }
+  main_.message_received = true;
+  main_.Comm->ClearInBuffer();
+}
+
+// Leaves `tmr_noresponse` running and the port's panel alone, and keeps two tools disabled: after a
+// silent slave the user is to press Stop, which puts all of it right.
+void CommunicationRun::MessageTimedOut() {
+  main_.platform().dialogs().MessageBox(
+      {.text = "Slave is not responding", .title = "Message Timeout", .icon = Icon::kCritical});
+  main_.CommRunning = false;
+  if (main_.Comm->PortOpen()) main_.Comm->SetPortOpen(false);
+  main_.Comm_Timer->SetEnabled(false);
+  main_.tmr_MsgTimeout->SetEnabled(false);
+  ShowPanel(kStatusPanel, "Communication Stopped");
+  recorder_.CloseLogFile();
+  main_.M_options.Enabled = true;
+  Enable({&main_.M_Graphics, &main_.mnuLoadParameters, &main_.M_ControlPanel, &main_.mnuScanSlaves,
+          &main_.M_errgen},
+         options_.SelectedProtocol() != kModbusProtocol);
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,172 @@
+// The main form as state: its menus, tool bar, status bar, screen, port and timers, and the fields
+// that all parts of the monitor share. What happens on it stands in the units beside this one:
+// the run in communication_run, the screen in screen_commands, start and leave in start_and_leave.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/control_array.h"
+#include "common/controls.h"
+#include "files/project_tree.h"
+#include "monitor/location_table.h"
+#include "platform/platform.h"
+#include "protocols/protocol_run.h"
+
+namespace tarnlink {
+
+inline constexpr std::string_view kProgramTitle = "TarnLink";
+inline constexpr std::string_view kApplicationKey = "TarnLink2";
+inline constexpr std::string_view kFreeHistoryEntry = "<Free>";
+inline constexpr int kHistoryLength = 4;
+inline constexpr Colour kNewScreenColour = 0xFF8080;
+inline constexpr Colour kBlockColour = 0xFFFF00;  // Locations of a Modbus register block
+
+enum class WindowState { kNormal, kMinimized, kMaximized };
+
+// What a file dialog of a form remembers between two uses.
+struct CommonDialog {
+  std::string InitDir;
+  std::string FileName;
+};
+
+// The window itself: place and size in units of 1440 to the inch.
+class Window : public Control {
+ public:
+  using Control::Control;
+
+  Property<std::string> Caption{this, {}};
+  Property<Colour> BackColor{this, kNewScreenColour};
+  Property<float> Left{this, 0.0F};
+  Property<float> Top{this, 0.0F};
+  Property<float> Width{this, 0.0F};
+  Property<float> Height{this, 0.0F};
+  Property<WindowState> State{this, WindowState::kNormal};
+  // Off while a whole screen is replaced, so that it appears at once.
+  Property<bool> Painting{this, true};
+};
+
+class frm_Main : public RunFields {
+ public:
+  explicit frm_Main(Platform& platform);
+
+  Platform& platform() { return platform_; }
+
+  Window form{"frm_Main"};
+
+  FixedArray<MenuEntry> Toolbar1{"Toolbar1",
+                                 1,
+                                 {"Add Location", "Start Communication", "Stop Communication",
+                                  "Add Text", "Project Window", "Refresh Screen"}};
+  FixedArray<StatusPanel> StatusBar1{
+      "StatusBar1",
+      1,
+      {"Communication Parameters", "Number of locations on screen.", "Activated Protocol",
+       "Communication Status", "Location which is read", "Remote Connection"}};
+
+  MenuEntry M_file{"M_file", "&File"};
+  MenuEntry M_fileopen{"M_fileopen", "Open Tarnlink File"};
+  FixedArray<MenuEntry> M_filesave{
+      "M_filesave", 0, {"Save Tarnlink File", "Save Tarnlink File as"}};
+  MenuEntry M_NewScreen{"M_NewScreen", "New Screen"};
+  MenuEntry mnuPrint{"mnuPrint", "Print Screen"};
+  MenuEntry mnuPrintToFile{"mnuPrintToFile", "Export to DOC"};
+  MenuEntry M_options{"M_options", "Options"};
+  FixedArray<MenuEntry> M_fileHist{"M_fileHist", 0, FreeHistory()};
+  FixedArray<MenuEntry> M_fileHistPrj{"M_fileHistPrj", 0, FreeHistory()};
+  MenuEntry M_exit{"M_exit", "E&xit"};
+
+  MenuEntry M_Tools{"M_Tools", "&Tools"};
+  MenuEntry M_Graphics{"M_Graphics", "Graphics"};
+  MenuEntry M_ControlPanel{"M_ControlPanel", "Control Panel"};
+  MenuEntry mnuScanSlaves{"mnuScanSlaves", "Scan Slaves"};
+  MenuEntry mnuWPConversion{"mnuWPConversion", "WP conversion"};
+  MenuEntry mnuSniffer{"mnuSniffer", "Sniffer"};
+  MenuEntry mnuCfgCheck{"mnuCfgCheck", "Configuration Check"};
+  MenuEntry mnuLoadParameters{"mnuLoadParameters", "Load Parameters"};
+  MenuEntry mnuGenParaFile{"mnuGenParaFile", "Gen Parameter File"};
+  MenuEntry M_EE_DOWN{"M_EE_DOWN", "EEPROM Download"};
+  MenuEntry M_EEPROM{"M_EEPROM", "PROM Programmer"};
+  MenuEntry M_errgen{"M_errgen", "Error Generator"};
+
+  MenuEntry mnuProject{"mnuProject", "&Project"};
+  MenuEntry mnuNewProject{"mnuNewProject", "New Project"};
+  MenuEntry mnuOpenProject{"mnuOpenProject", "Open Project"};
+  MenuEntry mnuSaveProject{"mnuSaveProject", "Save Project"};
+  MenuEntry mnuAddTarnLinkFile{"mnuAddTarnLinkFile", "Add Tarnlink File"};
+  MenuEntry mnuAddParameterFile{"mnuAddParameterFile", "Add Parameter File"};
+  MenuEntry mnuAddGraphFile{"mnuAddGraphFile", "Add Graphic File"};
+  MenuEntry mnuAddErrorDiscr{"mnuAddErrorDiscr", "Add Error Description"};
+  MenuEntry mnuAddIDFile{"mnuAddIDFile", "Add ID Description"};
+  MenuEntry mnuAddNecMap{"mnuAddNecMap", "Add Memory Map"};
+  MenuEntry mnuRefresh{"mnuRefresh", "Refresh Memory Map"};
+  MenuEntry mnuViewProjectWindow{"mnuViewProjectWindow", "Project Window"};
+
+  MenuEntry M_Help{"M_Help", "&Help"};
+  MenuEntry M_HelpTopics{"M_HelpTopics", "Help Topics"};
+  MenuEntry M_About{"M_About", "About"};
+
+  // The project window.
+  Control sstProject{"sstProject"};
+  ProjectTree trvProject;
+
+  // The screen. Member 0 of each array is the template.
+  ControlArray<TextBox> RAM_LOC_TEXT{"RAM_LOC_TEXT"};
+  ControlArray<TextBox> RAM_LOC_VAL{"RAM_LOC_VAL"};
+  ControlArray<CheckBox> RAM_LOC_CHECK{"RAM_LOC_CHECK"};
+  ControlArray<Label> lbl_TextInfo{"lbl_TextInfo"};
+  int TextInfoCount = 0;
+  LocationTable Locations;
+
+  bool WCRChanged = false;
+  bool ProjectChanged = false;
+  std::string CurrentTarnLinkFile;
+  std::string ParameterFile;
+  std::string GraphicFile;
+  std::int16_t MicroType = 0;  // 0 ATMega, 1 XMega, 2 NEC, 3 Renesas
+  bool FirstLoad = false;
+  int SelectedLocation = 0;
+
+  CommonDialog WcrCmnDlg;
+  CommonDialog PrjCmnDlg;
+  CommonDialog ParCmnDlg;
+  CommonDialog GrpCmnDlg;
+  CommonDialog MssCmnDlg;
+
+  const std::unique_ptr<SerialPort> Comm;
+  const std::unique_ptr<Timer> Comm_Timer;
+  const std::unique_ptr<Timer> tmr_noresponse;
+  const std::unique_ptr<Timer> tmr_MsgTimeout;
+
+  // The look of a new screen. A screen that holds labels or has a file keeps its own.
+  void InitForm();
+  void InitLocations();
+
+  // The window's caption: program, screen file, and a mark while the screen differs from it.
+  void ShowTitle();
+  void ShowLocationCount();
+
+  // Tells the user, once, that the settings could not be written.
+  void TellStoreFailure();
+
+  // Enters a file at the top of a history; a file that is in it already moves up.
+  void LoadShortCuts(const std::string& FileName);
+  void LoadShortCutsPrj(const std::string& FileName);
+
+  // What a change of the memory map or ID file sets off: the readers of names hook in here.
+  std::function<void(const std::string& FileName)> LoadClass7;
+  std::function<void(const std::string& FileName)> ReadIDItems;
+
+  // Ends the program after leaving; the composition hooks in here.
+  std::function<void()> Unload;
+
+ private:
+  static std::vector<std::string> FreeHistory();
+  void BuildTemplates();
+
+  Platform& platform_;
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,37 @@
+// What a run writes down: its log file and its spreadsheet.
+#pragma once
+
+namespace tarnlink {
+
+// The hooks that the run calls, in the order of a run. A recorder looks for itself which Locations
+// are to be recorded, and sets and clears `filelogging`. `NoRecorder` keeps no record.
+class RunRecorder {
+ public:
+  virtual ~RunRecorder() = default;
+
+  // At Start, each if its option is set. RunTimeError 32755, for a cancelled dialog or after the
+  // user has been told, ends the Start without a word; any other one with the message of its code.
+  virtual void PrepareLog() = 0;
+  virtual void StartSpreadsheet() = 0;
+
+  // The request for Location `index` goes out; its value has come in and stands in its box. A
+  // RunTimeError here leaves the exchange to the watchdog.
+  virtual void LogRequest(int index) = 0;
+  virtual void RecordValue(int index) = 0;
+
+  virtual void EndLogRow() = 0;
+  // Closes the log if it is open. Never throws.
+  virtual void CloseLogFile() = 0;
+};
+
+class NoRecorder final : public RunRecorder {
+ public:
+  void PrepareLog() override {}
+  void StartSpreadsheet() override {}
+  void LogRequest(int) override {}
+  void RecordValue(int) override {}
+  void EndLogRow() override {}
+  void CloseLogFile() override {}
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,224 @@
+#include "monitor/screen_commands.h"
+
+#include <optional>
+
+#include "common/numbers.h"
+#include "common/paths.h"
+#include "common/run_time_error.h"
+#include "common/text.h"
+#include "common/text_file.h"
+#include "monitor/screen_builder.h"
+#include "platform/path_resolver.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr const char* kScreenFilter = "Windows Tarnlink Screens (*.wcr)|*.wcr";
+constexpr const char* kIdFile = ".\\default.ids";
+constexpr const char* kModbusIdFile = ".\\MBID.ids";
+
+// The last file name of the dialog, made to end like a screen.
+std::string ProposedName(std::string last_name) {
+  constexpr int kShortest = 5;
+  constexpr int kExtensionLength = 4;
+  const int length = CharacterCount(last_name);
+  if (length < kShortest || ToLower(last_name).ends_with(".wcr")) return last_name;
+  while (CharacterCount(last_name) > length - kExtensionLength) last_name.pop_back();
+  return last_name + ".wcr";
+}
+
+}  // namespace
+
+ScreenCommands::ScreenCommands(frm_Main& main, frm_Options& options, CommunicationRun& run,
+                               RunRecorder& recorder)
+    : main_(main), options_(options), run_(run), recorder_(recorder) {
+  main_.M_fileopen.Click = [this] { M_fileopen(); };
+  main_.M_filesave(0).Click = [this] { M_filesave(0); };
+  main_.M_filesave(1).Click = [this] { M_filesave(1); };
+  main_.M_NewScreen.Click = [this] { M_NewScreen(); };
+  for (int i = main_.M_fileHist.first(); i <= main_.M_fileHist.last(); ++i) {
+    main_.M_fileHist(i).Click = [this, i] {
+      const std::string path = main_.M_fileHist(i).Caption;
+      if (OfferToSave()) OpenTarnLinkFileBuildScreen(path);
+    };
+  }
+}
+
+// --- Open ----------------------------------------------------------------------------------------
+
+void ScreenCommands::OpenTarnLinkFileBuildScreen(const std::string& path) {
+  if (main_.CommRunning) run_.StopZOLTCommunication();
+  main_.form.Painting = false;
+  recorder_.CloseLogFile();
+  UnloadObjects();
+  main_.CurrentTarnLinkFile.clear();
+  main_.InitLocations();
+  main_.InitForm();
+  main_.LoadShortCuts(path);
+  std::optional<RunTimeError> failure;
+  main_.building = true;
+  try {
+    const std::string text = DecodeText(main_.platform().files().ReadWhole(path));
+    const int protocol = ScreenFileReader::InferProtocol(text);
+    BuildScreen(text);
+    main_.CurrentTarnLinkFile = path;
+    SelectProtocolOfScreen(protocol);
+  } catch (const RunTimeError& error) {
+    main_.CurrentTarnLinkFile.clear();
+    failure = error;
+  }
+  main_.building = false;
+  main_.form.Painting = true;
+  main_.WCRChanged = false;
+  main_.ShowTitle();
+  main_.ShowLocationCount();
+  main_.MsgPointer = 0;
+  main_.Comm_Timer->SetEnabled(false);
+  main_.CommRunning = false;
+  if (failure) ReportFileError(*failure, "During opening wcr file ", path);
+}
+
+void ScreenCommands::BuildScreen(const std::string& text) {
+  ScreenFileReader reader(text);
+  main_.form.BackColor = reader.ReadColour();
+  // The counts follow each object that stands, so that a bad record leaves a whole screen.
+  while (const auto record = reader.Next()) {
+    if (const auto* location = std::get_if<LocationRecord>(&*record)) {
+      BuildLocation(main_, options_, main_.MaxId + 1, *location);
+      ++main_.MaxId;
+      main_.LocationCount = main_.MaxId;
+      if (location->tag == kMemoryTag && AdaptAddress) AdaptAddress(main_.MaxId);
+    } else {
+      BuildLabel(main_, main_.TextInfoCount + 1, std::get<LabelRecord>(*record));
+      ++main_.TextInfoCount;
+    }
+  }
+}
+
+void ScreenCommands::SelectProtocolOfScreen(int protocol) {
+  LoadOptions(main_, options_);
+  options_.opt_Protocol.Select(protocol);
+  options_.txt_ZOLTIDDef.Text = protocol == kModbusProtocol ? kModbusIdFile : kIdFile;
+  options_.ApplyOptions();
+}
+
+void ScreenCommands::UnloadObjects() {
+  for (int i = 1; i <= main_.MaxId; ++i) {
+    main_.RAM_LOC_TEXT.Unload(i);
+    main_.RAM_LOC_VAL.Unload(i);
+    main_.RAM_LOC_CHECK.Unload(i);
+  }
+  for (int j = 1; j <= main_.TextInfoCount; ++j) main_.lbl_TextInfo.Unload(j);
+  main_.MaxId = 0;
+  main_.TextInfoCount = 0;
+  main_.LocationCount = 0;
+  main_.MsgPointer = 0;
+  main_.tmr_noresponse->SetEnabled(false);
+  if (main_.Comm->PortOpen()) main_.Comm->SetPortOpen(false);
+}
+
+void ScreenCommands::M_fileopen() {
+  if (!OfferToSave()) return;
+  const auto path = main_.platform().dialogs().OpenFile(
+      {.title = "Open",
+       .filter = kScreenFilter,
+       .folder = UsableFolder(main_.WcrCmnDlg.InitDir, main_.platform().files()),
+       .extension = "wcr"});
+  if (!path) return;
+  main_.WcrCmnDlg.InitDir = FolderOfPath(*path);
+  main_.WcrCmnDlg.FileName = *path;
+  OpenTarnLinkFileBuildScreen(*path);
+}
+
+void ScreenCommands::M_NewScreen() {
+  if (!OfferToSave()) return;
+  run_.StopZOLTCommunication();
+  UnloadObjects();
+  recorder_.CloseLogFile();
+  main_.CurrentTarnLinkFile.clear();
+  main_.InitLocations();
+  main_.InitForm();
+  main_.WCRChanged = false;
+  main_.ShowTitle();
+  main_.ShowLocationCount();
+}
+
+// --- Save ----------------------------------------------------------------------------------------
+
+bool ScreenCommands::SaveScreenFile(const std::string& path) {
+  if (path.empty()) return true;
+  try {
+    const std::string text = WriteScreenFile(main_.form.BackColor, ScreenRecords(main_, options_));
+    main_.platform().files().WriteWhole(path, EncodeText(text));
+  } catch (const RunTimeError& error) {
+    ReportFileError(error, "During saving wcr file ", path);
+    return false;
+  }
+  return true;
+}
+
+bool ScreenCommands::M_filesave(int Index) {
+  if (Index != 0 || main_.CurrentTarnLinkFile.empty()) return SaveAs();
+  if (!SaveScreenFile(main_.CurrentTarnLinkFile)) return false;
+  main_.WCRChanged = false;
+  main_.ShowTitle();
+  return true;
+}
+
+bool ScreenCommands::SaveAs() {
+  CommonDialog& dialog = main_.WcrCmnDlg;
+  dialog.FileName =
+      main_.CurrentTarnLinkFile.empty() ? ProposedName(dialog.FileName) : main_.CurrentTarnLinkFile;
+  const auto path = main_.platform().dialogs().SaveFile(
+      {.title = "Save As",
+       .filter = kScreenFilter,
+       .file_name = dialog.FileName,
+       .folder = UsableFolder(dialog.InitDir, main_.platform().files()),
+       .extension = "wcr",
+       .confirm_overwrite = true});
+  if (!path) return false;
+  dialog.InitDir = FolderOfPath(*path);
+  dialog.FileName = *path;
+  main_.CurrentTarnLinkFile = *path;
+  main_.LoadShortCuts(*path);
+  const bool saved = SaveScreenFile(*path);
+  if (saved) main_.WCRChanged = false;
+  main_.ShowTitle();
+  if (saved) OfferToAddToProject();
+  return saved;
+}
+
+void ScreenCommands::OfferToAddToProject() {
+  const std::string& path = main_.CurrentTarnLinkFile;
+  if (main_.trvProject.HasNode(path)) return;
+  const Answer answer =
+      main_.platform().dialogs().MessageBox({.text = "Add file to project?",
+                                             .title = std::string(kApplicationKey),
+                                             .icon = Icon::kQuestion,
+                                             .buttons = Buttons::kYesNo});
+  if (answer != Answer::kYes) return;
+  if (main_.trvProject.AddFileToProject("wcr", path)) main_.ProjectChanged = true;
+}
+
+bool ScreenCommands::OfferToSave() {
+  if (!main_.WCRChanged) return true;
+  const Answer answer = main_.platform().dialogs().MessageBox(
+      {.text = "The screen was changed. Do you want to save the changes?",
+       .title = std::string(kApplicationKey),
+       .icon = Icon::kExclamation,
+       .buttons = Buttons::kYesNo});
+  return answer != Answer::kYes || M_filesave(0);
+}
+
+void ScreenCommands::ReportFileError(const RunTimeError& error, const std::string& doing,
+                                     const std::string& path) {
+  main_.platform().dialogs().MessageBox({.text = "Internal System Error #" + Str(error.code()) +
+                                                 " occured, please contact distributor.\r\n" +
+                                                 doing + path,
+                                         .title = "Internal System Error",
+                                         .icon = Icon::kCritical,
+                                         .detail = error.what()});
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,59 @@
+// Everything that stops to ask the user. Each call is modal: timers and port events go on inside
+// it. Real class: `QtDialogs`; fake: `FakeDialogs`.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common/controls.h"
+
+namespace tarnlink {
+
+enum class Icon { kNone, kCritical, kQuestion, kExclamation, kInformation };
+enum class Buttons { kOk, kOkCancel, kYesNo };
+enum class Answer { kOk, kCancel, kYes, kNo };
+
+struct MessageBoxRequest {
+  std::string text;
+  std::string title;
+  Icon icon = Icon::kNone;
+  Buttons buttons = Buttons::kOk;
+  bool second_is_default = false;
+  std::string detail = {};  // a reason or a way out, shown smaller below the text
+};
+
+struct FileDialogRequest {
+  std::string title = {};
+  std::string filter = {};  // "Text (*.txt)|*.txt": descriptions and patterns by turns
+  std::string file_name = {};
+  std::string folder = {};         // where the dialog opens; empty: where it last was
+  std::string extension = {};      // added to a name that is typed without one, such as "wcr"
+  bool confirm_overwrite = false;  // for saving
+};
+
+struct PageSetup {
+  bool landscape = false;
+};
+
+class Dialogs {
+ public:
+  virtual ~Dialogs() = default;
+
+  // Closing the box without a button is Cancel, or No, or Ok where there is nothing else.
+  virtual Answer MessageBox(const MessageBoxRequest& request) = 0;
+
+  // In all of these an empty result is the user's cancel.
+  virtual std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
+                                              const std::string& text) = 0;
+  virtual std::optional<std::string> OpenFile(const FileDialogRequest& request) = 0;
+  virtual std::optional<std::string> SaveFile(const FileDialogRequest& request) = 0;
+  virtual std::optional<std::string> PickFolder(const std::string& title,
+                                                const std::string& folder) = 0;
+  virtual std::optional<Colour> PickColour(Colour colour) = 0;
+  virtual std::optional<Font> PickFont(const Font& font) = 0;
+  // The printer is chosen inside and kept for the page that is printed next.
+  virtual std::optional<PageSetup> PickPrinter(const PageSetup& setup) = 0;
+};
+
+}  // namespace tarnlink

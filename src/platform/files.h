@@ -1,0 +1,51 @@
+// Files and folders. Every failure is a RunTimeError whose reason names the file. Real class:
+// `QtFiles`; fake: `FakeFiles`.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnlink {
+
+// A file that grows row by row, such as a log. Each piece is on its way to the disk when `Append`
+// returns; nothing is buffered here.
+class RowWriter {
+ public:
+  virtual ~RowWriter() = default;
+
+  // Appends one piece of a row; a piece that ends in a line end completes the row. When the disk
+  // takes less than all of it, the file goes back to its last whole row and RunTimeError 61 or 57
+  // is thrown.
+  virtual void Append(std::string_view piece) = 0;
+};
+
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  // Throws 53 (no such file), 76 (no such folder), 70 (not permitted), 57 (anything else).
+  virtual std::string ReadWhole(const std::string& path) = 0;
+
+  // Replaces the whole file or leaves the old one as it was: written beside it, checked, synced,
+  // renamed. Throws 61 (disk full), 70, 76 or 57; a target that is no regular file is refused
+  // with 57.
+  virtual void WriteWhole(const std::string& path, std::string_view bytes) = 0;
+
+  // Opens `path` for rows, emptied first unless `keep` is set. Throws as WriteWhole does.
+  virtual std::unique_ptr<RowWriter> OpenRows(const std::string& path, bool keep) = 0;
+
+  // True for a file of any kind; a folder is none.
+  virtual bool Exists(const std::string& path) const = 0;
+  virtual bool IsFolder(const std::string& path) const = 0;
+  // The names of the plain files in a folder, sorted; empty when there is no such folder.
+  virtual std::vector<std::string> ListFolder(const std::string& folder) const = 0;
+
+  // The folder that stands for "C:" and the like, and the folder with the files that were shipped
+  // with the program.
+  virtual std::string DocumentsFolder() const = 0;
+  virtual std::string DataFolder() const = 0;
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,15 @@
+#include "platform/qt/qt_clock.h"
+
+#include <QDateTime>
+
+namespace tarnlink {
+
+Date QtClock::Now() const {
+  const QDateTime now = QDateTime::currentDateTime();
+  static const QDate kDayZero(1899, 12, 30);
+  constexpr double kMillisecondsPerDay = kSecondsPerDay * 1000.0;
+  return static_cast<double>(kDayZero.daysTo(now.date())) +
+         now.time().msecsSinceStartOfDay() / kMillisecondsPerDay;
+}
+
+}  // namespace tarnlink

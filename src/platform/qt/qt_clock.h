@@ -1,0 +1,13 @@
+// The computer's clock.
+#pragma once
+
+#include "platform/clock.h"
+
+namespace tarnlink {
+
+class QtClock final : public Clock {
+ public:
+  Date Now() const override;
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,224 @@
+#include "platform/qt/qt_dialogs.h"
+
+#include <QApplication>
+#include <QColorDialog>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFontDialog>
+#include <QFontInfo>
+#include <QInputDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPageLayout>
+#include <QPointer>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QStandardPaths>
+
+#include "platform/qt/file_filter.h"
+#include "platform/qt/qt_colour.h"
+#include "platform/qt/qt_font.h"
+#include "platform/qt/qt_text.h"
+
+namespace tarnlink {
+namespace {
+
+// The window that a new dialog stands on: the dialog that is up already, or the active window.
+QWidget* Owner() {
+  QWidget* dialog = QApplication::activeModalWidget();
+  return dialog != nullptr ? dialog : QApplication::activeWindow();
+}
+
+bool DesktopHasDialogs() { return QGuiApplication::platformName() != QStringLiteral("offscreen"); }
+
+// Shows `dialog` until the user has done with it. Null if its owner took it down meanwhile.
+template <class Dialog>
+std::unique_ptr<Dialog> Run(std::unique_ptr<Dialog> dialog, const QString& name) {
+  dialog->setObjectName(name);
+  QPointer<Dialog> watched(dialog.release());
+  watched->exec();
+  return std::unique_ptr<Dialog>(watched.data());
+}
+
+// Texts come from files and from the line; Qt would take some of them for markup.
+void ShowTextsPlain(QWidget& dialog) {
+  for (QLabel* label : dialog.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);
+}
+
+QString ShownText(const std::string& text) {
+  return ToQt(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+}
+
+QMessageBox::Icon ToQtIcon(Icon icon) {
+  switch (icon) {
+    case Icon::kCritical:
+      return QMessageBox::Critical;
+    case Icon::kQuestion:
+      return QMessageBox::Question;
+    case Icon::kExclamation:
+      return QMessageBox::Warning;
+    case Icon::kInformation:
+      return QMessageBox::Information;
+    case Icon::kNone:
+      break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+struct ButtonPair {
+  QMessageBox::StandardButton first;
+  QMessageBox::StandardButton second;  // also what closing the box means
+};
+
+ButtonPair ToQtButtons(Buttons buttons) {
+  switch (buttons) {
+    case Buttons::kOkCancel:
+      return {QMessageBox::Ok, QMessageBox::Cancel};
+    case Buttons::kYesNo:
+      return {QMessageBox::Yes, QMessageBox::No};
+    case Buttons::kOk:
+      break;
+  }
+  return {QMessageBox::Ok, QMessageBox::Ok};
+}
+
+Answer ToAnswer(int button) {
+  switch (button) {
+    case QMessageBox::Yes:
+      return Answer::kYes;
+    case QMessageBox::No:
+      return Answer::kNo;
+    case QMessageBox::Cancel:
+      return Answer::kCancel;
+    default:
+      return Answer::kOk;
+  }
+}
+
+std::unique_ptr<QFileDialog> MakeFileDialog(const FileDialogRequest& request,
+                                            const QString& last_folder) {
+  auto dialog = std::make_unique<QFileDialog>(Owner(), ToQt(request.title));
+  dialog->setOption(QFileDialog::DontUseNativeDialog, !DesktopHasDialogs());
+  const QString folder = ToQt(request.folder);
+  if (!folder.isEmpty() && QDir(folder).exists()) {
+    dialog->setDirectory(folder);
+  } else if (!last_folder.isEmpty()) {
+    dialog->setDirectory(last_folder);
+  } else {
+    dialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  }
+  const QStringList filters = ToNameFilters(request.filter, DesktopHasDialogs());
+  if (!filters.isEmpty()) dialog->setNameFilters(filters);
+  dialog->setDefaultSuffix(ToQt(request.extension));
+  return dialog;
+}
+
+// The one path that was chosen; the folder is kept for the next dialog.
+std::optional<std::string> Chosen(const QFileDialog* dialog, QString& last_folder) {
+  if (dialog == nullptr || dialog->result() != QDialog::Accepted ||
+      dialog->selectedFiles().isEmpty()) {
+    return std::nullopt;
+  }
+  const QString chosen = dialog->selectedFiles().constFirst();
+  last_folder = QFileInfo(chosen).absolutePath();
+  return FromQt(chosen);
+}
+
+}  // namespace
+
+QtDialogs::QtDialogs() = default;
+QtDialogs::~QtDialogs() = default;
+
+Answer QtDialogs::MessageBox(const MessageBoxRequest& request) {
+  auto box = std::make_unique<QMessageBox>(Owner());
+  box->setIcon(ToQtIcon(request.icon));
+  box->setWindowTitle(ToQt(request.title));
+  box->setText(ShownText(request.text));
+  if (!request.detail.empty()) box->setInformativeText(ShownText(request.detail));
+  ShowTextsPlain(*box);
+  box->setTextFormat(Qt::PlainText);
+
+  const ButtonPair buttons = ToQtButtons(request.buttons);
+  box->setStandardButtons(buttons.first | buttons.second);
+  box->setDefaultButton(request.second_is_default ? buttons.second : buttons.first);
+  const auto shown = Run(std::move(box), QStringLiteral("MessageBox"));
+  return ToAnswer(shown == nullptr ? buttons.second : shown->result());
+}
+
+std::optional<std::string> QtDialogs::InputBox(const std::string& prompt, const std::string& title,
+                                               const std::string& text) {
+  auto dialog = std::make_unique<QInputDialog>(Owner());
+  dialog->setInputMode(QInputDialog::TextInput);
+  dialog->setWindowTitle(ToQt(title));
+  dialog->setLabelText(ShownText(prompt));
+  dialog->setTextValue(ToQt(text));
+  ShowTextsPlain(*dialog);
+  const auto shown = Run(std::move(dialog), QStringLiteral("InputBox"));
+  if (shown == nullptr || shown->result() != QDialog::Accepted) return std::nullopt;
+  return FromQt(shown->textValue());
+}
+
+std::optional<std::string> QtDialogs::OpenFile(const FileDialogRequest& request) {
+  auto dialog = MakeFileDialog(request, last_folder_);
+  dialog->setFileMode(QFileDialog::ExistingFile);
+  if (!request.file_name.empty()) dialog->selectFile(ToQt(request.file_name));
+  return Chosen(Run(std::move(dialog), QStringLiteral("OpenFile")).get(), last_folder_);
+}
+
+std::optional<std::string> QtDialogs::SaveFile(const FileDialogRequest& request) {
+  auto dialog = MakeFileDialog(request, last_folder_);
+  dialog->setAcceptMode(QFileDialog::AcceptSave);
+  dialog->setFileMode(QFileDialog::AnyFile);
+  dialog->setOption(QFileDialog::DontConfirmOverwrite, !request.confirm_overwrite);
+  if (!request.file_name.empty()) dialog->selectFile(ToQt(request.file_name));
+  return Chosen(Run(std::move(dialog), QStringLiteral("SaveFile")).get(), last_folder_);
+}
+
+std::optional<std::string> QtDialogs::PickFolder(const std::string& title,
+                                                 const std::string& folder) {
+  FileDialogRequest request;
+  request.title = title;
+  request.folder = folder;
+  auto dialog = MakeFileDialog(request, last_folder_);
+  dialog->setFileMode(QFileDialog::Directory);
+  dialog->setOption(QFileDialog::ShowDirsOnly);
+  QString not_kept;
+  return Chosen(Run(std::move(dialog), QStringLiteral("PickFolder")).get(), not_kept);
+}
+
+std::optional<Colour> QtDialogs::PickColour(Colour colour) {
+  auto dialog = std::make_unique<QColorDialog>(ToQColor(colour), Owner());
+  dialog->setOption(QColorDialog::DontUseNativeDialog, !DesktopHasDialogs());
+  const auto shown = Run(std::move(dialog), QStringLiteral("PickColour"));
+  if (shown == nullptr || shown->result() != QDialog::Accepted) return std::nullopt;
+  return ToColour(shown->selectedColor());
+}
+
+std::optional<Font> QtDialogs::PickFont(const Font& font) {
+  // The family that is really shown: the dialog knows no bold one of a generic family, and would
+  // take the bold away.
+  QFont initial = ToPaperFont(font);
+  initial.setFamily(QFontInfo(initial).family());
+  auto dialog = std::make_unique<QFontDialog>(initial, Owner());
+  dialog->setOption(QFontDialog::DontUseNativeDialog, !DesktopHasDialogs());
+  const auto shown = Run(std::move(dialog), QStringLiteral("PickFont"));
+  if (shown == nullptr || shown->result() != QDialog::Accepted) return std::nullopt;
+  return ToFont(shown->selectedFont());
+}
+
+std::optional<PageSetup> QtDialogs::PickPrinter(const PageSetup& setup) {
+  printer().setPageOrientation(setup.landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+  auto dialog = std::make_unique<QPrintDialog>(&printer(), Owner());
+  const auto shown = Run(std::move(dialog), QStringLiteral("PickPrinter"));
+  if (shown == nullptr || shown->result() != QDialog::Accepted) return std::nullopt;
+  return PageSetup{printer().pageLayout().orientation() == QPageLayout::Landscape};
+}
+
+QPrinter& QtDialogs::printer() {
+  // Asking for a printer takes a while, so only when one is wanted.
+  if (!printer_) printer_ = std::make_unique<QPrinter>(QPrinter::HighResolution);
+  return *printer_;
+}
+
+}  // namespace tarnlink

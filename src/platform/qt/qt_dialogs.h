@@ -1,0 +1,40 @@
+// The dialogs of the desktop, or Qt's own where there is no desktop. Each bears the name of its
+// function as object name.
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/dialogs.h"
+
+class QPrinter;
+
+namespace tarnlink {
+
+class QtDialogs final : public Dialogs {
+ public:
+  QtDialogs();
+  ~QtDialogs() override;
+
+  Answer MessageBox(const MessageBoxRequest& request) override;
+  std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
+                                      const std::string& text) override;
+  std::optional<std::string> OpenFile(const FileDialogRequest& request) override;
+  std::optional<std::string> SaveFile(const FileDialogRequest& request) override;
+  std::optional<std::string> PickFolder(const std::string& title,
+                                        const std::string& folder) override;
+  std::optional<Colour> PickColour(Colour colour) override;
+  std::optional<Font> PickFont(const Font& font) override;
+  std::optional<PageSetup> PickPrinter(const PageSetup& setup) override;
+
+  // The printer picked last, or the system's own before that.
+  QPrinter& printer();
+
+ private:
+  std::unique_ptr<QPrinter> printer_;
+  QString last_folder_;
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,117 @@
+#include "platform/qt/qt_files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QStandardPaths>
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <utility>
+
+#include "common/paths.h"
+#include "platform/qt/file_errors.h"
+#include "platform/qt/qt_text.h"
+#include "platform/qt/row_file.h"
+#include "platform/qt/save_file.h"
+
+namespace tarnlink {
+namespace {
+
+// No file of this program comes near it; a larger one was picked by mistake.
+constexpr std::size_t kLargestFile = std::size_t{1} << 30;
+constexpr std::size_t kReadStep = std::size_t{1} << 16;
+
+class OpenHandle {
+ public:
+  explicit OpenHandle(int handle) : handle_(handle) {}
+  ~OpenHandle() {
+    if (handle_ >= 0) close(handle_);
+  }
+  OpenHandle(const OpenHandle&) = delete;
+  OpenHandle& operator=(const OpenHandle&) = delete;
+  int get() const { return handle_; }
+
+ private:
+  int handle_;
+};
+
+std::string ReadAll(const std::string& path, int handle, std::size_t expected) {
+  std::string bytes;
+  std::size_t filled = 0;
+  while (true) {
+    // One step beyond what the file says, so that its end is seen and growth does not matter.
+    if (filled == bytes.size()) bytes.resize(std::max(filled, expected) + kReadStep);
+    if (filled > kLargestFile) ThrowFileError(path, FileAction::kRead, "it is too large.");
+    const ssize_t got = read(handle, bytes.data() + filled, bytes.size() - filled);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) ThrowFileError(path, FileAction::kRead, errno);
+    if (got == 0) break;
+    filled += static_cast<std::size_t>(got);
+  }
+  bytes.resize(filled);
+  return bytes;
+}
+
+std::string ShippedFolder() {
+  const std::string program = FromQt(QCoreApplication::applicationDirPath());
+  const std::string installed = program + "/../share/tarnlink";
+  std::error_code none;
+  if (!std::filesystem::is_directory(installed, none)) return program;
+  return std::filesystem::weakly_canonical(installed, none).string();
+}
+
+}  // namespace
+
+QtFiles::QtFiles(std::string data_folder)
+    : data_folder_(data_folder.empty() ? ShippedFolder() : std::move(data_folder)) {}
+
+std::string QtFiles::ReadWhole(const std::string& path) {
+  RefuseIrregularFile(path, FileAction::kRead);
+  const OpenHandle file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (file.get() < 0) ThrowFileError(path, FileAction::kRead, errno);
+  struct stat status {};
+  if (fstat(file.get(), &status) != 0) ThrowFileError(path, FileAction::kRead, errno);
+  const auto size = static_cast<std::size_t>(status.st_size);
+  if (size > kLargestFile) ThrowFileError(path, FileAction::kRead, "it is too large.");
+  return ReadAll(path, file.get(), size);
+}
+
+void QtFiles::WriteWhole(const std::string& path, std::string_view bytes) {
+  SaveWholeFile(path, bytes);
+}
+
+std::unique_ptr<RowWriter> QtFiles::OpenRows(const std::string& path, bool keep) {
+  return std::make_unique<RowFile>(path, keep);
+}
+
+bool QtFiles::Exists(const std::string& path) const {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
+bool QtFiles::IsFolder(const std::string& path) const {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::vector<std::string> QtFiles::ListFolder(const std::string& folder) const {
+  std::vector<std::string> names;
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder, error);
+  for (const std::filesystem::directory_iterator end; !error && entry != end;
+       entry.increment(error)) {
+    std::error_code unreadable;
+    if (entry->is_regular_file(unreadable)) names.push_back(entry->path().filename().string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::string QtFiles::DocumentsFolder() const {
+  return FromQt(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,31 @@
+// The disk.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files.h"
+
+namespace tarnlink {
+
+class QtFiles final : public Files {
+ public:
+  // An empty folder for the shipped files means the one beside the program.
+  explicit QtFiles(std::string data_folder = {});
+
+  std::string ReadWhole(const std::string& path) override;
+  void WriteWhole(const std::string& path, std::string_view bytes) override;
+  std::unique_ptr<RowWriter> OpenRows(const std::string& path, bool keep) override;
+  bool Exists(const std::string& path) const override;
+  bool IsFolder(const std::string& path) const override;
+  std::vector<std::string> ListFolder(const std::string& folder) const override;
+  std::string DocumentsFolder() const override;
+  std::string DataFolder() const override { return data_folder_; }
+
+ private:
+  std::string data_folder_;
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,62 @@
+// A screen picture or a page, drawn with QPainter. The scale is units of 1440 to the inch.
+#pragma once
+
+#include <QFont>
+#include <QPainter>
+#include <QRect>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "platform/drawing_surface.h"
+
+class QImage;
+class QPaintDevice;
+
+namespace tarnlink {
+
+class QtSurface final : public DrawingSurface {
+ public:
+  static constexpr double kScreenDpi = 96.0;
+
+  // A picture for the screen; `dpi` is 96 times the screen's device pixel ratio. An image in RGB32
+  // format is the fast one. It must outlive this, as must the paper.
+  explicit QtSurface(QImage& image, double dpi = kScreenDpi);
+  // A page of a printer or the like, at its own resolution.
+  explicit QtSurface(QPaintDevice& paper);
+
+  // False when nothing can be drawn, such as on a printer that is not there; all operations are
+  // without effect then.
+  bool Ready() const { return painter_.isActive(); }
+
+  float ScaleWidth() const override;
+  float ScaleHeight() const override;
+  float TwipsPerPixelX() const override { return static_cast<float>(twips_per_pixel_x_); }
+  void Cls(Colour colour) override;
+  void SetPen(Colour colour, DrawStyle style, int width) override;
+  void Line(Point from, Point to) override;
+  void Polyline(std::span<const Point> points) override;
+  void FilledBox(Point corner, Point opposite) override;
+  void SetClip(Point corner, Point opposite) override;
+  void SetFont(const Font& font) override;
+  float TextWidth(std::string_view text) const override;
+  float TextHeight(std::string_view text) const override;
+  void Text(Point at, std::string_view text, Colour colour) override;
+
+ private:
+  QPoint PixelOf(Point point) const;
+  QPointF PlaceOf(Point point) const;
+  QRect PixelBox(Point corner, Point opposite) const;
+  QRect WholeArea() const;
+
+  QPaintDevice& device_;
+  QImage* image_;  // the device, unless that is paper
+  QPainter painter_;
+  double twips_per_pixel_x_;
+  double twips_per_pixel_y_;
+  QFont font_;
+  QRect clip_;
+  std::vector<QPoint> pixels_;  // kept between calls, so that a redraw does not allocate
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,87 @@
+// What the three protocols need of the communication run, and what each protocol gives it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "monitor/location_table.h"
+#include "platform/serial_port.h"
+#include "platform/timer.h"
+
+namespace tarnlink {
+
+// The run's shared fields, under the names that all parts of the monitor know.
+struct RunFields {
+  bool CommRunning = false;
+  bool message_received = false;  // the last exchange has ended: the next poll may go out
+  bool write_message = false;     // the message under way is a write
+  bool filelogging = false;       // the log file is open
+  int MsgPointer = 0;             // the Location being polled, 0 between rounds
+  int MaxId = 0;                  // highest Location index in use
+  int LocationCount = 0;
+  std::int32_t DDERowCounter = 2;  // spreadsheet row of the current round
+  std::string SlaveAddress = "0";
+
+  // The pending second half of a two-step write.
+  std::string SecondByteValue;
+  bool SendSecondByte = false;
+  int SecondByteIndex = 0;
+  bool ChangeVariableToSecondByteValues = false;
+
+  // The Modbus message under way.
+  std::uint8_t Function_code = 0;
+  std::int16_t Nreg = 1;
+  bool building = false;
+};
+
+// The run as a protocol sees it. `CommunicationRun` is the real one.
+class ProtocolRun {
+ public:
+  virtual ~ProtocolRun() = default;
+
+  virtual RunFields& fields() = 0;
+  virtual LocationTable& locations() = 0;
+
+  virtual SerialPort& Comm() = 0;
+  virtual Timer& Comm_Timer() = 0;
+  virtual Timer& tmr_noresponse() = 0;
+  virtual Timer& tmr_MsgTimeout() = 0;
+  // `sld_MsgTimeout` in milliseconds; 0 is no time-out at all.
+  virtual int MessageTimeout() const = 0;
+
+  // Whether Location `index` exists: its name box is visible.
+  virtual bool NameVisible(int index) const = 0;
+  virtual void ShowValue(int index, const std::string& text) = 0;
+  virtual void ShowPanel(int panel, const std::string& text) = 0;
+
+  // Logging hooks. Each looks for itself whether the Location is logged and the log is open.
+  virtual void LogRequest(int index) = 0;   // at the request: opens the Location's field
+  virtual void RecordValue(int index) = 0;  // after ShowValue: log field and spreadsheet cell
+  virtual void EndLogRow() = 0;             // ends the row and begins the next with the time
+
+  virtual void StopZOLTCommunication() = 0;
+};
+
+// One protocol of the main run.
+class Protocol {
+ public:
+  virtual ~Protocol() = default;
+
+  // Moves on to the next Location and sends its request, or sets `message_received` when there is
+  // nothing to send for it.
+  virtual void SendNextPoll(ProtocolRun& run) = 0;
+
+  // Takes the bytes that wait on the port as the response, and sets `message_received` when the
+  // exchange has ended. Throws nothing the caller need know of: see CommunicationRun.
+  virtual void TakeResponse(ProtocolRun& run) = 0;
+
+  // Sends a write of `value`, prepared hexadecimal text, to Location `index`. A protocol that
+  // writes less than all of it cuts `value` to what went out.
+  virtual void SendWrite(ProtocolRun& run, int index, std::string& value) = 0;
+
+  // How long to wait after a receive event before the response is taken, in milliseconds. Only a
+  // protocol whose threshold lies below its frame length needs one.
+  virtual int ReceivePause(int /*baud_index*/) const { return 0; }
+};
+
+}  // namespace tarnlink

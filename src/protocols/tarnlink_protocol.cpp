@@ -1,0 +1,94 @@
+#include "protocols/tarnlink_protocol.h"
+
+#include "protocols/scan_order.h"
+#include "protocols/tarnlink_frame.h"
+
+namespace tarnlink {
+
+namespace {
+
+struct Exchange {
+  char command;
+  int response_length;
+};
+
+Exchange ReadOf(std::int32_t storage_type) {
+  if (storage_type >= kUnsignedWord) {
+    return {tarnlink_frame::kReadWord, tarnlink_frame::kWordResponseLength};
+  }
+  return {tarnlink_frame::kReadByte, tarnlink_frame::kByteResponseLength};
+}
+
+// Slaves of this protocol take every write by the byte command, also one of four digits. The test
+// goes by Specification, which is 0 or 1, so that the word command is never sent.
+Exchange WriteOf(std::int32_t specification) {
+  if (specification >= kUnsignedWord) {
+    return {tarnlink_frame::kWriteWord, tarnlink_frame::kWordResponseLength};
+  }
+  return {tarnlink_frame::kWriteByte, tarnlink_frame::kByteResponseLength};
+}
+
+void StartMessageTimeout(ProtocolRun& run) {
+  run.tmr_MsgTimeout().SetInterval(run.MessageTimeout());
+  run.tmr_MsgTimeout().SetEnabled(true);
+}
+
+}  // namespace
+
+void Tarnlink_Protocol(ProtocolRun& run) {
+  RunFields& fields = run.fields();
+  StepToNextLocation(run);
+  const int index = fields.MsgPointer;
+  if (!run.NameVisible(index)) {
+    fields.message_received = true;
+    return;
+  }
+  if (!fields.CommRunning) return;
+
+  const Location& location = run.locations()[index];
+  const Exchange read = ReadOf(location.StorageType);
+  run.Comm().SetRThreshold(read.response_length);
+  run.ShowPanel(5, location.Alias + ": " + std::to_string(index));
+  run.Comm().Output(tarnlink_frame::ReadRequest(read.command, location.Address));
+  StartMessageTimeout(run);
+  run.LogRequest(index);
+}
+
+void TarnlinkSlaveResponse(ProtocolRun& run) {
+  RunFields& fields = run.fields();
+  if (fields.write_message) {
+    // The bytes stay in the buffer: the event fires again, and its second pass takes them as the
+    // answer to a read of the Location before the written one.
+    fields.write_message = false;
+    return;
+  }
+  run.tmr_noresponse().SetEnabled(false);
+  run.tmr_MsgTimeout().SetEnabled(false);
+  const std::string response = run.Comm().Input();
+  const int index = fields.MsgPointer;
+  run.ShowValue(index,
+                TarnlinkValueText(tarnlink_frame::ResponseDigits(response, run.Comm().RThreshold()),
+                                  run.locations()[index].Representation));
+  run.RecordValue(index);
+  FinishLocation(run, index);
+  fields.message_received = true;
+  fields.write_message = false;
+}
+
+void BuildTarnlinkWriteMessage(ProtocolRun& run, int index, const std::string& value) {
+  RunFields& fields = run.fields();
+  // The command goes by the Location that the scan stands on, not by the written one.
+  const Exchange write = WriteOf(run.locations()[fields.MsgPointer].Specification);
+  run.Comm().SetRThreshold(write.response_length);
+  const std::string frame =
+      tarnlink_frame::WriteRequest(write.command, run.locations()[index].Address, value);
+  run.Comm().ClearInBuffer();
+  run.Comm().Output(frame);
+  StartMessageTimeout(run);
+  fields.write_message = true;
+  run.Comm_Timer().SetEnabled(true);
+  fields.CommRunning = true;
+  fields.MsgPointer = index - 1;
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,196 @@
+#include "ui/binders.h"
+
+#include <QButtonGroup>
+#include <QFocusEvent>
+#include <QSignalBlocker>
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+#include "platform/qt/qt_text.h"
+
+namespace tarnlink {
+
+namespace {
+
+// Shows the control now and after each of its changes, for as long as the widget lives.
+void Follow(QObject* widget, Control& control, std::function<void()> show) {
+  widget->setObjectName(ToQt(control.name()));
+  show();
+  control.SetView(std::move(show));
+  QObject::connect(widget, &QObject::destroyed, [&control] { control.SetView({}); });
+}
+
+void ShowEntry(QAction* action, const MenuEntry& entry, const QString& text) {
+  action->setText(text);
+  action->setEnabled(entry.Enabled);
+  action->setVisible(entry.Visible);
+  action->setToolTip(PlainToolTip(entry.ToolTipText));
+  if (action->isCheckable()) action->setChecked(entry.Checked);
+}
+
+void ReportPresses(QAction* action, MenuEntry& entry) {
+  QObject::connect(action, &QAction::triggered, [action, &entry] {
+    // A checkable action flips by itself; the model alone says what is checked.
+    if (action->isCheckable()) action->setChecked(entry.Checked);
+    entry.Press();
+  });
+}
+
+// Reports that the user has gone to another field of the program. A menu over the field, a message
+// box or another program's window takes the keyboard only for a while.
+class FocusWatch final : public QObject {
+ public:
+  FocusWatch(QWidget* widget, const TextBox& control) : QObject(widget), control_(control) {
+    widget->installEventFilter(this);
+  }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::FocusOut && control_.LostFocus) {
+      const auto reason = static_cast<QFocusEvent*>(event)->reason();
+      const bool for_a_while = reason == Qt::PopupFocusReason ||
+                               reason == Qt::ActiveWindowFocusReason ||
+                               reason == Qt::MenuBarFocusReason;
+      if (!for_a_while) control_.LostFocus();
+    }
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  const TextBox& control_;
+};
+
+// The tabulator comes to the button that is set, or to the first where none is.
+void ShowWhereTabComes(const std::vector<QRadioButton*>& buttons, const OptionGroup& group) {
+  const auto reached = static_cast<std::size_t>(std::max(group.Selected(), 0));
+  for (std::size_t i = 0; i < buttons.size(); ++i) {
+    buttons[i]->setFocusPolicy(i == reached ? Qt::StrongFocus : Qt::ClickFocus);
+  }
+}
+
+}  // namespace
+
+QString PlainToolTip(const std::string& text) {
+  constexpr qsizetype kLongestLine = 80;
+  constexpr qsizetype kLongest = 1000;
+  const QString plain = ToQt(text).left(kLongest);
+  // Only a tip that counts as rich text is broken into lines.
+  if (plain.size() <= kLongestLine && !Qt::mightBeRichText(plain)) return plain;
+  return "<qt>" + plain.toHtmlEscaped() + "</qt>";
+}
+
+void ShowCommon(QWidget* widget, const Control& control) {
+  // One that has no parent yet would come up as a window; it is shown together with its parent.
+  const bool wait_for_parent = control.Visible && widget->isWindow();
+  if (!wait_for_parent) widget->setVisible(control.Visible);
+  if (widget->isEnabled() != control.Enabled.get()) widget->setEnabled(control.Enabled);
+  const QString tip = PlainToolTip(control.ToolTipText);
+  if (widget->toolTip() != tip) widget->setToolTip(tip);
+}
+
+void Bind(QAction* action, MenuEntry& entry) {
+  Follow(action, entry, [action, &entry] { ShowEntry(action, entry, ToQt(entry.Caption.get())); });
+  ReportPresses(action, entry);
+}
+
+void BindPath(QAction* action, MenuEntry& entry) {
+  Follow(action, entry, [action, &entry] {
+    constexpr qsizetype kLongest = 90;  // characters that a menu has room for
+    QString path = ToQt(entry.Caption.get());
+    if (path.size() > kLongest) path = path.left(kLongest / 3) + "..." + path.right(kLongest / 2);
+    ShowEntry(action, entry, path.replace("&", "&&"));
+  });
+  ReportPresses(action, entry);
+}
+
+void Bind(QPushButton* button, CommandButton& control) {
+  Follow(button, control, [button, &control] {
+    ShowCommon(button, control);
+    button->setText(ToQt(control.Caption.get()));
+  });
+  QObject::connect(button, &QPushButton::clicked, [&control] { control.Press(); });
+}
+
+void Bind(QCheckBox* box, CheckBox& control) {
+  Follow(box, control, [box, &control] {
+    ShowCommon(box, control);
+    box->setText(ToQt(control.Caption.get()));
+    box->setChecked(control.Value);
+  });
+  QObject::connect(box, &QCheckBox::clicked, [&control](bool checked) { control.Value = checked; });
+}
+
+void Bind(QLineEdit* edit, TextBox& control) {
+  Follow(edit, control, [edit, &control] {
+    ShowCommon(edit, control);
+    edit->setReadOnly(control.Locked);
+    const QString text = ToQt(control.Text.get());
+    if (edit->text() != text) edit->setText(text);
+  });
+  QObject::connect(edit, &QLineEdit::textEdited,
+                   [&control](const QString& text) { control.Text = FromQt(text); });
+  new FocusWatch(edit, control);
+}
+
+void Bind(QSlider* slider, Slider& control) {
+  slider->setRange(control.minimum, control.maximum);
+  Follow(slider, control, [slider, &control] {
+    ShowCommon(slider, control);
+    slider->setValue(control.Value);
+  });
+  QObject::connect(slider, &QSlider::valueChanged,
+                   [&control](int value) { control.SetValue(value); });
+}
+
+void Bind(QComboBox* combo, ComboBox& control) {
+  Follow(combo, control, [combo, &control] {
+    const QSignalBlocker quiet(combo);
+    ShowCommon(combo, control);
+    const auto& items = control.List.get();
+    bool same = combo->count() == static_cast<int>(items.size());
+    for (int i = 0; same && i < combo->count(); ++i) {
+      same = combo->itemText(i) == ToQt(items[static_cast<std::size_t>(i)].text);
+    }
+    if (!same) {
+      combo->clear();
+      for (const ComboBox::Item& item : items) combo->addItem(ToQt(item.text), item.data);
+    }
+    const QString text = ToQt(control.Text.get());
+    if (combo->currentText() != text) combo->setCurrentText(text);
+  });
+  QObject::connect(combo, &QComboBox::currentTextChanged,
+                   [&control](const QString& text) { control.Text = FromQt(text); });
+}
+
+void Bind(TextPlate* plate, StatusPanel& panel) {
+  Follow(plate, panel, [plate, &panel] {
+    ShowCommon(plate, panel);
+    plate->SetText(ToQt(panel.Text.get()));
+  });
+}
+
+void Bind(QGroupBox* frame, Control& control) {
+  Follow(frame, control, [frame, &control] { ShowCommon(frame, control); });
+}
+
+void Bind(const std::vector<QRadioButton*>& buttons, OptionGroup& group) {
+  auto* exclusive = new QButtonGroup(buttons.front()->parent());
+  for (std::size_t i = 0; i < buttons.size(); ++i) {
+    QRadioButton* button = buttons[i];
+    const int index = static_cast<int>(i);
+    OptionButton& control = group(index);
+    exclusive->addButton(button, index);
+    Follow(button, control, [buttons, button, exclusive, &group, &control] {
+      ShowCommon(button, control);
+      button->setText(ToQt(control.Caption.get()));
+      // Only a group that is not exclusive can have no button set.
+      exclusive->setExclusive(false);
+      button->setChecked(control.Value);
+      exclusive->setExclusive(true);
+      ShowWhereTabComes(buttons, group);
+    });
+    QObject::connect(button, &QRadioButton::clicked, [&group, index] { group.Choose(index); });
+  }
+}
+
+}  // namespace tarnlink

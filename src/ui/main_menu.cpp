@@ -1,0 +1,86 @@
+#include "ui/main_menu.h"
+
+#include <initializer_list>
+
+#include "ui/binders.h"
+
+namespace tarnlink {
+
+namespace {
+
+QMenu* AddMenu(QMenuBar* bar, MenuEntry& entry) {
+  QMenu* menu = bar->addMenu(QString());
+  Bind(menu->menuAction(), entry);
+  return menu;
+}
+
+QAction* AddEntry(QMenu* menu, MenuEntry& entry) {
+  QAction* action = menu->addAction(QString());
+  Bind(action, entry);
+  return action;
+}
+
+void AddEntries(QMenu* menu, std::initializer_list<MenuEntry*> entries) {
+  for (MenuEntry* entry : entries) AddEntry(menu, *entry);
+}
+
+void AddHistory(QMenu* menu, FixedArray<MenuEntry>& history) {
+  menu->addSeparator();
+  for (int i = history.first(); i <= history.last(); ++i) {
+    BindPath(menu->addAction(QString()), history(i));
+  }
+}
+
+void BuildFileMenu(QMenuBar* bar, frm_Main& main) {
+  QMenu* menu = AddMenu(bar, main.M_file);
+  AddEntry(menu, main.M_fileopen)->setShortcut(QKeySequence::Open);
+  AddEntry(menu, main.M_filesave(0))->setShortcut(QKeySequence::Save);
+  AddEntry(menu, main.M_filesave(1))->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_S);
+  AddEntry(menu, main.M_NewScreen)->setShortcut(QKeySequence::New);
+  menu->addSeparator();
+  AddEntry(menu, main.mnuPrint)->setShortcut(QKeySequence::Print);
+  AddEntry(menu, main.mnuPrintToFile);
+  menu->addSeparator();
+  AddEntry(menu, main.M_options);
+  AddHistory(menu, main.M_fileHist);
+  AddHistory(menu, main.M_fileHistPrj);
+  menu->addSeparator();
+  AddEntry(menu, main.M_exit)->setShortcut(Qt::CTRL | Qt::Key_Q);
+}
+
+void BuildToolsMenu(QMenuBar* bar, frm_Main& main) {
+  QMenu* menu = AddMenu(bar, main.M_Tools);
+  AddEntries(menu,
+             {&main.M_Graphics, &main.M_ControlPanel, &main.mnuScanSlaves, &main.mnuWPConversion,
+              &main.mnuSniffer, &main.mnuCfgCheck, &main.mnuLoadParameters, &main.mnuGenParaFile,
+              &main.M_EE_DOWN, &main.M_EEPROM, &main.M_errgen});
+}
+
+void BuildProjectMenu(QMenuBar* bar, frm_Main& main) {
+  QMenu* menu = AddMenu(bar, main.mnuProject);
+  AddEntries(menu, {&main.mnuNewProject, &main.mnuOpenProject, &main.mnuSaveProject});
+  menu->addSeparator();
+  AddEntries(menu, {&main.mnuAddTarnLinkFile, &main.mnuAddParameterFile, &main.mnuAddGraphFile,
+                    &main.mnuAddErrorDiscr, &main.mnuAddIDFile, &main.mnuAddNecMap});
+  menu->addSeparator();
+  AddEntry(menu, main.mnuRefresh);
+  QAction* view = AddEntry(menu, main.mnuViewProjectWindow);
+  view->setCheckable(true);
+  view->setChecked(main.mnuViewProjectWindow.Checked);
+}
+
+void BuildHelpMenu(QMenuBar* bar, frm_Main& main) {
+  QMenu* menu = AddMenu(bar, main.M_Help);
+  AddEntries(menu, {&main.M_HelpTopics, &main.M_About});
+}
+
+}  // namespace
+
+void BuildMainMenu(QMenuBar* bar, frm_Main& main) {
+  BuildFileMenu(bar, main);
+  BuildToolsMenu(bar, main);
+  BuildProjectMenu(bar, main);
+  BuildHelpMenu(bar, main);
+}
+
+}  // namespace tarnlink

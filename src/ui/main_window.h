@@ -1,0 +1,45 @@
+// The main form's window: menus, tool bar, project window, screen and status bar.
+#pragma once
+
+#include <QMainWindow>
+#include <QScrollArea>
+
+#include "monitor/frm_main.h"
+#include "ui/project_window.h"
+#include "ui/screen_surface.h"
+
+namespace tarnlink {
+
+class MainWindow final : public QMainWindow {
+ public:
+  // Shows `main`, which outlives it. Closing the window presses the Exit entry.
+  explicit MainWindow(frm_Main& main);
+  ~MainWindow() override;
+
+  // Takes the place and size that the form has.
+  void ShowPlace();
+
+  // The program has been left: the window may close.
+  void LetGo();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void BuildToolBar();
+  void BuildStatusBar();
+  void ShowForm();
+  void ReportPlace();
+
+  frm_Main& main_;
+  ProjectWindow* project_;
+  ScreenSurface* screen_;
+  Colour shown_colour_ = -1;
+  bool placing_ = false;
+  bool left_ = false;
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,32 @@
+#include "ui/screen_box.h"
+
+#include "platform/qt/qt_colour.h"
+#include "platform/qt/qt_font.h"
+#include "platform/qt/qt_text.h"
+#include "ui/binders.h"
+#include "ui/units.h"
+
+namespace tarnlink {
+
+ScreenBox::ScreenBox(const TextBox& control, QWidget* parent)
+    : TextPlate(parent), control_(control) {
+  setObjectName(ToQt(control.name()));
+  ShowControl();
+}
+
+void ScreenBox::ShowControl() {
+  SetText(ToQt(control_.Text.get()));
+  if (control_.TextFont.get() != shown_font_) {
+    shown_font_ = control_.TextFont;
+    setFont(ToScreenFont(shown_font_));
+  }
+  if (control_.BackColor.get() != shown_colour_) {
+    shown_colour_ = control_.BackColor;
+    SetBackground(ToQColor(shown_colour_));
+  }
+  const QRect place = PlaceOf(control_);
+  if (place != geometry()) setGeometry(place);
+  ShowCommon(this, control_);
+}
+
+}  // namespace tarnlink

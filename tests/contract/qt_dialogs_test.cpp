@@ -1,0 +1,224 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <filesystem>
+#include <fstream>
+
+#include "contract/dialogs_benches.h"
+#include "contract/machine.h"
+#include "platform/qt/file_filter.h"
+
+namespace tarnlink {
+namespace {
+
+class QtDialogsTest : public testing::Test {
+ protected:
+  // Shows the box and gives `look` a chance to see it.
+  void Look(const MessageBoxRequest& request, std::function<void(QMessageBox&)> look) {
+    user.With("MessageBox", [look](QWidget& dialog) {
+      look(dynamic_cast<QMessageBox&>(dialog));
+      dialog.close();
+    });
+    user.dialogs().MessageBox(request);
+  }
+  void LookAtFile(const FileDialogRequest& request, std::function<void(QFileDialog&)> look) {
+    user.With("SaveFile", [look](QWidget& dialog) {
+      look(dynamic_cast<QFileDialog&>(dialog));
+      dialog.close();
+    });
+    user.dialogs().SaveFile(request);
+  }
+
+  QtUser user;
+};
+
+TEST_F(QtDialogsTest, AMessageBoxShowsTextTitleIconAndDetail) {
+  const std::vector<std::pair<Icon, QMessageBox::Icon>> icons{
+      {Icon::kCritical, QMessageBox::Critical},
+      {Icon::kQuestion, QMessageBox::Question},
+      {Icon::kExclamation, QMessageBox::Warning},
+      {Icon::kInformation, QMessageBox::Information},
+      {Icon::kNone, QMessageBox::NoIcon}};
+  for (const auto& [icon, shown] : icons) {
+    Look({"Slave is not responding", "Message Timeout", icon, Buttons::kOk, false, "Why"},
+         [shown = shown](QMessageBox& box) {
+           EXPECT_EQ(box.text(), "Slave is not responding");
+           EXPECT_EQ(box.windowTitle(), "Message Timeout");
+           EXPECT_EQ(box.informativeText(), "Why");
+           EXPECT_EQ(box.icon(), shown);
+         });
+  }
+}
+
+TEST_F(QtDialogsTest, NoTextOfAMessageBoxIsTakenForMarkup) {
+  Look({"<b>x", "<i>Title", Icon::kNone, Buttons::kOk, false, "<b>detail</b> &amp;"},
+       [](QMessageBox& box) {
+         EXPECT_EQ(box.text(), "<b>x");
+         EXPECT_EQ(box.windowTitle(), "<i>Title");
+         int texts = 0;
+         for (const QLabel* label : box.findChildren<QLabel*>()) {
+           if (label->text().isEmpty()) continue;
+           EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
+           ++texts;
+         }
+         EXPECT_EQ(texts, 2);
+       });
+}
+
+TEST_F(QtDialogsTest, ALineEndOfTheOldKindIsOneLineEnd) {
+  Look({"Communication port 3 occupied.\r\nStop communication and try again.",
+        "Communication Error"},
+       [](QMessageBox& box) {
+         EXPECT_EQ(box.text(), "Communication port 3 occupied.\nStop communication and try again.");
+       });
+}
+
+TEST_F(QtDialogsTest, TheDefaultButtonIsTheFirstUnlessTheSecondIsAskedFor) {
+  MessageBoxRequest request{"Text", "Title", Icon::kCritical, Buttons::kYesNo};
+  Look(request, [](QMessageBox& box) {
+    EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::Yes));
+    EXPECT_EQ(box.buttons().size(), 2);
+  });
+  request.second_is_default = true;
+  Look(request,
+       [](QMessageBox& box) { EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::No)); });
+  request.buttons = Buttons::kOk;
+  Look(request, [](QMessageBox& box) { EXPECT_EQ(box.buttons().size(), 1); });
+}
+
+TEST_F(QtDialogsTest, ABoxStandsOnTheActiveWindow) {
+  QWidget window;
+  window.show();
+  window.activateWindow();
+  ASSERT_TRUE(user.RunUntil([&] { return QApplication::activeWindow() == &window; }));
+  Look({"Text", "Title"}, [&](QMessageBox& box) { EXPECT_EQ(box.parentWidget(), &window); });
+}
+
+TEST_F(QtDialogsTest, AnOwnerThatGoesAwayTakesItsBoxDownAsClosed) {
+  auto window = std::make_unique<QWidget>();
+  window->show();
+  window->activateWindow();
+  ASSERT_TRUE(user.RunUntil([&] { return QApplication::activeWindow() == window.get(); }));
+  user.With("MessageBox", [&](QWidget&) { window.reset(); });
+  EXPECT_EQ(user.dialogs().MessageBox({"Text", "Title", Icon::kNone, Buttons::kYesNo}),
+            Answer::kNo);
+}
+
+TEST_F(QtDialogsTest, AnInputBoxShowsItsTextsPlain) {
+  user.With("InputBox", [](QWidget& dialog) {
+    auto& box = dynamic_cast<QInputDialog&>(dialog);
+    EXPECT_EQ(box.labelText(), "<b>Enter header text:");
+    EXPECT_EQ(box.windowTitle(), "Print");
+    EXPECT_EQ(box.textValue(), "old");
+    for (const QLabel* label : box.findChildren<QLabel*>()) {
+      EXPECT_EQ(label->textFormat(), Qt::PlainText);
+    }
+    box.reject();
+  });
+  EXPECT_EQ(user.dialogs().InputBox("<b>Enter header text:", "Print", "old"), std::nullopt);
+}
+
+TEST_F(QtDialogsTest, AFileDialogShowsWhatWasAskedFor) {
+  const TemporaryFolder folder;
+  FileDialogRequest request;
+  request.title = "Save log file as";
+  request.filter = "Log (*.log)|*.log|All files|*.*";
+  request.folder = folder.path();
+  request.file_name = "run.log";
+  LookAtFile(request, [&](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "Save log file as");
+    EXPECT_EQ(dialog.nameFilters(), (QStringList{"Log (*.log)", "All files (*)"}));
+    EXPECT_EQ(dialog.directory().absolutePath().toStdString(), folder.path());
+    EXPECT_EQ(dialog.selectedFiles(), QStringList{QString::fromStdString(folder / "run.log")});
+    EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
+    EXPECT_TRUE(dialog.testOption(QFileDialog::DontConfirmOverwrite));
+  });
+  request.confirm_overwrite = true;
+  LookAtFile(request, [&](QFileDialog& dialog) {
+    EXPECT_FALSE(dialog.testOption(QFileDialog::DontConfirmOverwrite));
+  });
+}
+
+TEST_F(QtDialogsTest, AnExtensionIsAddedToANameWithoutOne) {
+  const TemporaryFolder folder;
+  FileDialogRequest request;
+  request.folder = folder.path();
+  request.extension = "wcr";
+  user.SavesFile(folder / "screen");
+  EXPECT_EQ(user.dialogs().SaveFile(request), folder / "screen.wcr");
+  user.SavesFile(folder / "screen.old");
+  EXPECT_EQ(user.dialogs().SaveFile(request), folder / "screen.old");
+}
+
+TEST_F(QtDialogsTest, WithoutAFolderTheNextDialogOpensWhereTheLastOneWas) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "last");
+  user.SavesFile(folder / "last" + "/a.txt");
+  EXPECT_TRUE(user.dialogs().SaveFile({}).has_value());
+  for (const std::string& nowhere : {std::string(), std::string("C:"), folder / "gone"}) {
+    FileDialogRequest request;
+    request.folder = nowhere;
+    LookAtFile(request, [&](QFileDialog& dialog) {
+      EXPECT_EQ(dialog.directory().absolutePath().toStdString(), folder / "last") << nowhere;
+    });
+  }
+}
+
+TEST_F(QtDialogsTest, AnOpenDialogTakesOnlyAFileThatExists) {
+  const TemporaryFolder folder;
+  FileDialogRequest request;
+  request.folder = folder.path();
+  // Qt says so in a box of its own, and the dialog stays up.
+  user.With("OpenFile", [&](QWidget& dialog) {
+    QTimer::singleShot(20, [&] {
+      QWidget* complaint = QApplication::activeModalWidget();
+      ASSERT_NE(complaint, nullptr);
+      EXPECT_NE(complaint->objectName(), "OpenFile");
+      complaint->close();
+    });
+    dialog.findChild<QLineEdit*>("fileNameEdit")
+        ->setText(QString::fromStdString(folder / "missing"));
+    QMetaObject::invokeMethod(&dialog, "accept");
+    EXPECT_TRUE(dialog.isVisible());
+    dialog.close();
+  });
+  EXPECT_EQ(user.dialogs().OpenFile(request), std::nullopt);
+}
+
+TEST_F(QtDialogsTest, TheFontPickerKeepsABoldFontThatNobodyTouched) {
+  user.With("PickFont", [](QWidget& dialog) { dynamic_cast<QDialog&>(dialog).accept(); });
+  const std::optional<Font> picked = user.dialogs().PickFont({"Sans Serif", 9, true, false});
+  ASSERT_TRUE(picked.has_value());
+  EXPECT_TRUE(picked->bold);
+  EXPECT_EQ(picked->size, 9.0F);
+}
+
+TEST(ToNameFilters, TakesTheFiltersOfTheSystemApart) {
+  const std::vector<std::pair<const char*, QStringList>> cases{
+      {"Doc (*.doc)|*.doc", {"Doc (*.doc)"}},
+      {"Memory map file (*.map,*.lst)|*.map;*.lst", {"Memory map file (*.map *.lst)"}},
+      {"Text|*.txt|All|*.*", {"Text (*.txt)", "All (*)"}},
+      {"(Excel.exe)|Excel.exe", {"Excel.exe (Excel.exe)"}},
+      {"A (x) file (*.a)|*.a; *.b", {"A (x) file (*.a *.b)"}},
+      {"", {}},
+      {"Description only", {}},
+      {"A|*.a|left over", {"A (*.a)"}},
+  };
+  for (const auto& [filter, expected] : cases) {
+    EXPECT_EQ(ToNameFilters(filter, false), expected) << filter;
+  }
+}
+
+TEST(ToNameFilters, NamesBothCasesForDialogsThatTellThemApart) {
+  EXPECT_EQ(ToNameFilters("Screen (*.wcr)|*.wcr|All|*.*", true),
+            (QStringList{"Screen (*.wcr *.WCR)", "All (*)"}));
+}
+
+}  // namespace
+}  // namespace tarnlink

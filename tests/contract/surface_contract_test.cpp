@@ -1,0 +1,391 @@
+#include <gtest/gtest.h>
+
+#include <QBuffer>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPalette>
+#include <QPdfWriter>
+#include <array>
+
+#include "contract/loops.h"
+#include "platform/qt/dense_line.h"
+#include "platform/qt/qt_colour.h"
+#include "platform/qt/qt_font.h"
+#include "platform/qt/qt_surface.h"
+#include "support/recording_surface.h"
+
+namespace tarnlink {
+namespace {
+
+constexpr float kTwips = 15.0F;  // of one pixel of the test pictures
+constexpr int kWidth = 200;
+constexpr int kHeight = 100;
+
+class RecordingBench {
+ public:
+  DrawingSurface& surface() { return surface_; }
+
+ private:
+  RecordingSurface surface_{kWidth * kTwips, kHeight* kTwips};
+};
+
+class QtSurfaceBench {
+ public:
+  DrawingSurface& surface() { return surface_; }
+
+ private:
+  QImage image_{kWidth, kHeight, QImage::Format_RGB32};
+  QtSurface surface_{image_};
+};
+
+template <class Bench>
+class SurfaceContract : public testing::Test {
+ protected:
+  Bench bench;
+};
+
+using Benches = testing::Types<RecordingBench, QtSurfaceBench>;
+TYPED_TEST_SUITE(SurfaceContract, Benches, BenchNames);
+
+TYPED_TEST(SurfaceContract, HasAScaleOf1440ToTheInch) {
+  EXPECT_EQ(this->bench.surface().ScaleWidth(), 3000.0F);
+  EXPECT_EQ(this->bench.surface().ScaleHeight(), 1500.0F);
+  EXPECT_EQ(this->bench.surface().TwipsPerPixelX(), 15.0F);
+}
+
+TYPED_TEST(SurfaceContract, MeasuresTextsInTheFontThatIsSet) {
+  DrawingSurface& surface = this->bench.surface();
+  EXPECT_EQ(surface.TextWidth(""), 0.0F);
+  EXPECT_GT(surface.TextWidth("WW"), surface.TextWidth("W"));
+  EXPECT_GT(surface.TextWidth("W"), 0.0F);
+  surface.SetFont({"Sans Serif", 7});
+  const float width = surface.TextWidth(" Temperature : 7000 rpm ");
+  const float height = surface.TextHeight("S");
+  surface.SetFont({"Sans Serif", 14});
+  EXPECT_GT(surface.TextWidth(" Temperature : 7000 rpm "), width * 1.5F);
+  EXPECT_GT(surface.TextHeight("S"), height * 1.5F);
+  EXPECT_EQ(surface.TextHeight("S"), surface.TextHeight("g"));
+}
+
+TYPED_TEST(SurfaceContract, CountsCharactersAndNotBytes) {
+  DrawingSurface& surface = this->bench.surface();
+  EXPECT_LT(surface.TextWidth("°"), surface.TextWidth("WW"));
+}
+
+TEST(RecordingSurface, WritesDownEveryOperation) {
+  RecordingSurface surface(100, 50);
+  surface.Cls(kWhite);
+  surface.SetPen(0x0000FF, DrawStyle::kDashDot, 2);
+  surface.Line({0, 0.5F}, {10, 20});
+  const std::array<Point, 3> points{Point{0, 0}, Point{1, 2}, Point{3, -4}};
+  surface.Polyline(points);
+  surface.Polyline(std::span(points).first(1));
+  surface.FilledBox({1, 2}, {3, 4});
+  surface.SetClip({0, 0}, {9, 9});
+  surface.SetClip({1, 1}, {1, 1});
+  surface.SetFont({"Verdana", 8, true, false});
+  surface.Text({3, 4}, "abc", 0);
+  EXPECT_EQ(surface.Describe(),
+            "cls FFFFFF\n"
+            "pen 0000FF dash-dot 2\n"
+            "line 0,0.5 10,20\n"
+            "polyline 0,0 1,2 3,-4\n"
+            "box 1,2 3,4\n"
+            "clip 0,0 9,9\n"
+            "no clip\n"
+            "font Verdana 8 bold\n"
+            "text 3,4 000000 \"abc\"\n");
+  EXPECT_EQ(surface.Only("line"), RecordingSurface::Log{"line 0,0.5 10,20"});
+}
+
+// A small picture as text: one character a pixel, '.' for the background.
+class Picture : public testing::Test {
+ protected:
+  explicit Picture(QImage::Format format = QImage::Format_RGB32)
+      : image(12, 8, format), surface(image) {
+    surface.Cls(kWhite);
+    surface.SetPen(kBlack, DrawStyle::kSolid, 1);
+  }
+  // The middle of a pixel.
+  static Point At(int x, int y) {
+    return {(static_cast<float>(x) + 0.5F) * kTwips, (static_cast<float>(y) + 0.5F) * kTwips};
+  }
+  std::string Shown() const {
+    std::string text;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) {
+        text += image.pixelColor(x, y) == QColor(Qt::white) ? '.' : '#';
+      }
+      text += '\n';
+    }
+    return text;
+  }
+
+  QImage image;
+  QtSurface surface;
+};
+
+TEST_F(Picture, ALineCoversBothItsEnds) {
+  surface.Line(At(1, 1), At(5, 1));
+  surface.Line(At(8, 2), At(8, 5));
+  EXPECT_EQ(Shown(),
+            "............\n"
+            ".#####......\n"
+            "........#...\n"
+            "........#...\n"
+            "........#...\n"
+            "........#...\n"
+            "............\n"
+            "............\n");
+}
+
+TEST_F(Picture, APolylineJoinsItsPointsInOrder) {
+  const std::array<Point, 4> points{At(1, 6), At(1, 2), At(5, 2), At(5, 5)};
+  surface.Polyline(points);
+  EXPECT_EQ(Shown(),
+            "............\n"
+            "............\n"
+            ".#####......\n"
+            ".#...#......\n"
+            ".#...#......\n"
+            ".#...#......\n"
+            ".#..........\n"
+            "............\n");
+}
+
+TEST_F(Picture, FewerThanTwoPointsDrawNothing) {
+  const std::string before = Shown();
+  const std::array<Point, 1> point{At(1, 1)};
+  surface.Polyline(point);
+  surface.Polyline({});
+  EXPECT_EQ(Shown(), before);
+}
+
+TEST_F(Picture, AFilledBoxCoversBothItsCornersWhicheverComesFirst) {
+  surface.FilledBox(At(4, 5), At(2, 3));
+  EXPECT_EQ(Shown(),
+            "............\n"
+            "............\n"
+            "............\n"
+            "..###.......\n"
+            "..###.......\n"
+            "..###.......\n"
+            "............\n"
+            "............\n");
+}
+
+TEST_F(Picture, AWidePenWidensLinesAndBoxes) {
+  surface.SetPen(kBlack, DrawStyle::kSolid, 2);
+  surface.FilledBox(At(2, 2), At(3, 3));
+  const std::array<Point, 2> points{At(7, 4), At(10, 4)};
+  surface.Polyline(points);
+  EXPECT_EQ(Shown(),
+            "............\n"
+            ".###........\n"
+            ".###........\n"
+            ".###..#####.\n"
+            "......#####.\n"
+            "............\n"
+            "............\n"
+            "............\n");
+}
+
+TEST_F(Picture, NothingIsDrawnOutsideTheClipUntilItIsLifted) {
+  surface.SetClip(At(2, 1), At(4, 2));
+  surface.Line(At(0, 1), At(11, 1));
+  const std::array<Point, 2> points{At(0, 2), At(11, 2)};
+  surface.Polyline(points);
+  surface.FilledBox(At(0, 3), At(11, 3));
+  surface.SetClip(At(0, 0), At(0, 0));
+  surface.Line(At(0, 5), At(11, 5));
+  EXPECT_EQ(Shown(),
+            "............\n"
+            "..###.......\n"
+            "..###.......\n"
+            "............\n"
+            "............\n"
+            "############\n"
+            "............\n"
+            "............\n");
+}
+
+TEST_F(Picture, ClsCoversAllAlsoUnderAClip) {
+  surface.FilledBox(At(0, 0), At(11, 7));
+  surface.SetClip(At(2, 1), At(4, 2));
+  surface.Cls(kWhite);
+  EXPECT_EQ(Shown().find('#'), std::string::npos);
+  surface.FilledBox(At(0, 0), At(11, 7));
+  EXPECT_EQ(Shown().find('#'), std::string("............\n..").size()) << "the clip still holds";
+}
+
+TEST_F(Picture, DashedLinesHaveGaps) {
+  for (const DrawStyle style :
+       {DrawStyle::kDash, DrawStyle::kDot, DrawStyle::kDashDot, DrawStyle::kDashDotDot}) {
+    surface.Cls(kWhite);
+    surface.SetPen(kBlack, style, 1);
+    const std::array<Point, 2> points{At(0, 3), At(11, 3)};
+    surface.Polyline(points);
+    const std::string row = Shown().substr(3 * 13, 12);
+    EXPECT_NE(row.find('#'), std::string::npos);
+    EXPECT_NE(row.find('.'), std::string::npos) << row;
+  }
+}
+
+TEST_F(Picture, ColoursAreBlueGreenRed) {
+  surface.SetPen(0x0000FF, DrawStyle::kSolid, 1);
+  surface.FilledBox(At(1, 1), At(1, 1));
+  surface.SetPen(0xFF8000, DrawStyle::kSolid, 1);
+  surface.FilledBox(At(2, 1), At(2, 1));
+  EXPECT_EQ(image.pixelColor(1, 1), QColor(255, 0, 0));
+  EXPECT_EQ(image.pixelColor(2, 1), QColor(0, 128, 255));
+}
+
+TEST_F(Picture, PlacesFarOutsideAreCutOff) {
+  const std::array<Point, 2> across{Point{-1e9F, 3.5F * kTwips}, Point{1e9F, 3.5F * kTwips}};
+  surface.Polyline(across);
+  surface.Line({2.5F * kTwips, -3e38F}, {2.5F * kTwips, 3e38F});
+  surface.FilledBox({-1e30F, 7 * kTwips}, {1e30F, 1e30F});
+  EXPECT_EQ(Shown(),
+            "..#.........\n"
+            "..#.........\n"
+            "..#.........\n"
+            "############\n"
+            "..#.........\n"
+            "..#.........\n"
+            "..#.........\n"
+            "############\n");
+}
+
+TEST(QtSurfaceText, StandsBelowAndToTheRightOfItsCorner) {
+  QImage image(kWidth, kHeight, QImage::Format_RGB32);
+  QtSurface surface(image);
+  surface.Cls(kWhite);
+  surface.SetFont({"Sans Serif", 12});
+  surface.Text({20 * kTwips, 30 * kTwips}, "HHH", 0x0000FF);
+  QRect ink;
+  for (int y = 0; y < kHeight; ++y) {
+    for (int x = 0; x < kWidth; ++x) {
+      if (image.pixelColor(x, y) != QColor(Qt::white)) ink |= QRect(x, y, 1, 1);
+    }
+  }
+  ASSERT_FALSE(ink.isEmpty());
+  const int width = static_cast<int>(surface.TextWidth("HHH") / kTwips);
+  const int height = static_cast<int>(surface.TextHeight("HHH") / kTwips);
+  EXPECT_TRUE(QRect(19, 30, width + 3, height + 1).contains(ink)) << ink.x() << " " << ink.y();
+  EXPECT_GT(ink.width(), width / 2);
+}
+
+TEST(QtSurface, OnAFinerScreenAPixelHasFewerUnits) {
+  QImage image(400, 200, QImage::Format_RGB32);
+  const QtSurface surface(image, 2 * QtSurface::kScreenDpi);
+  EXPECT_EQ(surface.ScaleWidth(), 3000.0F);
+  EXPECT_EQ(surface.TwipsPerPixelX(), 7.5F);
+}
+
+TEST(QtSurface, OnPaperTheResolutionIsThePrintersAndEverythingDraws) {
+  QBuffer pdf;
+  pdf.open(QIODevice::WriteOnly);
+  {
+    QPdfWriter paper(&pdf);
+    paper.setResolution(600);
+    QtSurface surface(paper);
+    EXPECT_TRUE(surface.Ready());
+    EXPECT_FLOAT_EQ(surface.TwipsPerPixelX(), 2.4F);
+    EXPECT_GT(surface.ScaleWidth(), 10'000.0F);
+    surface.SetFont({"Sans Serif", 8});
+    const float on_paper = surface.TextWidth(" Temperature : 7000 rpm ");
+    EXPECT_GT(on_paper, 1000.0F);
+    EXPECT_LT(on_paper, 4000.0F);
+    surface.SetPen(0x0000FF, DrawStyle::kSolid, 12);
+    const std::array<Point, 3> points{Point{0, 0}, Point{5000, 5000}, Point{9000, 0}};
+    surface.Polyline(points);
+    surface.FilledBox({100, 100}, {200, 200});
+    surface.Text({1000, 1000}, "text", 0);
+  }
+  EXPECT_GT(pdf.data().size(), 1000);
+}
+
+TEST(QtSurface, OnAPrinterThatIsNotThereEverythingIsWithoutEffect) {
+  QImage nothing;
+  QtSurface surface(nothing);
+  EXPECT_FALSE(surface.Ready());
+  surface.Cls(0);
+  surface.SetPen(0, DrawStyle::kSolid, 1);
+  surface.Line({0, 0}, {1, 1});
+  surface.FilledBox({0, 0}, {1, 1});
+  surface.SetClip({0, 0}, {1, 1});
+  surface.SetFont({});
+  surface.Text({0, 0}, "x", 0);
+  EXPECT_EQ(surface.ScaleWidth(), 0.0F);
+}
+
+// The fast lines against QPainter's own: where one has drawn, the other has within one pixel.
+TEST(DenseLine, CoversWhatQPainterCoversWithinOnePixel) {
+  std::uint32_t seed = 12345;
+  const auto random = [&](int range) {
+    seed = seed * 1664525U + 1013904223U;
+    return static_cast<int>((seed >> 8) % static_cast<std::uint32_t>(range));
+  };
+  int drawn_pixels = 0;
+  int far_off = 0;
+  for (const int width : {1, 2, 3}) {
+    for (int round = 0; round < 50; ++round) {
+      std::vector<QPoint> points;
+      for (int i = 0; i < 6; ++i) points.emplace_back(random(160) - 30, random(140) - 20);
+      QImage expected(100, 100, QImage::Format_RGB32);
+      expected.fill(Qt::white);
+      QImage drawn = expected;
+      {
+        QPainter painter(&expected);
+        painter.setPen(QPen(Qt::black, width, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
+        painter.drawPolyline(points.data(), static_cast<int>(points.size()));
+      }
+      DrawDenseLine(drawn, drawn.rect(), points, qRgb(0, 0, 0), width);
+      const auto near = [](const QImage& image, int x, int y) {
+        for (int dy = -1; dy <= 1; ++dy) {
+          for (int dx = -1; dx <= 1; ++dx) {
+            const QPoint at(x + dx, y + dy);
+            if (!image.rect().contains(at) || image.pixel(at) != qRgb(255, 255, 255)) return true;
+          }
+        }
+        return false;
+      };
+      for (int y = 0; y < 100; ++y) {
+        for (int x = 0; x < 100; ++x) {
+          const bool one = expected.pixel(x, y) != qRgb(255, 255, 255);
+          const bool other = drawn.pixel(x, y) != qRgb(255, 255, 255);
+          if (one) ++drawn_pixels;
+          if (one != other && !near(one ? drawn : expected, x, y)) ++far_off;
+        }
+      }
+    }
+  }
+  EXPECT_GT(drawn_pixels, 50'000);
+  EXPECT_LT(far_off, drawn_pixels / 1000);
+}
+
+TEST(DenseLine, ALineThatTurnsBackDoesNotFillWhatLiesBetween) {
+  QImage image(40, 40, QImage::Format_RGB32);
+  image.fill(Qt::white);
+  const std::vector<QPoint> points{{5, 5}, {35, 20}, {5, 35}};
+  DrawDenseLine(image, image.rect(), points, qRgb(0, 0, 0), 2);
+  EXPECT_EQ(image.pixelColor(10, 20), QColor(Qt::white));
+  EXPECT_EQ(image.pixelColor(20, 12), QColor(Qt::black));
+  EXPECT_EQ(image.pixelColor(20, 28), QColor(Qt::black));
+}
+
+TEST(Colours, GoToQtAndBack) {
+  for (const Colour colour : {0, 0xFFFFFF, 0x0000FF, 0x00FF00, 0xFF0000, 0x123456}) {
+    EXPECT_EQ(ToColour(ToQColor(colour)), colour);
+  }
+  EXPECT_EQ(ToQColor(0x0000FF), QColor(Qt::red));
+}
+
+TEST(Colours, SystemColoursAreThoseOfThePalette) {
+  EXPECT_EQ(ToQColor(kWindowBackground), QGuiApplication::palette().color(QPalette::Base));
+  EXPECT_EQ(ToQColor(kFormBackground), QGuiApplication::palette().color(QPalette::Window));
+  EXPECT_TRUE(ToQColor(static_cast<Colour>(0x800000FF)).isValid()) << "an unknown number";
+}
+
+}  // namespace
+}  // namespace tarnlink

@@ -1,0 +1,107 @@
+#include "driver.h"
+
+#include <unistd.h>
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTimer>
+#include <QWidget>
+#include <cstdio>
+
+namespace tarnlink_driver {
+
+namespace {
+
+// The first object of that name in any window; the same name never stands twice.
+QObject* Find(const QString& name) {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->objectName() == name) return window;
+    if (QObject* found = window->findChild<QObject*>(name)) return found;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+Driver::Driver() : notifier_(STDIN_FILENO, QSocketNotifier::Read) {
+  connect(&notifier_, &QSocketNotifier::activated, this, [this] { Read(); });
+}
+
+void Driver::Read() {
+  char buffer[4096];
+  const ssize_t count = read(STDIN_FILENO, buffer, sizeof buffer);
+  if (count <= 0) {
+    notifier_.setEnabled(false);
+    return;
+  }
+  pending_.append(buffer, static_cast<qsizetype>(count));
+  for (qsizetype end = pending_.indexOf('\n'); end >= 0; end = pending_.indexOf('\n')) {
+    const QString line = QString::fromUtf8(pending_.left(end));
+    pending_.remove(0, end + 1);
+    QString answer = Obey(line);
+    answer.replace("\r", "\\r").replace("\n", "\\n");
+    std::printf("@%s\n", answer.toUtf8().constData());
+    std::fflush(stdout);
+  }
+}
+
+QString Driver::Obey(const QString& line) {
+  const QString verb = line.section(' ', 0, 0);
+  const QString rest = line.section(' ', 1);
+  if (verb == "press") return Press(rest);
+  if (verb == "text") return Property(rest, "text");
+  if (verb == "enabled") return Property(rest, "enabled");
+  if (verb == "title") return Property(rest, "windowTitle");
+  if (verb == "modal") return Modal();
+  if (verb == "click") return Click(rest);
+  if (verb == "picture") return Picture(rest);
+  return "unknown: " + line;
+}
+
+// Through the event loop, since a press may open a modal box and only come back when it closes.
+QString Driver::Press(const QString& name) {
+  QObject* object = Find(name);
+  if (auto* action = qobject_cast<QAction*>(object)) {
+    QTimer::singleShot(0, action, [action] { action->trigger(); });
+    return "ok";
+  }
+  if (auto* button = qobject_cast<QAbstractButton*>(object)) {
+    QTimer::singleShot(0, button, [button] { button->click(); });
+    return "ok";
+  }
+  return "no such: " + name;
+}
+
+QString Driver::Property(const QString& name, const char* property) {
+  const QObject* object = Find(name);
+  return object == nullptr ? "no such: " + name : object->property(property).toString();
+}
+
+QString Driver::Modal() {
+  QWidget* modal = QApplication::activeModalWidget();
+  if (modal == nullptr) return "none";
+  const auto* box = qobject_cast<QMessageBox*>(modal);
+  return modal->windowTitle() + "|" + (box == nullptr ? modal->objectName() : box->text());
+}
+
+QString Driver::Click(const QString& text) {
+  QWidget* modal = QApplication::activeModalWidget();
+  if (modal == nullptr) return "none";
+  for (auto* button : modal->findChildren<QAbstractButton*>()) {
+    if (button->text().remove('&') != text) continue;
+    QTimer::singleShot(0, button, [button] { button->click(); });
+    return "ok";
+  }
+  return "no such: " + text;
+}
+
+QString Driver::Picture(const QString& file) {
+  QWidget* shown = QApplication::activeModalWidget();
+  if (shown == nullptr) shown = QApplication::activeWindow();
+  if (shown == nullptr) shown = QApplication::topLevelWidgets().constFirst();
+  return shown->grab().save(file) ? "ok" : "not saved";
+}
+
+}  // namespace tarnlink_driver

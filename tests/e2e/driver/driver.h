@@ -1,0 +1,29 @@
+// Presses, reads and pictures the widgets of the program it lives in, told by lines on standard
+// input. Each line gets one answer line on standard output, which begins with "@".
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+#include <QString>
+#include <QStringList>
+
+namespace tarnlink_driver {
+
+class Driver final : public QObject {
+ public:
+  Driver();
+
+ private:
+  void Read();
+  QString Obey(const QString& line);
+  QString Press(const QString& name);
+  QString Property(const QString& name, const char* property);
+  QString Modal();
+  QString Click(const QString& button);
+  QString Picture(const QString& file);
+
+  QSocketNotifier notifier_;
+  QByteArray pending_;
+};
+
+}  // namespace tarnlink_driver

@@ -1,0 +1,38 @@
+// A child process on three pipes, and bounded waits on what it does.
+#pragma once
+
+#include <sys/types.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace e2e {
+
+class Process {
+ public:
+  // Starts `command` with `environment` on top of this process's own.
+  Process(const std::vector<std::string>& command,
+          const std::map<std::string, std::string>& environment);
+  ~Process();
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  void Write(const std::string& line);
+  // The next line of standard output, without its end; empty if none came in time.
+  std::string ReadLine(int milliseconds);
+  // The exit status, or -1 if it did not end in time.
+  int WaitForEnd(int milliseconds);
+  void Kill();
+  // User and system time so far, in seconds.
+  double ProcessorSeconds() const;
+
+ private:
+  pid_t pid_ = -1;
+  int to_ = -1;
+  int from_ = -1;
+  std::string pending_;
+  int status_ = -1;
+};
+
+}  // namespace e2e

@@ -1,0 +1,65 @@
+// Wrappers that carry every call on to a fake, unless the fault plan says that it is to break.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files.h"
+#include "platform/serial_port.h"
+#include "support/fake_serial_port.h"
+#include "support/fault_plan.h"
+
+namespace tarnlink {
+
+// Calls: "Files.ReadWhole", "Files.WriteWhole", "Files.OpenRows", "Rows.Append".
+class BreakingFiles final : public Files {
+ public:
+  BreakingFiles(Files& files, FaultPlan& faults) : files_(files), faults_(faults) {}
+
+  std::string ReadWhole(const std::string& path) override;
+  void WriteWhole(const std::string& path, std::string_view bytes) override;
+  std::unique_ptr<RowWriter> OpenRows(const std::string& path, bool keep) override;
+  bool Exists(const std::string& path) const override { return files_.Exists(path); }
+  bool IsFolder(const std::string& path) const override { return files_.IsFolder(path); }
+  std::vector<std::string> ListFolder(const std::string& folder) const override {
+    return files_.ListFolder(folder);
+  }
+  std::string DocumentsFolder() const override { return files_.DocumentsFolder(); }
+  std::string DataFolder() const override { return files_.DataFolder(); }
+
+ private:
+  Files& files_;
+  FaultPlan& faults_;
+};
+
+// Calls: "Port.Open", "Port.Close", "Port.Output", "Port.Input", "Port.Settings". The fake outlives
+// this and can be asked afterwards.
+class BreakingPort final : public SerialPort {
+ public:
+  BreakingPort(FakeSerialPort& port, FaultPlan& faults) : port_(port), faults_(faults) {}
+  ~BreakingPort() override { port_.LetGo(); }
+
+  int CommPort() const override { return port_.CommPort(); }
+  void SetCommPort(int number) override { port_.SetCommPort(number); }
+  const std::string& Settings() const override { return port_.Settings(); }
+  void SetSettings(const std::string& settings) override;
+  bool PortOpen() const override { return port_.PortOpen(); }
+  void SetPortOpen(bool open) override;
+  void Output(std::string_view bytes) override;
+  std::string Input() override;
+  int InBufferCount() const override { return port_.InBufferCount(); }
+  void ClearInBuffer() override { port_.ClearInBuffer(); }
+  int RThreshold() const override { return port_.RThreshold(); }
+  void SetRThreshold(int bytes) override { port_.SetRThreshold(bytes); }
+  void SetOnComm(std::function<void(int)> handler) override { port_.SetOnComm(std::move(handler)); }
+  std::string LossReason() const override { return port_.LossReason(); }
+
+ private:
+  FakeSerialPort& port_;
+  FaultPlan& faults_;
+};
+
+}  // namespace tarnlink

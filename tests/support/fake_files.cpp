@@ -1,0 +1,158 @@
+#include "support/fake_files.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "common/run_time_error.h"
+
+namespace tarnlink {
+namespace {
+
+std::string Parent(const std::string& path) {
+  const auto slash = path.rfind('/');
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+}  // namespace
+
+class FakeFiles::Rows final : public RowWriter {
+ public:
+  Rows(FakeFiles& files, std::string path, std::size_t size)
+      : files_(files), path_(std::move(path)), whole_(size) {}
+
+  void Append(std::string_view piece) override {
+    std::string& file = files_.files_[path_];
+    if (files_.Grow(file, piece) < piece.size()) {
+      file.resize(whole_);
+      throw RunTimeError(kDiskFull, "\"" + path_ + "\" could not be written: the disk is full.");
+    }
+    if (piece.ends_with('\n')) whole_ = file.size();
+  }
+
+ private:
+  FakeFiles& files_;
+  std::string path_;
+  std::size_t whole_;
+};
+
+FakeFiles::FakeFiles() {
+  MakeFolder(std::string(kWorkingFolder));
+  MakeFolder(std::string(kDocuments));
+  MakeFolder(std::string(kData));
+}
+
+std::string FakeFiles::Absolute(const std::string& path) {
+  std::string from = path.starts_with('/') ? path : std::string(kWorkingFolder) + "/" + path;
+  from += '/';
+  std::string result;
+  std::size_t start = 1;
+  for (std::size_t end = from.find('/', start); end != std::string::npos;
+       start = end + 1, end = from.find('/', start)) {
+    const std::string part = from.substr(start, end - start);
+    if (part == "..") {
+      result = result.substr(0, result.find_last_of('/'));
+    } else if (!part.empty() && part != ".") {
+      result += "/" + part;
+    }
+  }
+  return result.empty() ? "/" : result;
+}
+
+std::string FakeFiles::ReadWhole(const std::string& path) {
+  const std::string full = Absolute(path);
+  const auto fail = [&](int code, const std::string& why) {
+    throw RunTimeError(code, "\"" + path + "\" could not be read: " + why);
+  };
+  if (path.empty()) fail(kFileNotFound, "there is no such file.");
+  if (IsFolder(path)) fail(kDeviceIo, "it is a folder.");
+  if (!folders_.contains(Parent(full))) fail(kPathNotFound, "there is no such folder.");
+  if (!files_.contains(full)) fail(kFileNotFound, "there is no such file.");
+  if (forbidden_.contains(full)) fail(kPermissionDenied, "you do not have the permission.");
+  return files_.at(full);
+}
+
+void FakeFiles::CheckTarget(const std::string& path) const {
+  const std::string full = Absolute(path);
+  const auto fail = [&](int code, const std::string& why) {
+    throw RunTimeError(code, "\"" + path + "\" could not be written: " + why);
+  };
+  if (path.empty()) fail(kPathNotFound, "there is no such folder.");
+  if (IsFolder(path)) fail(kDeviceIo, "it is a folder.");
+  if (!folders_.contains(Parent(full))) fail(kPathNotFound, "there is no such folder.");
+  if (special_.contains(full)) fail(kDeviceIo, "it is no regular file.");
+  if (forbidden_.contains(full) || forbidden_.contains(Parent(full))) {
+    fail(kPermissionDenied, "you do not have the permission.");
+  }
+}
+
+std::size_t FakeFiles::Grow(std::string& file, std::string_view piece) {
+  const std::size_t taken = std::min(piece.size(), free_);
+  file += piece.substr(0, taken);
+  free_ -= taken;
+  return taken;
+}
+
+void FakeFiles::WriteWhole(const std::string& path, std::string_view bytes) {
+  CheckTarget(path);
+  std::string fresh;
+  const std::size_t free_before = free_;
+  if (Grow(fresh, bytes) < bytes.size()) {
+    free_ = free_before;
+    throw RunTimeError(kDiskFull, "\"" + path + "\" could not be written: the disk is full.");
+  }
+  files_[Absolute(path)] = fresh;
+}
+
+std::unique_ptr<RowWriter> FakeFiles::OpenRows(const std::string& path, bool keep) {
+  CheckTarget(path);
+  std::string& file = files_[Absolute(path)];
+  if (!keep) file.clear();
+  return std::make_unique<Rows>(*this, Absolute(path), file.size());
+}
+
+bool FakeFiles::Exists(const std::string& path) const {
+  const std::string full = Absolute(path);
+  return !path.empty() && (files_.contains(full) || special_.contains(full));
+}
+
+bool FakeFiles::IsFolder(const std::string& path) const {
+  return !path.empty() && folders_.contains(Absolute(path));
+}
+
+std::vector<std::string> FakeFiles::ListFolder(const std::string& folder) const {
+  std::vector<std::string> names;
+  if (!IsFolder(folder)) return names;
+  const std::string full = Absolute(folder);
+  for (const auto& [path, bytes] : files_) {
+    if (Parent(path) == full) names.push_back(path.substr(path.rfind('/') + 1));
+  }
+  return names;
+}
+
+void FakeFiles::Put(const std::string& path, std::string_view bytes) {
+  MakeFolder(Parent(Absolute(path)));
+  files_[Absolute(path)] = bytes;
+}
+
+std::string FakeFiles::Get(const std::string& path) const {
+  const auto found = files_.find(Absolute(path));
+  if (found != files_.end()) return found->second;
+  ADD_FAILURE() << "There is no file " << path << "; there are:\n" << Describe();
+  return {};
+}
+
+void FakeFiles::MakeFolder(const std::string& path) {
+  std::string full = Absolute(path);
+  while (folders_.insert(full).second && full != "/") full = Parent(full);
+}
+
+std::string FakeFiles::Describe() const {
+  std::string text;
+  for (const auto& [path, bytes] : files_) {
+    text += path + " " + std::to_string(bytes.size()) + "\n";
+  }
+  return text;
+}
+
+}  // namespace tarnlink

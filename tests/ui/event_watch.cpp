@@ -1,0 +1,33 @@
+#include "ui/event_watch.h"
+
+#include <QMetaEnum>
+
+namespace tarnlink {
+
+bool EventWatch::notify(QObject* receiver, QEvent* event) {
+  if (depth_ > 0) return GuardedApplication::notify(receiver, event);
+  // Both may be gone afterwards.
+  const QEvent::Type type = event->type();
+  const std::string name = receiver->objectName().toStdString();
+  const std::string kind = receiver->metaObject()->className();
+  QElapsedTimer clock;
+  clock.start();
+  ++depth_;
+  const bool taken = GuardedApplication::notify(receiver, event);
+  --depth_;
+  constexpr double kNanosecondsPerMillisecond = 1e6;
+  const double span = static_cast<double>(clock.nsecsElapsed()) / kNanosecondsPerMillisecond;
+  if (span > longest_) {
+    longest_ = span;
+    const char* type_name = QMetaEnum::fromType<QEvent::Type>().valueToKey(type);
+    what_ = std::string(type_name == nullptr ? "an event" : type_name) + " to " + kind + " " + name;
+  }
+  return taken;
+}
+
+void EventWatch::Forget() {
+  longest_ = 0;
+  what_.clear();
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,31 @@
+// The program's application object, which here also measures how long each event keeps the others
+// waiting.
+#pragma once
+
+#include <QElapsedTimer>
+#include <string>
+
+#include "ui/guarded_application.h"
+
+namespace tarnlink {
+
+class EventWatch final : public GuardedApplication {
+ public:
+  using GuardedApplication::GuardedApplication;
+
+  bool notify(QObject* receiver, QEvent* event) override;
+
+  // The longest event since the last `Forget`, in milliseconds, and what it was.
+  double longest() const { return longest_; }
+  const std::string& what() const { return what_; }
+  void Forget();
+
+  static EventWatch& Instance() { return *static_cast<EventWatch*>(qApp); }
+
+ private:
+  int depth_ = 0;
+  double longest_ = 0;
+  std::string what_;
+};
+
+}  // namespace tarnlink

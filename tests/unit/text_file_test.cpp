@@ -1,0 +1,157 @@
+#include "common/text_file.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "support/prefixes.h"
+
+namespace tarnlink {
+namespace {
+
+const std::string kEuro = "\xE2\x82\xAC";
+const std::string kDegree = "\xC2\xB0";
+
+std::vector<std::string> Lines(std::string_view text) {
+  std::vector<std::string> lines;
+  LineReader reader(text);
+  std::string_view line;
+  while (reader.Next(line)) lines.emplace_back(line);
+  return lines;
+}
+
+TEST(DecodeText, TakesValidUtf8AsItIs) {
+  for (const std::string& text :
+       {std::string(), std::string("plain"), kDegree + "C", kEuro, std::string("\xF0\x9F\x94\xA5"),
+        std::string("\xEF\xBF\xBD"), std::string("\xED\x9F\xBF"), std::string("\xF4\x8F\xBF\xBF"),
+        std::string("a\0b", 3)}) {
+    EXPECT_EQ(DecodeText(text), text);
+  }
+}
+
+TEST(DecodeText, DropsAByteOrderMark) {
+  EXPECT_EQ(DecodeText("\xEF\xBB\xBF"
+                       "abc"),
+            "abc");
+  EXPECT_EQ(DecodeText("\xEF\xBB\xBF"), "");
+}
+
+TEST(DecodeText, TakesEverythingElseAsWindows1252) {
+  EXPECT_EQ(DecodeText("\xB0"
+                       "C"),
+            kDegree + "C");
+  EXPECT_EQ(DecodeText("\x80"), kEuro);
+  EXPECT_EQ(DecodeText("\x9F\xA0\xFF"), "\xC5\xB8\xC2\xA0\xC3\xBF");
+  EXPECT_EQ(DecodeText("\x81"), "\xC2\x81");
+  // One bad byte decides for the whole text.
+  EXPECT_EQ(DecodeText("\xC3\xA9\xE9"), "\xC3\x83\xC2\xA9\xC3\xA9");
+}
+
+TEST(DecodeText, TakesNearlyValidUtf8AsWindows1252) {
+  for (const std::string bytes :
+       {"\x80", "\xBF", "\xC2", "\xC2 ", "\xC0\x80", "\xC1\xBF", "\xE2\x82", "\xE0\x9F\xBF",
+        "\xED\xA0\x80", "\xED\xBF\xBF", "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80",
+        "\xF8\x88\x80\x80\x80", "\xFF", "\xFE"}) {
+    const std::string text = DecodeText(bytes);
+    EXPECT_NE(text, bytes);
+    EXPECT_EQ(EncodeText(text), bytes);
+  }
+}
+
+TEST(EncodeText, WritesWindows1252WhenEveryCharacterFits) {
+  EXPECT_EQ(EncodeText("plain"), "plain");
+  EXPECT_EQ(EncodeText(kDegree + "C"),
+            "\xB0"
+            "C");
+  EXPECT_EQ(EncodeText(kEuro), "\x80");
+}
+
+TEST(EncodeText, WritesUtf8WhenACharacterDoesNotFit) {
+  const std::string text = kDegree + "C \xCE\xA9";
+  EXPECT_EQ(EncodeText(text), text);
+}
+
+TEST(EncodeText, WritesUtf8WhenWindows1252WouldReadAsSomethingElse) {
+  const std::string text = "\xC3\x83\xC2\xA9";  // two letters whose Windows-1252 bytes spell one
+  EXPECT_EQ(EncodeText(text), text);
+}
+
+TEST(EncodeText, LosesNothingOfATextThatIsNoUtf8) {
+  EXPECT_EQ(EncodeText("a\xFF"), "a\xFF");
+  EXPECT_EQ(EncodeText("a\xE2\x82"), "a\xE2\x82");
+}
+
+TEST(EncodeText, ReadsBackAsTheSameText) {
+  const std::vector<std::string> pieces = {"a",
+                                           "\r\n",
+                                           ",",
+                                           "\"",
+                                           kDegree,
+                                           kEuro,
+                                           "\xC3\x83",
+                                           "\xC2\xA9",
+                                           "\xC2\x81",
+                                           "\xCE\xA9",
+                                           "\xC5\xB8",
+                                           "\xC3\xAF",
+                                           "\xC2\xBB",
+                                           "\xC2\xBF",
+                                           "\xC3\xA2",
+                                           "\xC6\x92",
+                                           "\xE2\x80\x9A",
+                                           std::string(1, '\0'),
+                                           "\xC2\xA0",
+                                           "\xF0\x9F\x94\xA5"};
+  std::mt19937 random(7);
+  for (int i = 0; i < 20000; ++i) {
+    std::string text;
+    for (auto n = random() % 6; n > 0; --n) text += pieces[random() % pieces.size()];
+    ASSERT_EQ(DecodeText(EncodeText(text)), text);
+  }
+}
+
+TEST(EncodeText, GivesBackEveryByteThatWasDecoded) {
+  for (int byte = 0x80; byte <= 0xFF; ++byte) {
+    const std::string bytes(1, static_cast<char>(byte));
+    EXPECT_EQ(EncodeText(DecodeText(bytes)), bytes) << byte;
+  }
+}
+
+TEST(LineReader, EndsALineAtCrLfAndAtLf) {
+  EXPECT_EQ(Lines("a\r\nb\nc"), (std::vector<std::string>{"a", "b", "c"}));
+  EXPECT_EQ(Lines("\n\r\nx"), (std::vector<std::string>{"", "", "x"}));
+}
+
+TEST(LineReader, OpensNoLineBehindAnEndAtTheVeryEnd) {
+  EXPECT_EQ(Lines("a\r\n"), (std::vector<std::string>{"a"}));
+  EXPECT_EQ(Lines("a\n\n"), (std::vector<std::string>{"a", ""}));
+  EXPECT_EQ(Lines(""), (std::vector<std::string>{}));
+}
+
+TEST(LineReader, KeepsALoneCarriageReturnInsideALine) {
+  EXPECT_EQ(Lines("a\rb\r\nc\r"), (std::vector<std::string>{"a\rb", "c"}));
+}
+
+TEST(LineReader, StaysAtTheEndOnceItIsThere) {
+  LineReader reader("a");
+  std::string_view line;
+  EXPECT_TRUE(reader.Next(line));
+  EXPECT_FALSE(reader.Next(line));
+  EXPECT_FALSE(reader.Next(line));
+}
+
+TEST(TextOnDisk, SurvivesEveryPrefix) {
+  const std::string sample = "16744576\r\n\"" + kDegree + "\",1\r\n" + kEuro + "\n\xF0\x9F\x94\xA5";
+  ForEveryPrefix(sample, [&](std::string_view prefix) {
+    const std::string text = DecodeText(prefix);
+    EXPECT_EQ(DecodeText(EncodeText(text)), text);
+    std::size_t length = 0;
+    for (const std::string& line : Lines(prefix)) length += line.size();
+    EXPECT_LE(length, prefix.size());
+  });
+}
+
+}  // namespace
+}  // namespace tarnlink
