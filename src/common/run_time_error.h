@@ -36,4 +36,10 @@ class RunTimeError : public std::runtime_error {
   int code_;
 };
 
+// What the user reads of an error that has no text of its own; spelt as the users know it.
+inline std::string SystemErrorText(int code) {
+  return "Internal System Error # " + std::to_string(code) +
+         " occured, please contact distributor.";
+}
+
 }  // namespace tarnlink

@@ -7,9 +7,6 @@
 namespace tarnlink {
 namespace {
 
-constexpr int kZoltProtocol = 1;
-constexpr int kModbusProtocol = 2;
-
 bool IsTag(std::string_view text, char tag) { return text.size() == 1 && text[0] == tag; }
 
 // Builds one line of fields.

@@ -10,9 +10,6 @@ namespace tarnlink {
 
 namespace {
 
-constexpr int kStatusPanel = 4;
-constexpr int kConnectionPanel = 6;
-
 void Enable(std::initializer_list<MenuEntry*> entries, bool enabled) {
   for (MenuEntry* entry : entries) entry->Enabled = enabled;
 }
@@ -59,7 +56,7 @@ void CommunicationRun::ShowValue(int index, const std::string& text) {
   main_.RAM_LOC_VAL(index).Text = text;
 }
 
-void CommunicationRun::ShowPanel(int panel, const std::string& text) {
+void CommunicationRun::ShowPanel(StatusPanelIndex panel, const std::string& text) {
   main_.StatusBar1(panel).Text = text;
 }
 
@@ -125,29 +122,43 @@ void CommunicationRun::ReportError(const RunTimeError& error) {
                " occupied.\r\nStop communication and try again.";
     box.title = "Communication Error";
   } else {
-    box.text = "Internal System Error #" + Str(error.code()) +
-               " occured, please contact distributor. Communication is stopped";
+    box.text = SystemErrorText(error.code()) + " Communication is stopped";
     box.title = "Internal System Error";
   }
   main_.platform().dialogs().MessageBox(box);
 }
 
 void CommunicationRun::StopZOLTCommunication() {
-  main_.CommRunning = false;
-  receive_pause_->SetEnabled(false);
-  if (main_.Comm->PortOpen()) {
-    main_.Comm->SetPortOpen(false);
+  const bool was_open = main_.Comm->PortOpen();
+  EndRun();
+  // On a port that is closed already the watchdog goes on as it was.
+  if (was_open) {
     main_.tmr_noresponse->SetEnabled(false);
     ShowPanel(kConnectionPanel, "No Connection Active");
   }
+  Enable({&main_.mnuCfgCheck, &main_.mnuSniffer}, options_.ToolsFitProtocol());
+}
+
+// What the two ways of stopping have in common.
+void CommunicationRun::EndRun() {
+  main_.CommRunning = false;
+  receive_pause_->SetEnabled(false);
+  if (main_.Comm->PortOpen()) main_.Comm->SetPortOpen(false);
   main_.Comm_Timer->SetEnabled(false);
   main_.tmr_MsgTimeout->SetEnabled(false);
   ShowPanel(kStatusPanel, "Communication Stopped");
   recorder_.CloseLogFile();
   main_.M_options.Enabled = true;
   Enable({&main_.M_Graphics, &main_.mnuLoadParameters, &main_.M_ControlPanel, &main_.M_errgen,
-          &main_.mnuCfgCheck, &main_.mnuSniffer, &main_.mnuScanSlaves},
-         options_.SelectedProtocol() != kModbusProtocol);
+          &main_.mnuScanSlaves},
+         options_.ToolsFitProtocol());
+}
+
+// The port is closed and cannot be had again, so the watchdog must not go on trying.
+void CommunicationRun::StopWithoutPort() {
+  main_.tmr_noresponse->SetEnabled(false);
+  StopCommunication();
+  ShowPanel(kConnectionPanel, "No Connection Active");
 }
 
 void CommunicationRun::PollTick() {
@@ -230,11 +241,7 @@ bool CommunicationRun::LossIsAboutToBeTold() const {
 
 void CommunicationRun::DeviceGone() {
   const std::string reason = main_.Comm->LossReason();
-  // The port has closed itself, so the watchdog is stopped here: it would only try to open a device
-  // that is not there.
-  main_.tmr_noresponse->SetEnabled(false);
-  StopCommunication();
-  ShowPanel(kConnectionPanel, "No Connection Active");
+  StopWithoutPort();
   main_.platform().dialogs().MessageBox({.text = "Communication port " +
                                                  std::to_string(main_.Comm->CommPort()) +
                                                  " is gone. Communication is stopped.",
@@ -250,10 +257,8 @@ void CommunicationRun::NoResponse() {
     if (main_.Comm->PortOpen()) main_.Comm->SetPortOpen(false);
     main_.Comm->SetPortOpen(true);
   } catch (const RunTimeError& error) {
-    // Told once: the run ends before the box is up, and the watchdog with it.
-    main_.tmr_noresponse->SetEnabled(false);
-    StopCommunication();
-    ShowPanel(kConnectionPanel, "No Connection Active");
+    // Told once: the run has ended before the box is up.
+    StopWithoutPort();
     ReportError(error);
     return;
   }
@@ -261,21 +266,12 @@ void CommunicationRun::NoResponse() {
   main_.Comm->ClearInBuffer();
 }
 
-// Leaves `tmr_noresponse` running and the port's panel alone, and keeps two tools disabled: after a
-// silent slave the user is to press Stop, which puts all of it right.
+// Leaves `tmr_noresponse` running and the port's panel alone, and keeps two tools disabled. The
+// watchdog opens the port once more; Stop then closes it and puts all of it right.
 void CommunicationRun::MessageTimedOut() {
   main_.platform().dialogs().MessageBox(
       {.text = "Slave is not responding", .title = "Message Timeout", .icon = Icon::kCritical});
-  main_.CommRunning = false;
-  if (main_.Comm->PortOpen()) main_.Comm->SetPortOpen(false);
-  main_.Comm_Timer->SetEnabled(false);
-  main_.tmr_MsgTimeout->SetEnabled(false);
-  ShowPanel(kStatusPanel, "Communication Stopped");
-  recorder_.CloseLogFile();
-  main_.M_options.Enabled = true;
-  Enable({&main_.M_Graphics, &main_.mnuLoadParameters, &main_.M_ControlPanel, &main_.mnuScanSlaves,
-          &main_.M_errgen},
-         options_.SelectedProtocol() != kModbusProtocol);
+  EndRun();
 }
 
 }  // namespace tarnlink

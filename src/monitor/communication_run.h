@@ -1,5 +1,5 @@
 // The communication run: polls the Locations of the screen one after the other over the one port of
-// the main form. No thread: three timers and the port's events, all on the GUI thread.
+// the main form. No thread: timers and the port's events, all on the GUI thread.
 #pragma once
 
 #include <array>
@@ -42,13 +42,15 @@ class CommunicationRun final : public ProtocolRun {
   int MessageTimeout() const override;
   bool NameVisible(int index) const override;
   void ShowValue(int index, const std::string& text) override;
-  void ShowPanel(int panel, const std::string& text) override;
+  void ShowPanel(StatusPanelIndex panel, const std::string& text) override;
   void LogRequest(int index) override { recorder_.LogRequest(index); }
   void RecordValue(int index) override { recorder_.RecordValue(index); }
   void EndLogRow() override { recorder_.EndLogRow(); }
 
  private:
   Protocol* SelectedProtocol() const;
+  void EndRun();
+  void StopWithoutPort();
   void ClearAllValues();
   void DisableToolsDuringRun();
   void ReportError(const RunTimeError& error);

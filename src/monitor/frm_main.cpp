@@ -19,7 +19,8 @@ constexpr float kCheckSize = 255.0F;
 constexpr float kCheckDrop = 50.0F;  // a check box stands this far under its name box's top
 
 // Moves `FileName` to the front of a history without doubling it.
-void MoveToFront(FixedArray<MenuEntry>& history, const std::string& FileName) {
+// By value, since it may be one of the captions that change here.
+void MoveToFront(FixedArray<MenuEntry>& history, std::string FileName) {
   std::vector<std::string> kept;
   for (int i = history.first(); i < history.last(); ++i) kept.push_back(history(i).Caption);
   for (int i = 1; i <= history.last(); ++i) {
@@ -100,7 +101,9 @@ void frm_Main::ShowTitle() {
   form.Caption = title;
 }
 
-void frm_Main::ShowLocationCount() { StatusBar1(2).Text = "Locations : " + std::to_string(MaxId); }
+void frm_Main::ShowLocationCount() {
+  StatusBar1(kCountPanel).Text = "Locations : " + std::to_string(MaxId);
+}
 
 void frm_Main::TellStoreFailure() {
   const std::string failure = platform_.settings().Failure();

@@ -18,7 +18,7 @@
 namespace tarnlink {
 
 inline constexpr std::string_view kProgramTitle = "TarnLink";
-inline constexpr std::string_view kApplicationKey = "TarnLink2";
+inline constexpr std::string_view kQuestionTitle = "TarnLink2";
 inline constexpr std::string_view kFreeHistoryEntry = "<Free>";
 inline constexpr int kHistoryLength = 4;
 inline constexpr Colour kNewScreenColour = 0xFF8080;
@@ -155,7 +155,8 @@ class frm_Main : public RunFields {
   void LoadShortCuts(const std::string& FileName);
   void LoadShortCutsPrj(const std::string& FileName);
 
-  // What a change of the memory map or ID file sets off: the readers of names hook in here.
+  // What a change of the memory map or ID file sets off: the readers of names hook in here. They
+  // tell the user themselves what went wrong and never throw.
   std::function<void(const std::string& FileName)> LoadClass7;
   std::function<void(const std::string& FileName)> ReadIDItems;
 

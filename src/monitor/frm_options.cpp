@@ -1,9 +1,11 @@
 #include "monitor/frm_options.h"
 
 #include <algorithm>
+#include <array>
 
 #include "common/numbers.h"
 #include "common/paths.h"
+#include "common/run_time_error.h"
 #include "monitor/frm_main.h"
 #include "monitor/setting_keys.h"
 
@@ -11,21 +13,33 @@ namespace tarnlink {
 
 namespace {
 
-constexpr int kOtherPort = 4;  // the button "COM" with a number of its own
-constexpr int kProtocolPanel = 3;
-constexpr int kSettingsPanel = 1;
 constexpr const char* kParityLetters = "NEO";
-constexpr const char* kProtocolNames[kProtocolCount] = {"TarnLink Protocol", "ZOLT Protocol",
-                                                        "ModBus Protocol"};
 
-// Speed, parity and stop bits that a click on a protocol button presets.
-struct PortPreset {
+// What the options know of each protocol, by its index.
+struct ProtocolFacts {
+  const char* caption;
+  const char* panel_text;
+  // What a click on its button presets: indices of speed, parity and stop bits.
   int baudrate;
   int parity;
   int stop;
 };
-constexpr PortPreset kPresets[kProtocolCount] = {{3, 0, 0}, {1, 0, 0}, {4, 1, 0}};
+constexpr std::array<ProtocolFacts, kProtocolCount> kProtocols = {{
+    {"Tarnlink Protocol", "TarnLink Protocol", 3, 0, 0},
+    {"ZOLT External Protocol", "ZOLT Protocol", 1, 0, 0},
+    {"ModBus", "ModBus Protocol", 4, 1, 0},
+}};
 constexpr int kPresetTimeout = 3;  // seconds
+
+const ProtocolFacts& FactsOf(int protocol) {
+  return kProtocols.at(static_cast<std::size_t>(protocol));
+}
+
+std::vector<std::string> ProtocolCaptions() {
+  std::vector<std::string> captions;
+  for (const ProtocolFacts& facts : kProtocols) captions.emplace_back(facts.caption);
+  return captions;
+}
 
 std::string CheckText(const CheckBox& box) { return box.Value ? "1" : "0"; }
 
@@ -35,7 +49,8 @@ void SaveIndex(SettingsStore& store, const SettingKey& key, const OptionGroup& g
 
 }  // namespace
 
-frm_Options::frm_Options(Platform& platform, frm_Main& main) : platform_(platform), main_(main) {
+frm_Options::frm_Options(Platform& platform, frm_Main& main)
+    : opt_Protocol("opt_Protocol", ProtocolCaptions()), platform_(platform), main_(main) {
   form.Visible = false;
   ComPortNumber.ToolTipText = "Set 1  to 16";
   txt_PathToExcel.Text = "J:\\MSOFFICE\\OFFICE\\EXCEL.EXE";
@@ -75,7 +90,7 @@ void frm_Options::PresetPort(int protocol) {
   opt_Baudrate.Clear();
   opt_parity.Clear();
   opt_stop.Clear();
-  const PortPreset& preset = kPresets[protocol];
+  const ProtocolFacts& preset = FactsOf(protocol);
   opt_Baudrate.Select(preset.baudrate);
   opt_parity.Select(preset.parity);
   opt_stop.Select(preset.stop);
@@ -167,7 +182,7 @@ void frm_Options::ApplyOptions() {
   SaveIndex(platform_.settings(), setting::kStopBits, opt_stop);
   main_.MicroType = static_cast<std::int16_t>(MicroSelect.Selected() < 0 ? MicroSelect.count() - 1
                                                                          : MicroSelect.Selected());
-  SaveRest();
+  SaveOtherOptions();
   SaveProtocol();
   ShowAndSetPort(parity);
   form.Visible = false;
@@ -199,7 +214,7 @@ char frm_Options::SaveParity() {
   return kParityLetters[std::max(opt_parity.Selected(), 0)];
 }
 
-void frm_Options::SaveRest() {
+void frm_Options::SaveOtherOptions() {
   SettingsStore& store = platform_.settings();
   WriteSetting(store, setting::kExcelPath, txt_PathToExcel.Text.get());
   WriteSetting(store, setting::kIgnoreErrors, CheckText(chk_DisableCommErrors));
@@ -217,7 +232,7 @@ void frm_Options::SaveRest() {
 void frm_Options::SaveProtocol() {
   SaveIndex(platform_.settings(), setting::kProtocol, opt_Protocol);
   const int index = opt_Protocol.Selected();
-  if (index >= 0) main_.StatusBar1(kProtocolPanel).Text = kProtocolNames[index];
+  if (index >= 0) main_.StatusBar1(kProtocolPanel).Text = FactsOf(index).panel_text;
 }
 
 void frm_Options::ShowAndSetPort(char parity) {
@@ -228,7 +243,12 @@ void frm_Options::ShowAndSetPort(char parity) {
   const std::string behind_speed = std::string(",") + parity + ",8," + Str(stop_bits);
   main_.StatusBar1(kSettingsPanel).Text =
       "COM" + ComPortNumber.Text.get() + "," + Str(speed) + behind_speed;
-  main_.Comm->SetSettings(Str(speed) + behind_speed);
+  try {
+    main_.Comm->SetSettings(Str(speed) + behind_speed);
+  } catch (const RunTimeError& error) {
+    // The watchdog had the port open, and it cannot be had again: the next Start says why.
+    if (error.code() != kPortUnavailable) throw;
+  }
   main_.Comm->SetCommPort(ValInt(ComPortNumber.Text.get(), kFirstPort, kLastPort));
 }
 
@@ -245,7 +265,7 @@ void frm_Options::ResetEmptyScreen() {
   if (main_.MaxId != 0) return;
   main_.InitForm();
   main_.InitLocations();
-  main_.M_Tools.Enabled = opt_Protocol.Selected() != kModbusProtocol;
+  main_.M_Tools.Enabled = ToolsFitProtocol();
 }
 
 }  // namespace tarnlink

@@ -8,17 +8,15 @@
 
 #include "common/control_array.h"
 #include "common/controls.h"
+#include "monitor/location_table.h"
 #include "platform/platform.h"
 
 namespace tarnlink {
 
 class frm_Main;
 
-// Indices of `opt_Protocol`.
-inline constexpr int kTarnlinkProtocol = 0;
-inline constexpr int kZoltProtocol = 1;
-inline constexpr int kModbusProtocol = 2;
-inline constexpr int kProtocolCount = 3;
+// The button of `opt_CommPort` with a number of its own, which stands in `ComPortNumber`.
+inline constexpr int kOtherPort = 4;
 
 // 1200 times 2 to the index of `opt_Baudrate`.
 constexpr int BaudrateOfIndex(int index) { return 1200 << index; }
@@ -30,8 +28,7 @@ class frm_Options {
 
   Control form{"frm_Options"};
 
-  OptionGroup opt_Protocol{"opt_Protocol",
-                           {"Tarnlink Protocol", "ZOLT External Protocol", "ModBus"}};
+  OptionGroup opt_Protocol;
   OptionGroup opt_Baudrate{"opt_Baudrate", {"1200", "2400", "4800", "9600", "19200", "38400"}};
   OptionGroup opt_CommPort{"opt_CommPort", {"COM1", "COM2", "COM3", "COM4", "COM"}};
   TextBox ComPortNumber{"ComPortNumber"};
@@ -60,6 +57,8 @@ class frm_Options {
   CommandButton cmd_OptionsOk{"cmd_OptionsOk", "Ok"};
   CommandButton cmd_OptionsCancel{"cmd_OptionsCancel", "Cancel"};
 
+  // Whether the tools of the menu can be used, which speak ZOLT only.
+  bool ToolsFitProtocol() const { return SelectedProtocol() != kModbusProtocol; }
   // The index of the selected protocol; ModBus while no button is set, as everywhere that asks.
   int SelectedProtocol() const;
 
@@ -88,7 +87,7 @@ class frm_Options {
   bool SavePort();
   void SavePortDevice(int number);
   char SaveParity();
-  void SaveRest();
+  void SaveOtherOptions();
   void SaveProtocol();
   void ShowAndSetPort(char parity);
   void ReloadNames();

@@ -31,7 +31,6 @@ void LoadCheck(CheckBox& box, const SettingsStore& store, const SettingKey& key)
 void LoadPort(frm_Options& options, const SettingsStore& store) {
   options.ForgetPortDevice();
   const int number = StoredNumber(store, setting::kCommport);
-  constexpr int kOtherPort = 4;  // the button "COM" with a number of its own
   if (number < kFirstPort || number > kLastPort) {
     options.ComPortNumber.Text = "1";
   } else if (number > kOtherPort) {

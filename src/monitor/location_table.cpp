@@ -11,7 +11,6 @@ namespace {
 
 constexpr int kBitsOfByte = 8;
 constexpr int kBitsOfWord = 16;
-constexpr int kModbusProtocol = 2;
 constexpr std::size_t kAddressLength = 4;
 
 bool IsByteType(std::int32_t storage_type) {

@@ -15,6 +15,12 @@ namespace tarnlink {
 // Indices 1 to 512 are real Locations; 0 belongs to the template of the control arrays.
 inline constexpr int kLastLocation = 512;
 
+// Indices of `opt_Protocol`, in the store and everywhere else.
+inline constexpr int kTarnlinkProtocol = 0;
+inline constexpr int kZoltProtocol = 1;
+inline constexpr int kModbusProtocol = 2;
+inline constexpr int kProtocolCount = 3;
+
 enum StorageType : std::int32_t {
   kBit = 0,
   kUnsignedByte = 1,

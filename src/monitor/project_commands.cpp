@@ -48,8 +48,7 @@ void ProjectCommands::mnuSaveProject() {
     main_.platform().files().WriteWhole(*path, EncodeText(ProjectText(main_.trvProject)));
   } catch (const RunTimeError& error) {
     main_.platform().dialogs().MessageBox(
-        {.text = "Internal System Error #" + Str(error.code()) +
-                 " occured, please contact distributor.\r\nDuring saving prj file " + *path,
+        {.text = SystemErrorText(error.code()) + "\r\nDuring saving prj file " + *path,
          .title = "Internal System Error",
          .icon = Icon::kCritical,
          .detail = error.what()});

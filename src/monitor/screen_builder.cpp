@@ -4,8 +4,6 @@ namespace tarnlink {
 
 namespace {
 
-constexpr float kCheckDrop = 50.0F;  // a check box stands this far under its name box's top
-
 void BuildBoxes(frm_Main& main, const frm_Options& options, int index,
                 const LocationRecord& record) {
   const Location& location = main.Locations[index];
@@ -33,9 +31,10 @@ void BuildBoxes(frm_Main& main, const frm_Options& options, int index,
   value.Visible = true;
   name.Visible = true;
 
-  // The check box keeps the distance from its name box that the one before it has.
+  // The check box keeps the distance from its name box that the template, and the one before it,
+  // have.
   CheckBox& check = main.RAM_LOC_CHECK.Load(index);
-  check.Top = name.Top + kCheckDrop;
+  check.Top = name.Top + main.RAM_LOC_CHECK(0).Top - main.RAM_LOC_TEXT(0).Top;
   check.Left = main.RAM_LOC_CHECK(index - 1).Left + name.Left - main.RAM_LOC_TEXT(index - 1).Left;
   check.Value = (location.ScanFlags & kScanningDisabled) == 0;
   check.Visible = options.ScanningBox.Value.get();

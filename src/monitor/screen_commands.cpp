@@ -18,6 +18,24 @@ constexpr const char* kScreenFilter = "Windows Tarnlink Screens (*.wcr)|*.wcr";
 constexpr const char* kIdFile = ".\\default.ids";
 constexpr const char* kModbusIdFile = ".\\MBID.ids";
 
+// While a whole screen is replaced nothing of it is painted, however the replacing ends.
+class Replacing {
+ public:
+  explicit Replacing(frm_Main& main) : main_(main) {
+    main_.building = true;
+    main_.form.Painting = false;
+  }
+  ~Replacing() {
+    main_.building = false;
+    main_.form.Painting = true;
+  }
+  Replacing(const Replacing&) = delete;
+  Replacing& operator=(const Replacing&) = delete;
+
+ private:
+  frm_Main& main_;
+};
+
 // The last file name of the dialog, made to end like a screen.
 std::string ProposedName(std::string last_name) {
   constexpr int kShortest = 5;
@@ -47,29 +65,17 @@ ScreenCommands::ScreenCommands(frm_Main& main, frm_Options& options, Communicati
 
 // --- Open ----------------------------------------------------------------------------------------
 
-void ScreenCommands::OpenTarnLinkFileBuildScreen(const std::string& path) {
+void ScreenCommands::OpenTarnLinkFileBuildScreen(std::string path) {
   if (main_.CommRunning) run_.StopZOLTCommunication();
-  main_.form.Painting = false;
-  recorder_.CloseLogFile();
-  UnloadObjects();
-  main_.CurrentTarnLinkFile.clear();
-  main_.InitLocations();
-  main_.InitForm();
-  main_.LoadShortCuts(path);
   std::optional<RunTimeError> failure;
-  main_.building = true;
   try {
-    const std::string text = DecodeText(main_.platform().files().ReadWhole(path));
-    const int protocol = ScreenFileReader::InferProtocol(text);
-    BuildScreen(text);
+    const int protocol = ReplaceScreen(path);
     main_.CurrentTarnLinkFile = path;
     SelectProtocolOfScreen(protocol);
   } catch (const RunTimeError& error) {
     main_.CurrentTarnLinkFile.clear();
     failure = error;
   }
-  main_.building = false;
-  main_.form.Painting = true;
   main_.WCRChanged = false;
   main_.ShowTitle();
   main_.ShowLocationCount();
@@ -77,6 +83,20 @@ void ScreenCommands::OpenTarnLinkFileBuildScreen(const std::string& path) {
   main_.Comm_Timer->SetEnabled(false);
   main_.CommRunning = false;
   if (failure) ReportFileError(*failure, "During opening wcr file ", path);
+}
+
+int ScreenCommands::ReplaceScreen(const std::string& path) {
+  const Replacing replacing(main_);
+  recorder_.CloseLogFile();
+  UnloadObjects();
+  main_.CurrentTarnLinkFile.clear();
+  main_.InitLocations();
+  main_.InitForm();
+  main_.LoadShortCuts(path);
+  const std::string text = DecodeText(main_.platform().files().ReadWhole(path));
+  const int protocol = ScreenFileReader::InferProtocol(text);
+  BuildScreen(text);
+  return protocol;
 }
 
 void ScreenCommands::BuildScreen(const std::string& text) {
@@ -192,11 +212,10 @@ bool ScreenCommands::SaveAs() {
 void ScreenCommands::OfferToAddToProject() {
   const std::string& path = main_.CurrentTarnLinkFile;
   if (main_.trvProject.HasNode(path)) return;
-  const Answer answer =
-      main_.platform().dialogs().MessageBox({.text = "Add file to project?",
-                                             .title = std::string(kApplicationKey),
-                                             .icon = Icon::kQuestion,
-                                             .buttons = Buttons::kYesNo});
+  const Answer answer = main_.platform().dialogs().MessageBox({.text = "Add file to project?",
+                                                               .title = std::string(kQuestionTitle),
+                                                               .icon = Icon::kQuestion,
+                                                               .buttons = Buttons::kYesNo});
   if (answer != Answer::kYes) return;
   if (main_.trvProject.AddFileToProject("wcr", path)) main_.ProjectChanged = true;
 }
@@ -205,7 +224,7 @@ bool ScreenCommands::OfferToSave() {
   if (!main_.WCRChanged) return true;
   const Answer answer = main_.platform().dialogs().MessageBox(
       {.text = "The screen was changed. Do you want to save the changes?",
-       .title = std::string(kApplicationKey),
+       .title = std::string(kQuestionTitle),
        .icon = Icon::kExclamation,
        .buttons = Buttons::kYesNo});
   return answer != Answer::kYes || M_filesave(0);
@@ -213,12 +232,11 @@ bool ScreenCommands::OfferToSave() {
 
 void ScreenCommands::ReportFileError(const RunTimeError& error, const std::string& doing,
                                      const std::string& path) {
-  main_.platform().dialogs().MessageBox({.text = "Internal System Error #" + Str(error.code()) +
-                                                 " occured, please contact distributor.\r\n" +
-                                                 doing + path,
-                                         .title = "Internal System Error",
-                                         .icon = Icon::kCritical,
-                                         .detail = error.what()});
+  main_.platform().dialogs().MessageBox(
+      {.text = SystemErrorText(error.code()) + "\r\n" + doing + path,
+       .title = "Internal System Error",
+       .icon = Icon::kCritical,
+       .detail = error.what()});
 }
 
 }  // namespace tarnlink

@@ -21,7 +21,7 @@ class ScreenCommands {
   // Replaces the screen by the file, and with it the selected protocol and the port's presets. A
   // file that cannot be read to its end is told; what was built of it stays, without a file, so
   // that a save can never write half a screen over a whole file.
-  void OpenTarnLinkFileBuildScreen(const std::string& path);
+  void OpenTarnLinkFileBuildScreen(std::string path);
 
   // Writes the screen. False if it could not be written; the user has been told and the file on
   // disk is as it was. An empty path does nothing and is true.
@@ -44,6 +44,8 @@ class ScreenCommands {
   std::function<void(int index)> AdaptAddress;
 
  private:
+  // Gives the protocol that the file's tags tell.
+  int ReplaceScreen(const std::string& path);
   void BuildScreen(const std::string& text);
   void SelectProtocolOfScreen(int protocol);
   bool SaveAs();

@@ -42,6 +42,7 @@ void LoadHistory(FixedArray<MenuEntry>& menu, const SettingsStore& store,
                  std::string_view section) {
   for (int i = menu.first(); i <= menu.last(); ++i) {
     menu(i).Caption = store.GetSetting(section, HistoryKey(i), kFreeHistoryEntry);
+    if (menu(i).Caption->empty()) menu(i).Caption = std::string(kFreeHistoryEntry);
     menu(i).Enabled = menu(i).Caption.get() != kFreeHistoryEntry;
   }
 }
@@ -120,7 +121,7 @@ bool StartAndLeave::SaveWhatChanged() {
   if (!main_.ProjectChanged) return true;
   const Answer answer = main_.platform().dialogs().MessageBox(
       {.text = "The project was changed. Do you want to save the changes?",
-       .title = std::string(kApplicationKey),
+       .title = std::string(kQuestionTitle),
        .icon = Icon::kExclamation,
        .buttons = Buttons::kYesNo});
   if (answer != Answer::kYes) return true;

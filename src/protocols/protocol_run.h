@@ -10,6 +10,16 @@
 
 namespace tarnlink {
 
+// The panels of `StatusBar1`, from left to right.
+enum StatusPanelIndex : int {
+  kSettingsPanel = 1,
+  kCountPanel = 2,
+  kProtocolPanel = 3,
+  kStatusPanel = 4,
+  kLocationPanel = 5,
+  kConnectionPanel = 6,
+};
+
 // The run's shared fields, under the names that all parts of the monitor know.
 struct RunFields {
   bool CommRunning = false;
@@ -31,7 +41,8 @@ struct RunFields {
   // The Modbus message under way.
   std::uint8_t Function_code = 0;
   std::int16_t Nreg = 1;
-  bool building = false;
+
+  bool building = false;  // a screen, or a Modbus message, is being built
 };
 
 // The run as a protocol sees it. `CommunicationRun` is the real one.
@@ -52,7 +63,7 @@ class ProtocolRun {
   // Whether Location `index` exists: its name box is visible.
   virtual bool NameVisible(int index) const = 0;
   virtual void ShowValue(int index, const std::string& text) = 0;
-  virtual void ShowPanel(int panel, const std::string& text) = 0;
+  virtual void ShowPanel(StatusPanelIndex panel, const std::string& text) = 0;
 
   // Logging hooks. Each looks for itself whether the Location is logged and the log is open.
   virtual void LogRequest(int index) = 0;   // at the request: opens the Location's field
@@ -72,7 +83,7 @@ class Protocol {
   virtual void SendNextPoll(ProtocolRun& run) = 0;
 
   // Takes the bytes that wait on the port as the response, and sets `message_received` when the
-  // exchange has ended. Throws nothing the caller need know of: see CommunicationRun.
+  // exchange has ended. A RunTimeError leaves the exchange to the watchdog.
   virtual void TakeResponse(ProtocolRun& run) = 0;
 
   // Sends a write of `value`, prepared hexadecimal text, to Location `index`. A protocol that
@@ -80,7 +91,8 @@ class Protocol {
   virtual void SendWrite(ProtocolRun& run, int index, std::string& value) = 0;
 
   // How long to wait after a receive event before the response is taken, in milliseconds. Only a
-  // protocol whose threshold lies below its frame length needs one.
+  // protocol whose threshold lies below its frame length needs one. `baud_index` is -1 while no
+  // speed is selected.
   virtual int ReceivePause(int /*baud_index*/) const { return 0; }
 };
 

@@ -20,7 +20,8 @@ Exchange ReadOf(std::int32_t storage_type) {
 }
 
 // Slaves of this protocol take every write by the byte command, also one of four digits. The test
-// goes by Specification, which is 0 or 1, so that the word command is never sent.
+// goes by Specification, which the options of a Location hold at 0 or 1, so that no screen made
+// here ever sends the word command.
 Exchange WriteOf(std::int32_t specification) {
   if (specification >= kUnsignedWord) {
     return {tarnlink_frame::kWriteWord, tarnlink_frame::kWordResponseLength};
@@ -48,7 +49,7 @@ void Tarnlink_Protocol(ProtocolRun& run) {
   const Location& location = run.locations()[index];
   const Exchange read = ReadOf(location.StorageType);
   run.Comm().SetRThreshold(read.response_length);
-  run.ShowPanel(5, location.Alias + ": " + std::to_string(index));
+  run.ShowPanel(kLocationPanel, location.Alias + ": " + std::to_string(index));
   run.Comm().Output(tarnlink_frame::ReadRequest(read.command, location.Address));
   StartMessageTimeout(run);
   run.LogRequest(index);

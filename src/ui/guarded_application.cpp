@@ -3,7 +3,6 @@
 #include <QMessageBox>
 #include <QPointer>
 
-#include "common/numbers.h"
 #include "common/run_time_error.h"
 #include "platform/qt/qt_text.h"
 
@@ -19,8 +18,7 @@ void Tell(int code, const char* reason) {
   box = new QMessageBox(QMessageBox::Critical, "Internal System Error", QString());
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setTextFormat(Qt::PlainText);
-  box->setText(ToQt("Internal System Error #" + Str(code) +
-                    " occured, please contact distributor.\n" + reason));
+  box->setText(ToQt(SystemErrorText(code) + "\n" + reason));
   box->open();
 }
 

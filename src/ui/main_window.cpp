@@ -79,7 +79,6 @@ void MainWindow::BuildToolBar() {
 
 // Each panel has room for its longest text; the fifth, which holds a name, takes what is left.
 void MainWindow::BuildStatusBar() {
-  constexpr int kNamePanel = 5;
   constexpr int kFrame = 14;  // pixels: frame and inner margin of a panel
   const QStringList longest = {
       "COM16, 38400,N,8, 2",    "Locations : 512", "TarnLink Protocol", "Communication Running", "",
@@ -88,13 +87,13 @@ void MainWindow::BuildStatusBar() {
   statusBar()->setSizeGripEnabled(false);
   for (int i = main_.StatusBar1.first(); i <= main_.StatusBar1.last(); ++i) {
     auto* panel = new TextPlate;
-    panel->setSizePolicy(i == kNamePanel ? QSizePolicy::Ignored : QSizePolicy::Fixed,
+    panel->setSizePolicy(i == kLocationPanel ? QSizePolicy::Ignored : QSizePolicy::Fixed,
                          QSizePolicy::Preferred);
-    if (i != kNamePanel) {
+    if (i != kLocationPanel) {
       panel->setFixedWidth(panel->fontMetrics().horizontalAdvance(longest[i - 1]) + kFrame);
     }
     Bind(panel, main_.StatusBar1(i));
-    statusBar()->addWidget(panel, i == kNamePanel ? 1 : 0);
+    statusBar()->addWidget(panel, i == kLocationPanel ? 1 : 0);
   }
 }
 

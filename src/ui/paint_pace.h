@@ -1,5 +1,5 @@
 // Keeps texts that change with every exchange from costing more than the exchange: they are painted
-// at once when nothing was painted lately, and otherwise together, ten times a second.
+// at once when nothing was painted lately, and otherwise together, five times a second.
 #pragma once
 
 #include <QObject>

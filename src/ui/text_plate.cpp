@@ -49,10 +49,12 @@ void TextPlate::paintEvent(QPaintEvent*) {
   painter.setPen(ReadableOn(background));
   const QFontMetrics metrics = painter.fontMetrics();
   const int baseline = (height() + metrics.ascent() - metrics.descent()) / 2;
-  // A number that is cut off must not look like another number.
-  const QString fitting =
-      metrics.elidedText(text_.left(kLongestDrawn), Qt::ElideRight, width() - 2 * kIndent);
-  painter.drawText(kIndent, baseline, fitting);
+  const QString drawn = text_.left(kLongestDrawn);
+  const int room = width() - 2 * kIndent;
+  // A number that is cut off must not look like another number. Measuring costs less than eliding.
+  const bool fits = metrics.horizontalAdvance(drawn) <= room;
+  painter.drawText(kIndent, baseline,
+                   fits ? drawn : metrics.elidedText(drawn, Qt::ElideRight, room));
 }
 
 }  // namespace tarnlink

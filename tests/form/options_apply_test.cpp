@@ -215,11 +215,15 @@ TEST_F(OptionsOk, RefusesEveryOtherPortNumberAndOffersSixteen) {
 
 TEST_F(OptionsOk, IgnoresTheNumberWhileAnotherButtonIsSet) {
   StartProgram();
-  ChooseOtherPort("nonsense");
-  options().opt_CommPort.Choose(2);
-  Ok();
-  EXPECT_EQ(Stored("Communication", "Commport"), "3");
-  EXPECT_EQ(options().ComPortNumber.Text.get(), "3");
+  for (const std::string typed : {"nonsense", "9"}) {
+    for (int index = 0; index < 4; ++index) {
+      ChooseOtherPort(typed);
+      options().opt_CommPort.Choose(index);
+      Ok();
+      EXPECT_EQ(Stored("Communication", "Commport"), std::to_string(index + 1));
+      EXPECT_EQ(options().ComPortNumber.Text.get(), std::to_string(index + 1));
+    }
+  }
 }
 
 TEST_F(OptionsOk, WithoutAPortButtonKeepsTheNumberAndSavesNone) {

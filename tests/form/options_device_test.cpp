@@ -139,6 +139,16 @@ TEST_F(OptionsDevice, APickedLineIsStoredAsThePathThatSurvivesReplugging) {
   EXPECT_EQ(Shown(), "/dev/serial/by-id/usb-adapter-7");
 }
 
+TEST_F(OptionsDevice, ThePathOfAPickedLineIsShownFromThenOn) {
+  Store("Ports", "COM1", "/dev/ttyS0");
+  StartWithTwo();
+  ShowOptions();
+  options().cmbPortDevice.Text = kAdapterLine;
+  Ok();
+  ShowOptions();
+  EXPECT_EQ(Shown(), "/dev/serial/by-id/usb-adapter-7");
+}
+
 TEST_F(OptionsDevice, APickedLineWithoutAStablePathIsStoredAsItsPath) {
   StartWithTwo();
   ShowOptions();

@@ -62,6 +62,7 @@ TEST_F(ProjectCommandsTest, SaveNamesTheProjectAndEntersItAtTheTopOfTheHistory) 
   SaveProject("/home/user/Documents/first.prj");
   SaveProject(kProject);
   EXPECT_EQ(main().trvProject.RootText(), "job.prj");
+  EXPECT_EQ(main().PrjCmnDlg.InitDir, kFolder);
   EXPECT_FALSE(main().ProjectChanged);
   EXPECT_EQ(History(main().M_fileHistPrj),
             "/home/user/Documents/job.prj\n/home/user/Documents/first.prj\n[<Free>]\n[<Free>]\n");

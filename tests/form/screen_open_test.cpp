@@ -182,9 +182,21 @@ TEST_F(OpeningAScreen, OnlyMemoryLocationsAreLookedUpInTheMap) {
   std::string asked;
   program().screen.AdaptAddress = [&](int index) {
     asked += std::to_string(index) + " " + main().RAM_LOC_TEXT(index).Text.get() + "\n";
+    EXPECT_TRUE(main().building);
   };
   OpenText(FileText({"255", MemoryLine("a", 0, 0), IdLine('I', 3, 2), MemoryLine("c", 0, 0)}));
   EXPECT_EQ(asked, "1 a\n3 c\n");
+}
+
+TEST_F(OpeningAScreen, AChangeByTheMapIsForgottenAtTheEnd) {
+  program().screen.AdaptAddress = [&](int index) {
+    main().Locations[index].Address = "0BAD";
+    ChangeScreen();
+  };
+  OpenText(FileText({"255", MemoryLine("a", 0, 0)}));
+  EXPECT_EQ(main().Locations[1].Address, "0BAD");
+  EXPECT_FALSE(main().WCRChanged);
+  EXPECT_EQ(Title(), "TarnLink - boiler.wcr");
 }
 
 TEST_F(OpeningAScreen, KeepsTheNameOfAFontThatThereIsNot) {
@@ -311,6 +323,8 @@ TEST_F(OpeningAScreen, AsksAboutAChangedScreenBeforeItAsksForAFile) {
   Open(kScreen);
   EXPECT_EQ(world.disk().Get(kOther), "99\r\n");
   EXPECT_EQ(main().form.BackColor.get(), 88);
+  EXPECT_FALSE(main().WCRChanged);
+  EXPECT_EQ(Title(), "TarnLink - boiler.wcr");
 }
 
 TEST_F(OpeningAScreen, DoesNotGoOnWhenTheChangedScreenCouldNotBeSaved) {

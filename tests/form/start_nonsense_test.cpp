@@ -178,9 +178,16 @@ TEST_F(NonsenseStore, ACheckIsSetByAnyNumberButZero) {
   }
 }
 
+TEST_F(NonsenseStore, AnEmptyHistoryEntryIsAFreePlace) {
+  Store("FileHistory", "Hist1", "");
+  StartProgram();
+  EXPECT_EQ(main().M_fileHist(1).Caption.get(), "<Free>");
+  EXPECT_FALSE(main().M_fileHist(1).Enabled);
+}
+
 TEST_F(NonsenseStore, AHistoryEntryThatNamesNoFileIsToldLikeOneThatHasGone) {
   for (const std::string& entry :
-       {std::string(), std::string("\0", 1), std::string("//"), std::string(5'000'000, 'x')}) {
+       {std::string("\0", 1), std::string("//"), std::string(5'000'000, 'x')}) {
     Store("FileHistory", "Hist1", entry);
     StartProgram();
     world.dialogs().ExpectMessageBox(

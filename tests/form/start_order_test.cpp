@@ -181,6 +181,22 @@ TEST_F(StartUp, CommportOutOfRangeLoadsAsOne) {
   }
 }
 
+TEST_F(StartUp, LoadsThePortNumberIntoItsTextBeforeAnythingIsApplied) {
+  struct Row {
+    std::string stored, shown;
+    int button;
+  };
+  for (const Row& row : {Row{"0", "1", -1}, Row{"17", "1", -1}, Row{"x", "1", -1}, Row{"2", "2", 1},
+                         Row{" 4 ", "4", 3}, Row{"5", "5", 4}, Row{"16", "16", 4}}) {
+    Store("Communication", "Commport", row.stored);
+    MakeProgram();
+    LoadOptions(main(), options());
+    EXPECT_EQ(options().ComPortNumber.Text.get(), row.shown);
+    EXPECT_EQ(options().opt_CommPort.Selected(), row.button);
+    EXPECT_EQ(Stored("Communication", "Commport"), row.stored);
+  }
+}
+
 TEST_F(StartUp, CommportFiveToSixteenIsTheButtonComWithItsNumber) {
   for (const int number : {5, 6, 15, 16}) {
     Store("Communication", "Commport", std::to_string(number));

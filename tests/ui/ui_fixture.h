@@ -3,7 +3,7 @@
 //
 //   OpenScreen(kTwoLocations);
 //   Click("Toolbar1(2)");
-//   EXPECT_EQ(Get<QLabel>("StatusBar1(4)").text(), "Communication Running");
+//   EXPECT_EQ(Get<TextPlate>("StatusBar1(4)").text(), "Communication Running");
 //   OpenOptions();
 //   Click("opt_Protocol(2)");
 //   EXPECT_TRUE(Get<QRadioButton>("opt_Baudrate(4)").isChecked());

@@ -133,7 +133,7 @@ class NotingRun final : public ProtocolRun {
   void ShowValue(int index, const std::string& text) override {
     Note("value " + std::to_string(index) + ": " + text);
   }
-  void ShowPanel(int panel, const std::string& text) override {
+  void ShowPanel(StatusPanelIndex panel, const std::string& text) override {
     Note("panel " + std::to_string(panel) + ": " + text);
   }
   void LogRequest(int index) override {
