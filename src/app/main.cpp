@@ -11,7 +11,6 @@ int main(int argc, char** argv) {
   tarnlink::GuardedApplication application(argc, argv);
   QApplication::setApplicationName("TarnLink2");
   QApplication::setOrganizationName("TarnLink2");
-  QApplication::setApplicationDisplayName("TarnLink");
   QApplication::setApplicationVersion(TARNLINK_VERSION);
 
   QCommandLineParser arguments;

@@ -20,6 +20,7 @@ constexpr float kCheckDrop = 50.0F;  // a check box stands this far under its na
 
 // Moves `FileName` to the front of a history without doubling it.
 // By value, since it may be one of the captions that change here.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void MoveToFront(FixedArray<MenuEntry>& history, std::string FileName) {
   std::vector<std::string> kept;
   for (int i = history.first(); i < history.last(); ++i) kept.push_back(history(i).Caption);

@@ -65,6 +65,8 @@ ScreenCommands::ScreenCommands(frm_Main& main, frm_Options& options, Communicati
 
 // --- Open ----------------------------------------------------------------------------------------
 
+// By value, since it may be the name of the screen that is cleared here.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void ScreenCommands::OpenTarnLinkFileBuildScreen(std::string path) {
   if (main_.CommRunning) run_.StopZOLTCommunication();
   std::optional<RunTimeError> failure;

@@ -45,6 +45,7 @@ class RunOnALine : public testing::Test {
 
 TEST_F(RunOnALine, StartsPollsTimesOutStopsAndStartsAgain) {
   EXPECT_EQ(program.Text("RAM_LOC_VAL(1)"), "Value 1");
+  EXPECT_EQ(program.Ask("title frm_Main"), "TarnLink - boiler.wcr");
   program.Press("Toolbar1(2)");
   ExpectRequest(kFlowRequest);
   EXPECT_EQ(program.Text("StatusBar1(4)"), "Communication Running");

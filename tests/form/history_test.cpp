@@ -78,6 +78,14 @@ TEST_F(HistoryTest, AFifthFilePushesOutTheOldest) {
   }
 }
 
+TEST_F(HistoryTest, AFileCanBeGivenByTheCaptionThatNamesIt) {
+  for (const Kind& kind : Both()) {
+    EnterAll(kind, {"a", "b", "c", "d"});
+    (main().*kind.enter)(kind.menu(3).Caption);
+    EXPECT_EQ(History(kind.menu), "a\nd\nc\nb\n");
+  }
+}
+
 TEST_F(HistoryTest, NamesAreTheSameOnlyLetterByLetter) {
   for (const Kind& kind : Both()) {
     EnterAll(kind, {"/a.wcr", "/A.wcr", "//a.wcr"});

@@ -275,6 +275,28 @@ TEST_F(OptionsOk, OnAnEmptyNewScreenGivesItsColourBack) {
   EXPECT_EQ(main().form.BackColor.get(), 0xFF8080);
 }
 
+TEST_F(OptionsOk, LeavesAPortThatCannotBeHadAgainToTheNextStart) {
+  Store("Communication", "Protocol", "0");
+  StartProgram();
+  OpenText(FileText({"255", R"("L",0,3,"01A0",0,"Flow","v",0,0,0,0,"0",0,1,2,3,4,"0")"}));
+  main().Toolbar1(2).Press();
+  world.dialogs().ExpectMessageBox("Slave is not responding", "Message Timeout");
+  world.Advance(std::chrono::seconds(10));
+  // The watchdog has opened the port once more.
+  ASSERT_TRUE(main().Comm->PortOpen());
+  main().tmr_noresponse->SetEnabled(false);
+  world.port().MakeBusy();
+  ShowOptions();
+  options().opt_Baudrate.Choose(5);
+  Ok();
+  EXPECT_FALSE(options().form.Visible);
+  EXPECT_EQ(Panel(1), "COM1, 38400,E,8, 2");
+  EXPECT_EQ(main().Comm->Settings(), " 38400,E,8, 2");
+  world.dialogs().ExpectMessageBox(
+      "Communication port 1 occupied.\r\nStop communication and try again.", "Communication Error");
+  main().Toolbar1(2).Press();
+}
+
 TEST_F(OptionsOk, TellsOnceThatTheStoreCannotBeWritten) {
   StartProgram();
   world.settings().BreakWriting("\"TarnLink2.ini\" could not be written: the disk is full.");

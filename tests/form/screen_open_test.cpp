@@ -227,6 +227,13 @@ TEST_F(OpeningAScreen, TheSameFileAgainBuildsTheSameScreen) {
   EXPECT_EQ(Screen(), first);
 }
 
+TEST_F(OpeningAScreen, ItsOwnFileCanBeGivenByTheFieldThatNamesIt) {
+  OpenText(FileText({"255", MemoryLine("a", 0, 0)}));
+  program().screen.OpenTarnLinkFileBuildScreen(main().CurrentTarnLinkFile);
+  EXPECT_EQ(main().CurrentTarnLinkFile, kScreen);
+  EXPECT_EQ(Counts(), "MaxId 1, LocationCount 1, TextInfoCount 0");
+}
+
 TEST_F(OpeningAScreen, AFirstLineAloneIsAnEmptyScreen) {
   OpenText("77\r\n");
   EXPECT_EQ(Counts(), "MaxId 0, LocationCount 0, TextInfoCount 0");

@@ -65,8 +65,11 @@ TEST_F(ScreenLimits, PlacesBeyondAnyDisplayAreHeldWithinReach) {
 }
 
 TEST_F(ScreenLimits, LettersHaveASizeThatCanBeDrawn) {
-  OpenLabel("Wide", "0", "0", "3e38");
-  EXPECT_LE(Get("lbl_TextInfo(1)").height(), 1000);
+  for (const char* points : {"3e38", "1000000", "5000"}) {
+    OpenLabel("Wide", "0", "0", points);
+    EXPECT_LE(Get("lbl_TextInfo(1)").height(), 1000) << points;
+    EXPECT_GE(Get("lbl_TextInfo(1)").height(), 300) << points;
+  }
   OpenLabel("Small", "0", "0", "0.0001");
   EXPECT_GE(Get("lbl_TextInfo(1)").height(), 1);
   OpenLabel("None", "0", "0", "0");

@@ -329,6 +329,7 @@ TEST_F(ScreenTest, TheSameValueAgainPaintsNothing) {
   FinishPainting();
   PaintCount paints;
   monitor.main.RAM_LOC_VAL(2).Text = "1";
+  monitor.main.RAM_LOC_VAL(1).ToolTipText = "another tip";
   FinishPainting();
   EXPECT_EQ(paints.Painted(), "StatusBar1(6) ");
 }
