@@ -235,6 +235,7 @@ TEST_F(OptionsDevice, TypedAndCancelledTextIsNotStoredByOpeningAScreen) {
   options().cmbPortDevice.Text = "/tmp/half typ";
   Cancel();
   OpenText(FileText({"255"}));
+  EXPECT_EQ(Shown(), "");
   EXPECT_EQ(Ports(), "");
   ShowOptions();
   EXPECT_EQ(Shown(), "/dev/ttyUSB0");
@@ -267,6 +268,7 @@ TEST_F(OptionsDevice, StartingAndOpeningScreensStoreNoDevice) {
   StartProgram();
   world.Settle();
   OpenText(FileText({"255"}));
+  EXPECT_EQ(Shown(), "");
   EXPECT_EQ(Ports(), "");
 }
 

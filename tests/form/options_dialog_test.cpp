@@ -161,6 +161,18 @@ TEST_F(OptionsDialogForm, GoesBackToTheNumberWhenABareComWasCancelled) {
   EXPECT_FALSE(options().ComPortNumber.Enabled);
 }
 
+TEST_F(OptionsDialogForm, GoesBackToTheTypedNumberWhenAnotherButtonWasCancelled) {
+  Store("Communication", "Commport", "9");
+  StartProgram();
+  ShowOptions();
+  options().opt_CommPort.Choose(1);
+  Cancel();
+  ShowOptions();
+  EXPECT_EQ(options().opt_CommPort.Selected(), 4);
+  EXPECT_EQ(options().ComPortNumber.Text.get(), "9");
+  EXPECT_TRUE(options().ComPortNumber.Enabled);
+}
+
 TEST_F(OptionsDialogForm, ShowsTheScanningBoxWhenItOpens) {
   StartProgram();
   options().ScanningBox.Visible = false;

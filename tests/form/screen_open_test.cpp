@@ -54,6 +54,9 @@ TEST_F(OpeningAScreen, BuildsEveryControlOfTheFile) {
             "back FF8080\n"
             "lbl_TextInfo(2) \"Small\" at -20,130.5 font \"Courier\" 6 italic colour FF0000 "
             "back FF8080\n");
+  const std::string tip = main().lbl_TextInfo(0).ToolTipText;
+  EXPECT_NE(tip, "");
+  for (int j = 1; j <= 2; ++j) EXPECT_EQ(main().lbl_TextInfo(j).ToolTipText.get(), tip);
   EXPECT_EQ(Counts(), "MaxId 2, LocationCount 2, TextInfoCount 2");
   EXPECT_EQ(Panel(2), "Locations : 2");
   EXPECT_EQ(Title(), "TarnLink - boiler.wcr");

@@ -197,6 +197,13 @@ TEST_F(StartUp, LoadsThePortNumberIntoItsTextBeforeAnythingIsApplied) {
   }
 }
 
+TEST_F(StartUp, LoadsTheMicroprocessorWhateverABuildOutputHasMadeOfIt) {
+  StartProgram();
+  main().MicroType = 2;
+  LoadOptions(main(), options());
+  EXPECT_EQ(main().MicroType, 0);
+}
+
 TEST_F(StartUp, CommportFiveToSixteenIsTheButtonComWithItsNumber) {
   for (const int number : {5, 6, 15, 16}) {
     Store("Communication", "Commport", std::to_string(number));
