@@ -215,6 +215,8 @@ void CommunicationRun::TakeResponse() {
   } catch (const RunTimeError&) {
     // The exchange stays open and the watchdog ends it, which the routine may have stopped already.
     if (main_.CommRunning) main_.tmr_noresponse->SetEnabled(true);
+    // Bytes that it left unread would raise the event again and again until then.
+    main_.Comm->ClearInBuffer();
   }
 }
 
