@@ -2,6 +2,7 @@
 // it. Real class: `QtDialogs`; fake: `FakeDialogs`.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,6 +37,17 @@ struct PageSetup {
   bool landscape = false;
 };
 
+class DrawingSurface;
+
+struct PreviewRequest {
+  std::string title = {};
+  std::string file_name = {};  // proposed for the PDF file, with its path
+  PageSetup setup = {};
+  // Draws all pages, from the first, on the surface it is given. Called anew for each look at the
+  // pages, at other page sizes too; it must draw the same each time.
+  std::function<void(DrawingSurface&)> draw = {};
+};
+
 class Dialogs {
  public:
   virtual ~Dialogs() = default;
@@ -54,6 +66,10 @@ class Dialogs {
   virtual std::optional<Font> PickFont(const Font& font) = 0;
   // The printer is chosen inside and kept for the page that is printed next.
   virtual std::optional<PageSetup> PickPrinter(const PageSetup& setup) = 0;
+
+  // Shows pages as they would come out of the printer, with the ways to print them and to keep them
+  // as a PDF file, until the user closes it. What goes wrong there is told there.
+  virtual void Preview(const PreviewRequest& request) = 0;
 };
 
 }  // namespace tarnlink

@@ -28,6 +28,9 @@ class DrawingSurface {
   // Units of 1440 to the inch in one device pixel: 15 on a common screen, 2.4 on paper at 600 dpi.
   virtual float TwipsPerPixelX() const = 0;
 
+  // Ends the page and begins an empty one; nothing on a surface that is one picture.
+  virtual void NewPage() = 0;
+
   // Fills the whole surface with one colour.
   virtual void Cls(Colour colour) = 0;
   // The pen for the operations that follow; `width` in device pixels, at least 1.

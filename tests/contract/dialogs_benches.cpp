@@ -121,4 +121,11 @@ void QtUser::PicksPrinter(bool landscape) {
   });
 }
 
+void QtUser::LooksAtPreview(const std::function<void()>& look) {
+  With("Preview", [look](QWidget& dialog) {
+    look();
+    dialog.close();
+  });
+}
+
 }  // namespace tarnlink

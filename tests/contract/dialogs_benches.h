@@ -40,6 +40,10 @@ class FakeUser : public VirtualLoop {
   void PicksColour(Colour colour) { dialogs_().ExpectColour().GiveColour(colour); }
   void PicksFont(const Font& font) { dialogs_().ExpectFont().GiveFont(font); }
   void PicksPrinter(bool landscape) { dialogs_().ExpectPrinter().GivePage({landscape}); }
+  // Looks at the pages and closes the preview.
+  void LooksAtPreview(const std::function<void()>& look) {
+    dialogs_().ExpectPreview("Title").While(look);
+  }
   void LeavesOpenFile() { dialogs_().ExpectOpenFile("Title").Cancel(); }
   void LeavesSaveFile() { dialogs_().ExpectSaveFile("Title").Cancel(); }
   void LeavesFolder() { dialogs_().ExpectFolder("Title").Cancel(); }
@@ -69,6 +73,7 @@ class QtUser : public QtLoop {
   void PicksColour(Colour colour);
   void PicksFont(const Font& font);
   void PicksPrinter(bool landscape);
+  void LooksAtPreview(const std::function<void()>& look);
   void LeavesOpenFile() { Leaves("OpenFile"); }
   void LeavesSaveFile() { Leaves("SaveFile"); }
   void LeavesFolder() { Leaves("PickFolder"); }

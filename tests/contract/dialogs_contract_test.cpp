@@ -133,5 +133,30 @@ TYPED_TEST(DialogsContract, TheFontPickerGivesSizeAndStyle) {
   EXPECT_FALSE(picked->italic);
 }
 
+TYPED_TEST(DialogsContract, APreviewDrawsItsPagesInTheOrientationAskedForUntilItIsClosed) {
+  for (const bool landscape : {false, true}) {
+    int drawn = 0;
+    int looked = 0;
+    PreviewRequest request;
+    request.title = "Title";
+    request.setup = {landscape};
+    request.draw = [&](DrawingSurface& page) {
+      ++drawn;
+      EXPECT_EQ(page.ScaleWidth() > page.ScaleHeight(), landscape);
+      EXPECT_GT(page.ScaleWidth(), 7 * 1440.0F) << "a common sheet, in units of 1440 to the inch";
+      EXPECT_LT(page.TwipsPerPixelX(), 5.0F) << "paper is finer than a screen";
+      page.Text({0, 0}, "first", kBlack);
+      page.NewPage();
+      page.Text({0, 0}, "second", kBlack);
+    };
+    this->user.LooksAtPreview([&] {
+      EXPECT_GT(drawn, 0);
+      ++looked;
+    });
+    this->dialogs().Preview(request);
+    EXPECT_EQ(looked, 1);
+  }
+}
+
 }  // namespace
 }  // namespace tarnlink

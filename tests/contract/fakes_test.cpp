@@ -115,6 +115,30 @@ TEST(FakeDialogs, AButtonThatIsNotThereFailsTheTest) {
   EXPECT_NONFATAL_FAILURE(world.dialogs().InputBox("Prompt", "Title", ""), "does not fit");
 }
 
+TEST(FakeDialogs, KeepsThePagesOfThePreview) {
+  FakeWorld world;
+  const auto draw = [](DrawingSurface& page) {
+    page.Text({page.ScaleWidth(), page.ScaleHeight()}, "end", kBlack);
+    page.NewPage();
+  };
+  const RecordingSurface::Log drawn{"text 16838,11906 000000 \"end\"", "page"};
+  world.dialogs().ExpectPreview("Title").For(1s).While(
+      [&] { EXPECT_EQ(world.dialogs().last_preview(), drawn); });
+  world.dialogs().Preview({"Title", "screen.pdf", {true}, draw});
+  EXPECT_EQ(world.now(), 1s);
+  EXPECT_EQ(world.dialogs().last_preview(), drawn);
+  EXPECT_EQ(world.dialogs().last_preview_request().file_name, "screen.pdf");
+  EXPECT_EQ(world.dialogs().TakeShown(), std::vector<std::string>{"preview [Title]"});
+}
+
+TEST(FakeDialogs, APreviewThatDrawsSomethingElseLaterFailsTheTest) {
+  FakeWorld world;
+  std::string text = "before";
+  world.dialogs().ExpectPreview("Title").While([&] { text = "after"; });
+  const auto draw = [&](DrawingSurface& page) { page.Text({}, text, kBlack); };
+  EXPECT_NONFATAL_FAILURE(world.dialogs().Preview({"Title", "", {}, draw}), "drawn differently");
+}
+
 TEST(FakeDialogs, ABoxStaysUpForItsTimeWhileEverythingGoesOn) {
   FakeWorld world;
   int ticks = 0;

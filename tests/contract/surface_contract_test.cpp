@@ -67,6 +67,15 @@ TYPED_TEST(SurfaceContract, MeasuresTextsInTheFontThatIsSet) {
   EXPECT_EQ(surface.TextHeight("S"), surface.TextHeight("g"));
 }
 
+TYPED_TEST(SurfaceContract, HoldsOnForANewPage) {
+  DrawingSurface& surface = this->bench.surface();
+  surface.SetFont({"Sans Serif", 14});
+  const float width = surface.TextWidth("W");
+  surface.NewPage();
+  EXPECT_EQ(surface.TextWidth("W"), width);
+  EXPECT_EQ(surface.ScaleWidth(), 3000.0F);
+}
+
 TYPED_TEST(SurfaceContract, CountsCharactersAndNotBytes) {
   DrawingSurface& surface = this->bench.surface();
   EXPECT_LT(surface.TextWidth("°"), surface.TextWidth("WW"));
@@ -85,6 +94,7 @@ TEST(RecordingSurface, WritesDownEveryOperation) {
   surface.SetClip({1, 1}, {1, 1});
   surface.SetFont({"Verdana", 8, true, false});
   surface.Text({3, 4}, "abc", 0);
+  surface.NewPage();
   EXPECT_EQ(surface.Describe(),
             "cls FFFFFF\n"
             "pen 0000FF dash-dot 2\n"
@@ -94,7 +104,8 @@ TEST(RecordingSurface, WritesDownEveryOperation) {
             "clip 0,0 9,9\n"
             "no clip\n"
             "font Verdana 8 bold\n"
-            "text 3,4 000000 \"abc\"\n");
+            "text 3,4 000000 \"abc\"\n"
+            "page\n");
   EXPECT_EQ(surface.Only("line"), RecordingSurface::Log{"line 0,0.5 10,20"});
 }
 
@@ -172,6 +183,13 @@ TEST_F(Picture, AFilledBoxCoversBothItsCornersWhicheverComesFirst) {
             "..###.......\n"
             "............\n"
             "............\n");
+}
+
+TEST_F(Picture, ANewPageLeavesAPictureAsItIs) {
+  surface.FilledBox(At(2, 2), At(3, 3));
+  const std::string before = Shown();
+  surface.NewPage();
+  EXPECT_EQ(Shown(), before);
 }
 
 TEST_F(Picture, AWidePenWidensLinesAndBoxes) {
@@ -275,6 +293,18 @@ TEST(QtSurfaceText, StandsBelowAndToTheRightOfItsCorner) {
   EXPECT_GT(ink.width(), width / 2);
 }
 
+TEST(QtSurfaceText, IsDrawnAsItIsMeasuredBeforeAFontIsSet) {
+  const auto drawn = [](bool set_font) {
+    QImage image(kWidth, kHeight, QImage::Format_RGB32);
+    QtSurface surface(image);
+    surface.Cls(kWhite);
+    if (set_font) surface.SetFont({});
+    surface.Text({0, 0}, "HHHHHHHH", kBlack);
+    return image;
+  };
+  EXPECT_EQ(drawn(false), drawn(true));
+}
+
 TEST(QtSurface, OnAFinerScreenAPixelHasFewerUnits) {
   QImage image(400, 200, QImage::Format_RGB32);
   const QtSurface surface(image, 2 * QtSurface::kScreenDpi);
@@ -316,6 +346,7 @@ TEST(QtSurface, OnAPrinterThatIsNotThereEverythingIsWithoutEffect) {
   surface.SetClip({0, 0}, {1, 1});
   surface.SetFont({});
   surface.Text({0, 0}, "x", 0);
+  surface.NewPage();
   EXPECT_EQ(surface.ScaleWidth(), 0.0F);
 }
 

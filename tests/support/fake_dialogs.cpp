@@ -100,6 +100,10 @@ ScriptedDialog& FakeDialogs::ExpectColour() { return Expect("colour"); }
 ScriptedDialog& FakeDialogs::ExpectFont() { return Expect("font"); }
 ScriptedDialog& FakeDialogs::ExpectPrinter() { return Expect("printer"); }
 
+ScriptedDialog& FakeDialogs::ExpectPreview(const std::string& title) {
+  return Expect("preview [" + title + "]");
+}
+
 void FakeDialogs::Verify() {
   for (const ScriptedDialog& dialog : std::exchange(script_, {})) {
     ADD_FAILURE() << "The expected dialog never came: " << dialog.expected_;
@@ -182,6 +186,20 @@ std::optional<Font> FakeDialogs::PickFont(const Font&) { return Ask<Font>("font"
 
 std::optional<PageSetup> FakeDialogs::PickPrinter(const PageSetup&) {
   return Ask<PageSetup>("printer", {"printer"});
+}
+
+void FakeDialogs::Preview(const PreviewRequest& request) {
+  const auto draw = [&request] {
+    const auto page = MakeA4Page(request.setup.landscape);
+    request.draw(*page);
+    return page->operations();
+  };
+  last_preview_request_ = request;
+  last_preview_ = draw();
+  const std::string name = "preview [" + request.title + "]";
+  Ask<std::monostate>(name, {name});
+  // As printing does, after however long a look.
+  if (draw() != last_preview_) ADD_FAILURE() << "The pages are drawn differently again: " << name;
 }
 
 }  // namespace tarnlink

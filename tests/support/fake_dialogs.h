@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/dialogs.h"
+#include "support/recording_surface.h"
 #include "support/virtual_time.h"
 
 namespace tarnlink {
@@ -70,6 +71,7 @@ class FakeDialogs final : public Dialogs {
   ScriptedDialog& ExpectColour();
   ScriptedDialog& ExpectFont();
   ScriptedDialog& ExpectPrinter();
+  ScriptedDialog& ExpectPreview(const std::string& title);
 
   // Fails the test for each expected dialog that has not come; done at the end by itself.
   void Verify();
@@ -85,6 +87,9 @@ class FakeDialogs final : public Dialogs {
   const FileDialogRequest& last_file_request() const { return last_file_request_; }
   const std::string& last_input_text() const { return last_input_text_; }
   const std::string& last_folder() const { return last_folder_; }
+  const PreviewRequest& last_preview_request() const { return last_preview_request_; }
+  // What the last preview showed, drawn on sheets of A4; there already while it is up.
+  const RecordingSurface::Log& last_preview() const { return last_preview_; }
 
   Answer MessageBox(const MessageBoxRequest& request) override;
   std::optional<std::string> InputBox(const std::string& prompt, const std::string& title,
@@ -96,6 +101,7 @@ class FakeDialogs final : public Dialogs {
   std::optional<Colour> PickColour(Colour colour) override;
   std::optional<Font> PickFont(const Font& font) override;
   std::optional<PageSetup> PickPrinter(const PageSetup& setup) override;
+  void Preview(const PreviewRequest& request) override;
 
  private:
   ScriptedDialog& Expect(std::string expected);
@@ -111,6 +117,8 @@ class FakeDialogs final : public Dialogs {
   FileDialogRequest last_file_request_;
   std::string last_input_text_;
   std::string last_folder_;
+  PreviewRequest last_preview_request_;
+  RecordingSurface::Log last_preview_;
 };
 
 }  // namespace tarnlink

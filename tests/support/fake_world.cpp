@@ -4,14 +4,6 @@
 #include <utility>
 
 namespace tarnlink {
-namespace {
-
-// A page of 297 by 210 mm, in twips.
-constexpr float kLongEdge = 16838.0F;
-constexpr float kShortEdge = 11906.0F;
-constexpr float kPaperTwipsPerPixel = 2.4F;
-
-}  // namespace
 
 FakeSerialPort& FakeWorld::port() {
   if (ports_.empty()) throw std::out_of_range("The program has created no port.");
@@ -33,11 +25,7 @@ std::unique_ptr<SerialPort> FakeWorld::CreatePort() {
 std::unique_ptr<DrawingSurface> FakeWorld::CreatePage(const PageSetup& setup) {
   pages_.push_back(std::make_shared<RecordingSurface::Log>());
   page_setups_.push_back(setup);
-  auto page =
-      std::make_unique<RecordingSurface>(setup.landscape ? kLongEdge : kShortEdge,
-                                         setup.landscape ? kShortEdge : kLongEdge, pages_.back());
-  page->twips_per_pixel = kPaperTwipsPerPixel;
-  return page;
+  return MakeA4Page(setup.landscape, pages_.back());
 }
 
 }  // namespace tarnlink

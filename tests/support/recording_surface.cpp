@@ -2,11 +2,17 @@
 
 #include <array>
 #include <cstdio>
+#include <utility>
 
 #include "common/text.h"
 
 namespace tarnlink {
 namespace {
+
+// A page of 297 by 210 mm, in twips.
+constexpr float kLongEdge = 16838.0F;
+constexpr float kShortEdge = 11906.0F;
+constexpr float kPaperTwipsPerPixel = 2.4F;
 
 std::string Number(float value) {
   std::array<char, 32> text;
@@ -80,6 +86,14 @@ RecordingSurface::Log RecordingSurface::Only(std::string_view kind) const {
     if (operation.starts_with(kind)) some.push_back(operation);
   }
   return some;
+}
+
+std::unique_ptr<RecordingSurface> MakeA4Page(bool landscape,
+                                             std::shared_ptr<RecordingSurface::Log> log) {
+  auto page = std::make_unique<RecordingSurface>(
+      landscape ? kLongEdge : kShortEdge, landscape ? kShortEdge : kLongEdge, std::move(log));
+  page->twips_per_pixel = kPaperTwipsPerPixel;
+  return page;
 }
 
 }  // namespace tarnlink

@@ -22,6 +22,7 @@ class RecordingSurface final : public DrawingSurface {
   float ScaleWidth() const override { return width_; }
   float ScaleHeight() const override { return height_; }
   float TwipsPerPixelX() const override { return twips_per_pixel; }
+  void NewPage() override { Note("page"); }
   void Cls(Colour colour) override;
   void SetPen(Colour colour, DrawStyle style, int width) override;
   void Line(Point from, Point to) override;
@@ -36,7 +37,7 @@ class RecordingSurface final : public DrawingSurface {
 
   // One line for each operation:
   //   cls FFFFFF | pen 0000FF dash 1 | line 0,0 10,10.5 | polyline 0,0 1,1 2,0 | box 1,2 3,4 |
-  //   clip 0,0 9,9 | font Verdana 8 bold | text 3,4 000000 "abc"
+  //   clip 0,0 9,9 | font Verdana 8 bold | text 3,4 000000 "abc" | page
   const Log& operations() const { return *operations_; }
   std::string Describe() const;
   // The operations that begin with `kind`, such as "text".
@@ -53,5 +54,10 @@ class RecordingSurface final : public DrawingSurface {
   Font font_;
   std::shared_ptr<Log> operations_;
 };
+
+// An empty sheet of A4 in a printer of 600 dpi that prints up to the edges.
+std::unique_ptr<RecordingSurface> MakeA4Page(
+    bool landscape,
+    std::shared_ptr<RecordingSurface::Log> log = std::make_shared<RecordingSurface::Log>());
 
 }  // namespace tarnlink

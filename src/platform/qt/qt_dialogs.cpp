@@ -14,9 +14,11 @@
 #include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QPrinterInfo>
 #include <QStandardPaths>
 
 #include "platform/qt/file_filter.h"
+#include "platform/qt/print_preview.h"
 #include "platform/qt/qt_colour.h"
 #include "platform/qt/qt_font.h"
 #include "platform/qt/qt_text.h"
@@ -210,9 +212,19 @@ std::optional<Font> QtDialogs::PickFont(const Font& font) {
 std::optional<PageSetup> QtDialogs::PickPrinter(const PageSetup& setup) {
   printer().setPageOrientation(setup.landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
   auto dialog = std::make_unique<QPrintDialog>(&printer(), Owner());
+  // Pages are always printed all.
+  dialog->setOption(QAbstractPrintDialog::PrintPageRange, false);
   const auto shown = Run(std::move(dialog), QStringLiteral("PickPrinter"));
   if (shown == nullptr || shown->result() != QDialog::Accepted) return std::nullopt;
   return PageSetup{printer().pageLayout().orientation() == QPageLayout::Landscape};
+}
+
+void QtDialogs::Preview(const PreviewRequest& request) {
+  const bool has_printer = !QPrinterInfo::availablePrinters().isEmpty();
+  auto preview = std::make_unique<PrintPreview>(request, *this, printer(), has_printer, Owner());
+  if (preview_size_.isValid()) preview->resize(preview_size_);
+  const auto shown = Run(std::move(preview), QStringLiteral("Preview"));
+  if (shown != nullptr) preview_size_ = shown->size();
 }
 
 QPrinter& QtDialogs::printer() {

@@ -2,6 +2,7 @@
 // function as object name.
 #pragma once
 
+#include <QSize>
 #include <QString>
 #include <memory>
 #include <optional>
@@ -28,6 +29,7 @@ class QtDialogs final : public Dialogs {
   std::optional<Colour> PickColour(Colour colour) override;
   std::optional<Font> PickFont(const Font& font) override;
   std::optional<PageSetup> PickPrinter(const PageSetup& setup) override;
+  void Preview(const PreviewRequest& request) override;
 
   // The printer picked last, or the system's own before that.
   QPrinter& printer();
@@ -35,6 +37,7 @@ class QtDialogs final : public Dialogs {
  private:
   std::unique_ptr<QPrinter> printer_;
   QString last_folder_;
+  QSize preview_size_;  // as the user left it
 };
 
 }  // namespace tarnlink

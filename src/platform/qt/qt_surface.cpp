@@ -2,6 +2,7 @@
 
 #include <QFontMetricsF>
 #include <QImage>
+#include <QPagedPaintDevice>
 #include <QPaintDevice>
 #include <QPen>
 #include <QPolygonF>
@@ -52,8 +53,8 @@ QtSurface::QtSurface(QImage& image, double dpi)
       image_(&image),
       painter_(&image),
       twips_per_pixel_x_(kTwipsPerInch / dpi),
-      twips_per_pixel_y_(kTwipsPerInch / dpi),
-      font_(ToScreenFont({})) {
+      twips_per_pixel_y_(kTwipsPerInch / dpi) {
+  SetFont({});
   SetClip({}, {});
 }
 
@@ -62,8 +63,8 @@ QtSurface::QtSurface(QPaintDevice& paper)
       image_(nullptr),
       painter_(&paper),
       twips_per_pixel_x_(kTwipsPerInch / paper.logicalDpiX()),
-      twips_per_pixel_y_(kTwipsPerInch / paper.logicalDpiY()),
-      font_(ToPaperFont({})) {
+      twips_per_pixel_y_(kTwipsPerInch / paper.logicalDpiY()) {
+  SetFont({});
   SetClip({}, {});
 }
 
@@ -73,6 +74,11 @@ float QtSurface::ScaleWidth() const {
 
 float QtSurface::ScaleHeight() const {
   return static_cast<float>(device_.height() * twips_per_pixel_y_);
+}
+
+void QtSurface::NewPage() {
+  auto* pages = dynamic_cast<QPagedPaintDevice*>(&device_);
+  if (pages != nullptr && Ready()) pages->newPage();
 }
 
 void QtSurface::Cls(Colour colour) {

@@ -32,6 +32,7 @@ class QtSurface final : public DrawingSurface {
   float ScaleWidth() const override;
   float ScaleHeight() const override;
   float TwipsPerPixelX() const override { return static_cast<float>(twips_per_pixel_x_); }
+  void NewPage() override;
   void Cls(Colour colour) override;
   void SetPen(Colour colour, DrawStyle style, int width) override;
   void Line(Point from, Point to) override;
