@@ -44,7 +44,8 @@ class FixedArray {
   std::vector<std::unique_ptr<T>> members_;
 };
 
-// `T` is a PlacedControl. A view that wants to follow sets `Loaded` and `Unloading`.
+// `T` is a PlacedControl. A view that wants to follow sets `Loaded` and `Unloading`, and reports
+// what the user does to a member through the events, which the form model fills in.
 template <class T>
 class ControlArray {
  public:
@@ -76,6 +77,7 @@ class ControlArray {
     member->CopyLook(*members_[0]);
     T& made = *member;
     members_[static_cast<std::size_t>(index)] = std::move(member);
+    if (GiveEvents) GiveEvents(index);
     if (Loaded) Loaded(index);
     return made;
   }
@@ -89,6 +91,15 @@ class ControlArray {
 
   std::function<void(int)> Loaded;
   std::function<void(int)> Unloading;
+
+  // The form gives a member that was just made the events of its own.
+  std::function<void(int)> GiveEvents;
+
+  std::function<void(int, const MousePress&)> MouseDown;
+  std::function<void(int)> DblClick;
+  std::function<void(int)> DragDrop;  // what is being dragged was let go over this member
+  std::function<void(int, const ArrowStep&)> Arrow;
+  std::function<void(int)> DeleteKey;
 
  private:
   std::string name_;

@@ -29,6 +29,24 @@ struct Font {
   bool operator==(const Font&) const = default;
 };
 
+enum class MouseButton { kLeft, kRight };
+
+// A button of the mouse that goes down on a control; X and Y count from the control's corner, in
+// units of 1440 to the inch.
+struct MousePress {
+  MouseButton button = MouseButton::kLeft;
+  bool shift = false;
+  float X = 0.0F;
+  float Y = 0.0F;
+};
+
+// One press of an arrow key on a control that can be moved.
+struct ArrowStep {
+  int right = 0;       // 1, 0 or -1
+  int down = 0;        // 1, 0 or -1
+  bool other = false;  // with Shift: the step that is not the usual one
+};
+
 // A control with a place on a form, in units of 1440 to the inch.
 class PlacedControl : public Control {
  public:

@@ -53,7 +53,8 @@ bool CommunicationRun::NameVisible(int index) const {
 }
 
 void CommunicationRun::ShowValue(int index, const std::string& text) {
-  main_.RAM_LOC_VAL(index).Text = text;
+  // The user may have undone the Location between request and answer.
+  if (main_.RAM_LOC_VAL.Has(index)) main_.RAM_LOC_VAL(index).Text = text;
 }
 
 void CommunicationRun::ShowPanel(StatusPanelIndex panel, const std::string& text) {

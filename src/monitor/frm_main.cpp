@@ -10,13 +10,13 @@ namespace {
 // Design places of the template boxes, the anchor of a screen's first Location.
 constexpr float kNameLeft = 450.0F;
 constexpr float kNameWidth = 2100.0F;
-constexpr float kValueLeft = kNameLeft + kNameWidth + 60.0F;
-constexpr float kValueWidth = 1800.0F;  // sixteen binary digits
+constexpr float kValueLeft = kNameLeft + kNameWidth;  // where moving the name puts it, too
+constexpr float kValueWidth = 1800.0F;                // sixteen binary digits
 constexpr float kBoxTop = 120.0F;
 constexpr float kBoxHeight = 315.0F;
-constexpr float kCheckLeft = 135.0F;
 constexpr float kCheckSize = 255.0F;
-constexpr float kCheckDrop = 50.0F;  // a check box stands this far under its name box's top
+constexpr float kCheckLeft = kNameLeft - kCheckSize - kCheckGap;
+constexpr float kLabelLeft = 135.0F;
 
 // Moves `FileName` to the front of a history without doubling it.
 // By value, since it may be one of the captions that change here.
@@ -78,7 +78,7 @@ void frm_Main::BuildTemplates() {
   check.Width = kCheckSize;
   check.Height = kCheckSize;
   Label& label = lbl_TextInfo(0);
-  label.Left = kCheckLeft;
+  label.Left = kLabelLeft;
   label.Top = kBoxTop;
   label.ToolTipText =
       "Double Click for Edit, Right Mouse button for Font Change, "
@@ -103,7 +103,12 @@ void frm_Main::ShowTitle() {
 }
 
 void frm_Main::ShowLocationCount() {
-  StatusBar1(kCountPanel).Text = "Locations : " + std::to_string(MaxId);
+  StatusBar1(kCountPanel).Text = "Locations : " + std::to_string(LocationCount);
+}
+
+void frm_Main::MarkChanged() {
+  WCRChanged = true;
+  ShowTitle();
 }
 
 void frm_Main::TellStoreFailure() {

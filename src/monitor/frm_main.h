@@ -23,6 +23,9 @@ inline constexpr std::string_view kFreeHistoryEntry = "<Free>";
 inline constexpr int kHistoryLength = 4;
 inline constexpr Colour kNewScreenColour = 0xFF8080;
 inline constexpr Colour kBlockColour = 0xFFFF00;  // Locations of a Modbus register block
+// A check box stands this far under its name box's top, and this far left of the box.
+inline constexpr float kCheckDrop = 50.0F;
+inline constexpr float kCheckGap = 50.0F;
 
 enum class WindowState { kNormal, kMinimized, kMaximized };
 
@@ -30,6 +33,14 @@ enum class WindowState { kNormal, kMinimized, kMaximized };
 struct CommonDialog {
   std::string InitDir;
   std::string FileName;
+};
+
+// A place on the form, in units of 1440 to the inch.
+struct FormPlace {
+  float Left = 0.0F;
+  float Top = 0.0F;
+
+  bool operator==(const FormPlace&) const = default;
 };
 
 // The window itself: place and size in units of 1440 to the inch.
@@ -46,6 +57,19 @@ class Window : public Control {
   Property<WindowState> State{this, WindowState::kNormal};
   // Off while a whole screen is replaced, so that it appears at once.
   Property<bool> Painting{this, true};
+
+  // What the user does on the form's free area, reported by the view; X and Y are units on the
+  // form.
+  std::function<void(const MousePress&)> MouseDown;
+  std::function<void(float X, float Y)> DragDrop;
+  // The drag ends without a drop: everything is as it was before it.
+  std::function<void()> DragCancel;
+  // Where a drop at (X, Y) would put the box that is being dragged.
+  std::function<FormPlace(float X, float Y)> DropPlace;
+  // Brings a control into sight and gives it the keyboard; the view hooks in here.
+  std::function<void(const PlacedControl&)> SetFocus;
+  // One file was dropped from the desktop.
+  std::function<void(const std::string& path)> FileDropped;
 };
 
 class frm_Main : public RunFields {
@@ -77,6 +101,10 @@ class frm_Main : public RunFields {
   FixedArray<MenuEntry> M_fileHist{"M_fileHist", 0, FreeHistory()};
   FixedArray<MenuEntry> M_fileHistPrj{"M_fileHistPrj", 0, FreeHistory()};
   MenuEntry M_exit{"M_exit", "E&xit"};
+
+  MenuEntry M_edit{"M_edit", "&Edit"};
+  MenuEntry mnuUndo{"mnuUndo", "&Undo"};
+  MenuEntry mnuRedo{"mnuRedo", "&Redo"};
 
   MenuEntry M_Tools{"M_Tools", "&Tools"};
   MenuEntry M_Graphics{"M_Graphics", "Graphics"};
@@ -120,6 +148,13 @@ class frm_Main : public RunFields {
   int TextInfoCount = 0;
   LocationTable Locations;
 
+  // The drag that is under way: where the box was grabbed, the Location whose name box it is (0 for
+  // any other box), and the box itself, which is hidden meanwhile (null without a drag).
+  float DragX = 0.0F;
+  float DragY = 0.0F;
+  int DragIndex = 0;
+  PlacedControl* DragSource = nullptr;
+
   bool WCRChanged = false;
   bool ProjectChanged = false;
   std::string CurrentTarnLinkFile;
@@ -147,6 +182,8 @@ class frm_Main : public RunFields {
   // The window's caption: program, screen file, and a mark while the screen differs from it.
   void ShowTitle();
   void ShowLocationCount();
+  // The screen differs from its file from now on, and the caption says so.
+  void MarkChanged();
 
   // Tells the user, once, that the settings could not be written.
   void TellStoreFailure();

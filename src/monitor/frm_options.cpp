@@ -252,10 +252,13 @@ void frm_Options::ShowAndSetPort(char parity) {
   main_.Comm->SetCommPort(ValInt(ComPortNumber.Text.get(), kFirstPort, kLastPort));
 }
 
+void frm_Options::ReloadMap() {
+  if (!main_.LoadClass7) return;
+  main_.LoadClass7(main_.trvProject.FirstChild("lst").value_or(txt_MapFile.Text.get()));
+}
+
 void frm_Options::ReloadNames() {
-  if (main_.LoadClass7) {
-    main_.LoadClass7(main_.trvProject.FirstChild("lst").value_or(txt_MapFile.Text.get()));
-  }
+  ReloadMap();
   if (main_.ReadIDItems) {
     main_.ReadIDItems(main_.trvProject.FirstChild("ids").value_or(txt_ZOLTIDDef.Text.get()));
   }

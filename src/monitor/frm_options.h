@@ -68,6 +68,9 @@ class frm_Options {
   // What OK does, and the start of the program once: stores the options and takes them over.
   void ApplyOptions();
 
+  // Has the memory map read again: the project's, or without one that of `txt_MapFile`.
+  void ReloadMap();
+
   // The lines that `cmbPortDevice` offers, anew after a device came or went. What the user typed
   // stays.
   void RefreshPortDevices();

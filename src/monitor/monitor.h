@@ -1,13 +1,21 @@
 // The live monitor put together: the forms with what happens on them.
 #pragma once
 
+#include "monitor/add_commands.h"
 #include "monitor/communication_run.h"
+#include "monitor/edit_history.h"
+#include "monitor/export_commands.h"
 #include "monitor/frm_about.h"
 #include "monitor/frm_main.h"
 #include "monitor/frm_options.h"
+#include "monitor/help_topics.h"
+#include "monitor/look_commands.h"
+#include "monitor/object_commands.h"
+#include "monitor/print_commands.h"
 #include "monitor/project_commands.h"
 #include "monitor/run_recorder.h"
 #include "monitor/screen_commands.h"
+#include "monitor/screen_drag.h"
 #include "monitor/start_and_leave.h"
 
 namespace tarnlink {
@@ -21,8 +29,16 @@ struct Monitor {
   frmAbout about{main};
   NoRecorder recorder;
   CommunicationRun run{main, options, recorder, MakeProtocols()};
-  ScreenCommands screen{main, options, run, recorder};
+  EditHistory history{main};
+  ScreenCommands screen{main, options, run, recorder, history};
+  AddCommands add{main, options, run, history};
+  ScreenDrag drag{main, options, history};
+  LookCommands look{main, drag, history};
+  ObjectCommands objects{main, options, history};
   ProjectCommands project{main};
+  ExportCommands doc_export{main};
+  PrintCommands print{main};
+  HelpTopics help{main};
   StartAndLeave start{main, options, screen};
 };
 

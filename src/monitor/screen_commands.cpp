@@ -7,6 +7,7 @@
 #include "common/run_time_error.h"
 #include "common/text.h"
 #include "common/text_file.h"
+#include "monitor/file_error_box.h"
 #include "monitor/screen_builder.h"
 #include "platform/path_resolver.h"
 
@@ -49,12 +50,13 @@ std::string ProposedName(std::string last_name) {
 }  // namespace
 
 ScreenCommands::ScreenCommands(frm_Main& main, frm_Options& options, CommunicationRun& run,
-                               RunRecorder& recorder)
-    : main_(main), options_(options), run_(run), recorder_(recorder) {
+                               RunRecorder& recorder, EditHistory& history)
+    : main_(main), options_(options), run_(run), recorder_(recorder), history_(history) {
   main_.M_fileopen.Click = [this] { M_fileopen(); };
   main_.M_filesave(0).Click = [this] { M_filesave(0); };
   main_.M_filesave(1).Click = [this] { M_filesave(1); };
   main_.M_NewScreen.Click = [this] { M_NewScreen(); };
+  main_.Toolbar1(6).Click = [this] { RefreshScreen(); };
   for (int i = main_.M_fileHist.first(); i <= main_.M_fileHist.last(); ++i) {
     main_.M_fileHist(i).Click = [this, i] {
       const std::string path = main_.M_fileHist(i).Caption;
@@ -84,7 +86,9 @@ void ScreenCommands::OpenTarnLinkFileBuildScreen(std::string path) {
   main_.MsgPointer = 0;
   main_.Comm_Timer->SetEnabled(false);
   main_.CommRunning = false;
-  if (failure) ReportFileError(*failure, "During opening wcr file ", path);
+  if (failure) {
+    ReportFileError(main_.platform().dialogs(), *failure, "During opening wcr file ", path);
+  }
 }
 
 int ScreenCommands::ReplaceScreen(const std::string& path) {
@@ -126,6 +130,7 @@ void ScreenCommands::SelectProtocolOfScreen(int protocol) {
 }
 
 void ScreenCommands::UnloadObjects() {
+  history_.Clear();
   for (int i = 1; i <= main_.MaxId; ++i) {
     main_.RAM_LOC_TEXT.Unload(i);
     main_.RAM_LOC_VAL.Unload(i);
@@ -166,15 +171,28 @@ void ScreenCommands::M_NewScreen() {
   main_.ShowLocationCount();
 }
 
+void ScreenCommands::RefreshScreen() {
+  options_.ReloadMap();
+  if (main_.CurrentTarnLinkFile.empty()) {
+    main_.platform().dialogs().MessageBox({.text = " The file has to be saved first. ",
+                                           .title = std::string(kProgramTitle),
+                                           .icon = Icon::kInformation});
+    return;
+  }
+  if (OfferToSave()) OpenTarnLinkFileBuildScreen(main_.CurrentTarnLinkFile);
+}
+
 // --- Save ----------------------------------------------------------------------------------------
 
 bool ScreenCommands::SaveScreenFile(const std::string& path) {
   if (path.empty()) return true;
+  // What is being dragged is hidden, and what is hidden is not saved.
+  if (main_.form.DragCancel) main_.form.DragCancel();
   try {
     const std::string text = WriteScreenFile(main_.form.BackColor, ScreenRecords(main_, options_));
     main_.platform().files().WriteWhole(path, EncodeText(text));
   } catch (const RunTimeError& error) {
-    ReportFileError(error, "During saving wcr file ", path);
+    ReportFileError(main_.platform().dialogs(), error, "During saving wcr file ", path);
     return false;
   }
   return true;
@@ -183,9 +201,14 @@ bool ScreenCommands::SaveScreenFile(const std::string& path) {
 bool ScreenCommands::M_filesave(int Index) {
   if (Index != 0 || main_.CurrentTarnLinkFile.empty()) return SaveAs();
   if (!SaveScreenFile(main_.CurrentTarnLinkFile)) return false;
-  main_.WCRChanged = false;
+  ScreenIsSaved();
   main_.ShowTitle();
   return true;
+}
+
+void ScreenCommands::ScreenIsSaved() {
+  main_.WCRChanged = false;
+  history_.MarkSaved();
 }
 
 bool ScreenCommands::SaveAs() {
@@ -205,7 +228,7 @@ bool ScreenCommands::SaveAs() {
   main_.CurrentTarnLinkFile = *path;
   main_.LoadShortCuts(*path);
   const bool saved = SaveScreenFile(*path);
-  if (saved) main_.WCRChanged = false;
+  if (saved) ScreenIsSaved();
   main_.ShowTitle();
   if (saved) OfferToAddToProject();
   return saved;
@@ -230,15 +253,6 @@ bool ScreenCommands::OfferToSave() {
        .icon = Icon::kExclamation,
        .buttons = Buttons::kYesNo});
   return answer != Answer::kYes || M_filesave(0);
-}
-
-void ScreenCommands::ReportFileError(const RunTimeError& error, const std::string& doing,
-                                     const std::string& path) {
-  main_.platform().dialogs().MessageBox(
-      {.text = SystemErrorText(error.code()) + "\r\n" + doing + path,
-       .title = "Internal System Error",
-       .icon = Icon::kCritical,
-       .detail = error.what()});
 }
 
 }  // namespace tarnlink

@@ -1,4 +1,5 @@
-// The commands that replace or store the whole screen: New, Open, Save, Save as, the histories.
+// The commands that replace or store the whole screen: New, Open, Save, Save as, Refresh, the file
+// histories.
 #pragma once
 
 #include <functional>
@@ -6,6 +7,7 @@
 
 #include "files/screen_file.h"
 #include "monitor/communication_run.h"
+#include "monitor/edit_history.h"
 #include "monitor/frm_main.h"
 #include "monitor/frm_options.h"
 #include "monitor/run_recorder.h"
@@ -14,9 +16,9 @@ namespace tarnlink {
 
 class ScreenCommands {
  public:
-  // Binds the entries of the File menu. All arguments outlive it.
-  ScreenCommands(frm_Main& main, frm_Options& options, CommunicationRun& run,
-                 RunRecorder& recorder);
+  // Binds the entries of the File menu and the Refresh button. All arguments outlive it.
+  ScreenCommands(frm_Main& main, frm_Options& options, CommunicationRun& run, RunRecorder& recorder,
+                 EditHistory& history);
 
   // Replaces the screen by the file, and with it the selected protocol and the port's presets. A
   // file that cannot be read to its end is told; what was built of it stays, without a file, so
@@ -32,6 +34,10 @@ class ScreenCommands {
   bool M_filesave(int Index);
   void M_fileopen();
   void M_NewScreen();
+
+  // Reads the memory map again, and the screen from its file, which must have been saved once. Asks
+  // about a changed screen first.
+  void RefreshScreen();
 
   // Asks about a changed screen and saves it on Yes. False if the user wanted it saved and it was
   // not: whoever asked must go no further.
@@ -49,14 +55,14 @@ class ScreenCommands {
   void BuildScreen(const std::string& text);
   void SelectProtocolOfScreen(int protocol);
   bool SaveAs();
+  void ScreenIsSaved();
   void OfferToAddToProject();
-  void ReportFileError(const RunTimeError& error, const std::string& doing,
-                       const std::string& path);
 
   frm_Main& main_;
   frm_Options& options_;
   CommunicationRun& run_;
   RunRecorder& recorder_;
+  EditHistory& history_;
 };
 
 }  // namespace tarnlink

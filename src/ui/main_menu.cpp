@@ -48,6 +48,15 @@ void BuildFileMenu(QMenuBar* bar, frm_Main& main) {
   AddEntry(menu, main.M_exit)->setShortcut(Qt::CTRL | Qt::Key_Q);
 }
 
+void BuildEditMenu(QMenuBar* bar, frm_Main& main, const QList<QAction*>& tools) {
+  QMenu* menu = AddMenu(bar, main.M_edit);
+  AddEntry(menu, main.mnuUndo)->setShortcut(QKeySequence::Undo);
+  AddEntry(menu, main.mnuRedo)
+      ->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(QKeySequence::Redo)});
+  menu->addSeparator();
+  for (const int button : {1, 4, 6}) menu->addAction(tools[button - 1]);
+}
+
 void BuildToolsMenu(QMenuBar* bar, frm_Main& main) {
   QMenu* menu = AddMenu(bar, main.M_Tools);
   AddEntries(menu,
@@ -76,8 +85,9 @@ void BuildHelpMenu(QMenuBar* bar, frm_Main& main) {
 
 }  // namespace
 
-void BuildMainMenu(QMenuBar* bar, frm_Main& main) {
+void BuildMainMenu(QMenuBar* bar, frm_Main& main, const QList<QAction*>& tools) {
   BuildFileMenu(bar, main);
+  BuildEditMenu(bar, main, tools);
   BuildToolsMenu(bar, main);
   BuildProjectMenu(bar, main);
   BuildHelpMenu(bar, main);

@@ -1,12 +1,16 @@
 #include "ui/main_window.h"
 
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QGuiApplication>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
+#include <QUrl>
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
@@ -40,8 +44,8 @@ MainWindow::MainWindow(frm_Main& main)
   setObjectName(ToQt(main_.form.name()));
   setMinimumSize(kSmallestWindow);
   setContextMenuPolicy(Qt::NoContextMenu);
-  BuildMainMenu(menuBar(), main_);
-  BuildToolBar();
+  setAcceptDrops(true);
+  BuildMainMenu(menuBar(), main_, BuildToolBar());
   BuildStatusBar();
 
   auto* scroll = new QScrollArea;
@@ -61,7 +65,7 @@ MainWindow::MainWindow(frm_Main& main)
 
 MainWindow::~MainWindow() { main_.form.SetView({}); }
 
-void MainWindow::BuildToolBar() {
+QList<QAction*> MainWindow::BuildToolBar() {
   QToolBar* bar = addToolBar(tr("Tool bar"));
   bar->setObjectName("Toolbar1");
   bar->setMovable(false);
@@ -71,10 +75,14 @@ void MainWindow::BuildToolBar() {
     Bind(action, main_.Toolbar1(i));
   }
   const QList<QAction*> actions = bar->actions();
+  actions[0]->setShortcut(Qt::CTRL | Qt::Key_L);
+  actions[3]->setShortcut(Qt::CTRL | Qt::Key_T);
+  actions[5]->setShortcut(Qt::CTRL | Qt::Key_R);
   actions[1]->setIcon(StartIcon());
   actions[1]->setShortcut(Qt::Key_F5);
   actions[2]->setIcon(StopIcon());
   actions[2]->setShortcut(Qt::SHIFT | Qt::Key_F5);
+  return actions;
 }
 
 // Each panel has room for its longest text; the fifth, which holds a name, takes what is left.
@@ -152,6 +160,25 @@ void MainWindow::changeEvent(QEvent* event) {
   main_.form.State = isMinimized()   ? WindowState::kMinimized
                      : isMaximized() ? WindowState::kMaximized
                                      : WindowState::kNormal;
+}
+
+// --- A file from the desktop ---------------------------------------------------------------------
+
+// One file is taken, several are not.
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  const QList<QUrl> files = event->mimeData()->urls();
+  if (files.size() == 1 && files.first().isLocalFile()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  const QList<QUrl> files = event->mimeData()->urls();
+  if (files.size() != 1 || !files.first().isLocalFile()) return;
+  event->acceptProposedAction();
+  // After the drop, so that a question does not hold the program that the file comes from.
+  const std::string path = FromQt(files.first().toLocalFile());
+  QTimer::singleShot(0, this, [this, path] {
+    if (main_.form.FileDropped) main_.form.FileDropped(path);
+  });
 }
 
 }  // namespace tarnlink

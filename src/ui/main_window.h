@@ -27,9 +27,11 @@ class MainWindow final : public QMainWindow {
   void moveEvent(QMoveEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
-  void BuildToolBar();
+  QList<QAction*> BuildToolBar();
   void BuildStatusBar();
   void ShowForm();
   void ReportPlace();

@@ -12,6 +12,19 @@ QColor ReadableOn(const QColor& background) {
   return brightness < kMiddle ? QColor(Qt::white) : QColor(Qt::black);
 }
 
+void DrawFocusFrame(QPainter& painter, const QRect& place, FocusFrame frame) {
+  // Blue inside white: one of the two shows on every colour.
+  constexpr QColor kOuter(0, 60, 200);
+  constexpr QColor kInner(255, 255, 255);
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(kOuter);
+  painter.drawRect(place.adjusted(0, 0, -1, -1));
+  if (frame == FocusFrame::kThin) return;
+  painter.drawRect(place.adjusted(1, 1, -2, -2));
+  painter.setPen(kInner);
+  painter.drawRect(place.adjusted(2, 2, -3, -3));
+}
+
 void SetColours(QWidget* widget, const QColor& background, const QColor& text) {
   QPalette colours = widget->palette();
   colours.setColor(QPalette::Window, background);

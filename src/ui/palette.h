@@ -2,12 +2,19 @@
 #pragma once
 
 #include <QColor>
+#include <QPainter>
+#include <QRect>
 #include <QWidget>
 
 namespace tarnlink {
 
 // Black or white, whichever reads better on `background`.
 QColor ReadableOn(const QColor& background);
+
+// A frame inside `place` that stands out on any background: this is where the keyboard is. The thin
+// one leaves letters that reach to the edge readable.
+enum class FocusFrame { kThick, kThin };
+void DrawFocusFrame(QPainter& painter, const QRect& place, FocusFrame frame = FocusFrame::kThick);
 
 // Gives the widget a background of its own, and a text colour.
 void SetColours(QWidget* widget, const QColor& background, const QColor& text);

@@ -4,6 +4,7 @@
 #include "platform/qt/qt_font.h"
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
+#include "ui/palette.h"
 #include "ui/units.h"
 
 namespace tarnlink {
@@ -11,7 +12,15 @@ namespace tarnlink {
 ScreenBox::ScreenBox(const TextBox& control, QWidget* parent)
     : TextPlate(parent), control_(control) {
   setObjectName(ToQt(control.name()));
+  setFocusPolicy(Qt::ClickFocus);  // the surface leads Tab through the boxes in reading order
   ShowControl();
+}
+
+void ScreenBox::paintEvent(QPaintEvent* event) {
+  TextPlate::paintEvent(event);
+  if (!hasFocus()) return;
+  QPainter painter(this);
+  DrawFocusFrame(painter, rect());
 }
 
 void ScreenBox::ShowControl() {
@@ -25,6 +34,7 @@ void ScreenBox::ShowControl() {
     SetBackground(ToQColor(shown_colour_));
   }
   const QRect place = PlaceOf(control_);
+  if (place.height() > height()) raise();  // one that was made larger is not to be covered
   if (place != geometry()) setGeometry(place);
   ShowCommon(this, control_);
 }

@@ -13,6 +13,10 @@ class ScreenBox final : public TextPlate {
 
   void ShowControl();
 
+ protected:
+  // With a frame around it while it has the keyboard.
+  void paintEvent(QPaintEvent* event) override;
+
  private:
   const TextBox& control_;
   Colour shown_colour_ = -1;

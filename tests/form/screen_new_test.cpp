@@ -70,7 +70,7 @@ TEST_F(NewScreen, EndsARunUnderWay) {
 
 TEST_F(NewScreen, ClosesTheLog) {
   NotingRecorder recorder(main());
-  ScreenCommands screen(main(), options(), program().run, recorder);
+  ScreenCommands screen(main(), options(), program().run, recorder, program().history);
   main().filelogging = true;
   New();
   EXPECT_EQ(recorder.TakeNotes(), "close log\n");

@@ -41,15 +41,15 @@ TEST_F(OpeningAScreen, BuildsEveryControlOfTheFile) {
        R"("T","Boiler 1",120,240,"Arial",8.25,#TRUE#,#FALSE#,255)",
        R"("T","Small",130.5,-20,"Courier",6,#FALSE#,#TRUE#,16711680)"}));
   // A check box keeps the distance that the template's has from its name box.
-  EXPECT_EQ(main().RAM_LOC_CHECK(0).Left - main().RAM_LOC_TEXT(0).Left, -315);
+  EXPECT_EQ(main().RAM_LOC_CHECK(0).Left - main().RAM_LOC_TEXT(0).Left, -305);
   EXPECT_EQ(Screen(),
             "colour FF8080\n"
             "RAM_LOC_TEXT(1) \"Flow\" at 240,600 tip \"t_flow\" back FFFFFF\n"
             "RAM_LOC_VAL(1) \"Value 1\" at 2400,600 tip \"t_flow\" back FFFFFF\n"
-            "RAM_LOC_CHECK(1) on at -75,650 hidden\n"
+            "RAM_LOC_CHECK(1) on at -65,650 hidden\n"
             "RAM_LOC_TEXT(2) \"Status\" at 240.25,900.5 tip \"Not Assigned\" back FFFFFF\n"
             "RAM_LOC_VAL(2) \"Value 2\" at 2400,900 tip \"Not Assigned\" back FFFFFF\n"
-            "RAM_LOC_CHECK(2) on at -74.75,950.5 hidden\n"
+            "RAM_LOC_CHECK(2) on at -64.75,950.5 hidden\n"
             "lbl_TextInfo(1) \"Boiler 1\" at 240,120 font \"Arial\" 8.25 bold colour 0000FF "
             "back FF8080\n"
             "lbl_TextInfo(2) \"Small\" at -20,130.5 font \"Courier\" 6 italic colour FF0000 "
@@ -274,7 +274,7 @@ TEST_F(OpeningAScreen, EndsARunUnderWay) {
   ASSERT_EQ(world.port().frames().size(), 1U);
   main().filelogging = true;
   NotingRecorder recorder(main());
-  ScreenCommands screen(main(), options(), program().run, recorder);
+  ScreenCommands screen(main(), options(), program().run, recorder, program().history);
 
   OpenText(FileText({"255", MemoryLine("b", 0, 0), MemoryLine("c", 0, 0)}), kOther);
   EXPECT_EQ(recorder.TakeNotes(), "close log\n");

@@ -33,6 +33,9 @@ Tour::Tour(Program& program, QString screen, QString pictures)
   stops_.push_back({300, [this] { Press("M_About"); }});
   stops_.push_back({300, [this] { Picture("6-about"); }});
   stops_.push_back({100, [] { QApplication::activeModalWidget()->close(); }});
+  stops_.push_back({300, [this] { Press("mnuPrint"); }});
+  stops_.push_back({500, [this] { Picture("7-print-preview"); }});
+  stops_.push_back({100, [] { QApplication::activeModalWidget()->close(); }});
   stops_.push_back({300, [this] { Finish(); }});
 }
 

@@ -42,8 +42,8 @@ std::string ReadAll(const std::string& path, int handle, std::size_t expected) {
   std::string bytes;
   std::size_t filled = 0;
   while (true) {
-    // One step beyond what the file says, so that its end is seen and growth does not matter.
-    if (filled == bytes.size()) bytes.resize(std::max(filled, expected) + kReadStep);
+    // One byte beyond what the file says, so that its end is seen; steps if it has grown meanwhile.
+    if (filled == bytes.size()) bytes.resize(filled == 0 ? expected + 1 : filled + kReadStep);
     if (filled > kLargestFile) ThrowFileError(path, FileAction::kRead, "it is too large.");
     const ssize_t got = read(handle, bytes.data() + filled, bytes.size() - filled);
     if (got < 0 && errno == EINTR) continue;
