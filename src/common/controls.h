@@ -29,7 +29,7 @@ struct Font {
   bool operator==(const Font&) const = default;
 };
 
-enum class MouseButton { kLeft, kRight };
+enum class MouseButton { kLeft, kRight, kMiddle };
 
 // A button of the mouse that goes down on a control; X and Y count from the control's corner, in
 // units of 1440 to the inch.

@@ -21,6 +21,7 @@ std::string AsCaption(const std::string& text) {
 }  // namespace
 
 std::string EditName(const std::string& text) {
+  if (text.empty()) return "a box without a name";
   constexpr int kLongest = 30;  // characters
   if (CharacterCount(text) <= kLongest) return text;
   std::string cut = text;
@@ -29,6 +30,7 @@ std::string EditName(const std::string& text) {
 }
 
 EditHistory::EditHistory(frm_Main& main) : main_(main) {
+  main_.ForgetEdits = [this] { Clear(); };
   main_.mnuUndo.Click = [this] { Undo(); };
   main_.mnuRedo.Click = [this] { Redo(); };
   ShowEntries();
@@ -77,22 +79,29 @@ void EditHistory::Clear() {
 
 void EditHistory::MarkSaved() { saved_ = position_; }
 
+void EditHistory::ForgetSaved() {
+  saved_.reset();
+  main_.WCRChanged = true;
+}
+
 void EditHistory::Undo() {
   CancelDrag();
   if (position_ == 0) return;
-  Go(entries_[position_ - 1].before, position_ - 1);
+  const Entry& entry = entries_[position_ - 1];
+  Go(entry.after, entry.before, position_ - 1);
 }
 
 void EditHistory::Redo() {
   CancelDrag();
   if (position_ == entries_.size()) return;
-  Go(entries_[position_].after, position_ + 1);
+  const Entry& entry = entries_[position_];
+  Go(entry.before, entry.after, position_ + 1);
 }
 
-void EditHistory::Go(const ScreenState& state, std::size_t position) {
-  state.Restore(main_);
+void EditHistory::Go(const ScreenState& from, const ScreenState& to, std::size_t position) {
+  to.Restore(main_);
   position_ = position;
-  const auto changes_file = [](const Entry& entry) { return entry.effect == Effect::kChangesFile; };
+  const auto changes_file = [](const Entry& entry) { return entry.effect != Effect::kOnlyLook; };
   const auto at = [this](std::size_t place) {
     return entries_.begin() + static_cast<std::ptrdiff_t>(place);
   };
@@ -100,6 +109,8 @@ void EditHistory::Go(const ScreenState& state, std::size_t position) {
                                             at(std::max(position_, *saved_)), changes_file);
   main_.ShowTitle();
   ShowEntries();
+  const PlacedControl* changed = to.Changed(from, main_);
+  if (changed != nullptr && main_.form.SetFocus) main_.form.SetFocus(*changed);
 }
 
 void EditHistory::CancelDrag() {

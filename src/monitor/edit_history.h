@@ -40,8 +40,9 @@ class ScreenEdit {
 
 // What an edit means for the file of the screen.
 enum class Effect {
-  kChangesFile,  // the screen counts as changed
-  kOnlyLook,     // it does not: what changed is not in the file, or is not to be asked about
+  kChangesFile,     // the screen counts as changed
+  kChangesQuietly,  // it changes what the file holds, but does not count when it is made
+  kOnlyLook,        // the file does not hold what changes
 };
 
 class EditHistory {
@@ -64,6 +65,8 @@ class EditHistory {
   void Clear();
   // The screen has been saved as it is.
   void MarkSaved();
+  // No file holds any state of the screen: it counts as changed until it is saved.
+  void ForgetSaved();
 
   void Undo();
   void Redo();
@@ -79,7 +82,7 @@ class EditHistory {
 
   void CancelDrag();
   bool Join(const ScreenEdit& edit, const ScreenState& after);
-  void Go(const ScreenState& state, std::size_t position);
+  void Go(const ScreenState& from, const ScreenState& to, std::size_t position);
   void ShowEntries();
 
   frm_Main& main_;

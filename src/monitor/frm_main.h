@@ -197,6 +197,9 @@ class frm_Main : public RunFields {
   std::function<void(const std::string& FileName)> LoadClass7;
   std::function<void(const std::string& FileName)> ReadIDItems;
 
+  // The screen is another one, or begins anew: nothing of it can be undone.
+  std::function<void()> ForgetEdits;
+
   // Ends the program after leaving; the composition hooks in here.
   std::function<void()> Unload;
 

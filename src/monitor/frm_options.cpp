@@ -268,6 +268,7 @@ void frm_Options::ResetEmptyScreen() {
   if (main_.MaxId != 0) return;
   main_.InitForm();
   main_.InitLocations();
+  if (main_.TextInfoCount == 0 && main_.ForgetEdits) main_.ForgetEdits();
   main_.M_Tools.Enabled = ToolsFitProtocol();
 }
 

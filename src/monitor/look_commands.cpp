@@ -49,10 +49,8 @@ void LookCommands::PressLabel(int index, const MousePress& press) {
   main_.MarkChanged();
   if (press.button == MouseButton::kLeft) {
     drag_.BeginLabel(index, press);
-  } else if (press.shift) {
-    ChangeLabelColour(index);
-  } else {
-    ChangeLabelFont(index);
+  } else if (press.button == MouseButton::kRight) {
+    press.shift ? ChangeLabelColour(index) : ChangeLabelFont(index);
   }
 }
 

@@ -124,7 +124,7 @@ void ObjectCommands::ScanCheckClicked(int index) {
   Font font = name.TextFont;
   font.italic = flags != 0;
   name.TextFont = font;
-  history_.Commit(edit, Effect::kOnlyLook);
+  history_.Commit(edit, Effect::kChangesQuietly);
 }
 
 }  // namespace tarnlink

@@ -228,7 +228,11 @@ bool ScreenCommands::SaveAs() {
   main_.CurrentTarnLinkFile = *path;
   main_.LoadShortCuts(*path);
   const bool saved = SaveScreenFile(*path);
-  if (saved) ScreenIsSaved();
+  if (saved) {
+    ScreenIsSaved();
+  } else {
+    history_.ForgetSaved();
+  }
   main_.ShowTitle();
   if (saved) OfferToAddToProject();
   return saved;
@@ -252,7 +256,8 @@ bool ScreenCommands::OfferToSave() {
        .title = std::string(kQuestionTitle),
        .icon = Icon::kExclamation,
        .buttons = Buttons::kYesNo});
-  return answer != Answer::kYes || M_filesave(0);
+  // Leaving the question without an answer leaves everything as it is.
+  return answer == Answer::kNo || (answer == Answer::kYes && M_filesave(0));
 }
 
 }  // namespace tarnlink

@@ -40,7 +40,7 @@ class ScreenCommands {
   void RefreshScreen();
 
   // Asks about a changed screen and saves it on Yes. False if the user wanted it saved and it was
-  // not: whoever asked must go no further.
+  // not, or left the question without an answer: whoever asked must go no further.
   bool OfferToSave();
 
   // Destroys all controls of the screen, stops the watchdog and closes the port.

@@ -82,8 +82,8 @@ void ScreenDrag::DropOnForm(float X, float Y) {
   source.Top = place.Top;
   source.Visible = true;
   if (main_.DragIndex != 0) PlaceBesideName(main_.DragIndex);
-  main_.DragIndex = 0;
-  End(moves ? Effect::kChangesFile : Effect::kOnlyLook);
+  // A click may have moved a value box: the file would differ, but that is not asked about.
+  End(moves ? Effect::kChangesFile : Effect::kChangesQuietly);
 }
 
 // Also after a click that moved nothing: the value box always comes back to the name's right side.
@@ -111,7 +111,6 @@ void ScreenDrag::DropOnName(int index) {
   check.Top = source.Top + kCheckDrop;
   check.Left = source.Left - check.Width;
   check.Visible = options_.ScanningBox.Value.get();
-  main_.DragIndex = 0;
   End(Effect::kOnlyLook);
 }
 
@@ -130,6 +129,7 @@ void ScreenDrag::Cancel() {
 }
 
 void ScreenDrag::End(Effect effect) {
+  main_.DragIndex = 0;
   main_.DragSource = nullptr;
   history_.Commit(*edit_, effect);
   edit_.reset();

@@ -123,6 +123,26 @@ ScreenState ScreenState::Now(const frm_Main& main) const {
   return now;
 }
 
+const PlacedControl* ScreenState::Changed(const ScreenState& other, const frm_Main& main) const {
+  for (const auto& [index, state] : locations_) {
+    const auto now = other.locations_.find(index);
+    if (now == other.locations_.end() || now->second == state) continue;
+    if (!main.RAM_LOC_TEXT.Has(index)) continue;
+    const bool name_moved = now->second.name != state.name;
+    const PlacedControl& value = main.RAM_LOC_VAL(index);
+    if (!name_moved && value.Visible) return &value;
+    if (main.RAM_LOC_TEXT(index).Visible) return &main.RAM_LOC_TEXT(index);
+  }
+  for (const auto& [index, state] : labels_) {
+    const auto now = other.labels_.find(index);
+    if (now == other.labels_.end() || now->second == state) continue;
+    if (main.lbl_TextInfo.Has(index) && main.lbl_TextInfo(index).Visible) {
+      return &main.lbl_TextInfo(index);
+    }
+  }
+  return nullptr;
+}
+
 void ScreenState::Restore(frm_Main& main) const {
   for (const auto& [index, state] : locations_) RestoreLocation(main, index, state);
   for (const auto& [index, state] : labels_) RestoreLabel(main, index, state);

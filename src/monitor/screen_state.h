@@ -59,6 +59,10 @@ class ScreenState {
   // The same objects as they are now.
   ScreenState Now(const frm_Main& main) const;
 
+  // The first of its objects that is not as it is in `other` and can be seen now: where the eye
+  // goes after a change from one to the other. Null if there is none.
+  const PlacedControl* Changed(const ScreenState& other, const frm_Main& main) const;
+
   // Makes every captured object what it was: objects that did not exist are destroyed, those that
   // have been destroyed meanwhile are made anew. What a value box says stays.
   void Restore(frm_Main& main) const;

@@ -1,6 +1,7 @@
 #include "monitor/sheet_layout.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 namespace tarnlink {
@@ -32,17 +33,19 @@ Span Down(const Unit& unit) { return {unit.frame.top, unit.frame.bottom()}; }
 
 Units UnitsOf(std::span<const SheetObject> objects) {
   Units units;
-  int group = 0;  // of the last unit
+  std::unordered_map<int, std::size_t> unit_of_group;
   for (std::size_t i = 0; i < objects.size(); ++i) {
     const SheetObject& object = objects[i];
-    const bool same_group = object.group > 0 && object.group == group;
-    if (same_group && units.back().frame.Grown(kNear).Meets(object.frame)) {
-      units.back().frame = units.back().frame.With(object.frame);
-      units.back().objects.push_back(i);
-    } else {
-      units.push_back({object.frame, {i}});
+    const auto known = unit_of_group.find(object.group);
+    if (known != unit_of_group.end() &&
+        units[known->second].frame.Grown(kNear).Meets(object.frame)) {
+      Unit& unit = units[known->second];
+      unit.frame = unit.frame.With(object.frame);
+      unit.objects.push_back(i);
+      continue;
     }
-    group = object.group;
+    if (object.group > 0) unit_of_group[object.group] = units.size();
+    units.push_back({object.frame, {i}});
   }
   return units;
 }

@@ -30,7 +30,7 @@ inline constexpr float kSheetMargin = 150.0F;
 
 // A screen that had to be smaller to fit the page's width goes on several pages side by side: what
 // is smaller cannot be read.
-inline constexpr float kLeastScale = 0.35F;
+inline constexpr float kLeastScale = 0.5F;
 
 // The widest object that stands whole on a page with this room.
 float WidestOnPage(float room_width);

@@ -124,7 +124,8 @@ bool StartAndLeave::SaveWhatChanged() {
        .title = std::string(kQuestionTitle),
        .icon = Icon::kExclamation,
        .buttons = Buttons::kYesNo});
-  if (answer != Answer::kYes) return true;
+  if (answer == Answer::kNo) return true;
+  if (answer != Answer::kYes) return false;  // left without an answer: nothing happens
   if (main_.mnuSaveProject.Click) main_.mnuSaveProject.Click();
   return !main_.ProjectChanged;
 }

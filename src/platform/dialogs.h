@@ -52,7 +52,8 @@ class Dialogs {
  public:
   virtual ~Dialogs() = default;
 
-  // Closing the box without a button is Cancel, or No, or Ok where there is nothing else.
+  // Closing the box without a button is Cancel, also where there is no such button, but Ok where
+  // there is nothing else.
   virtual Answer MessageBox(const MessageBoxRequest& request) = 0;
 
   // In all of these an empty result is the user's cancel.

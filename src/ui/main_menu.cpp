@@ -52,7 +52,7 @@ void BuildEditMenu(QMenuBar* bar, frm_Main& main, const QList<QAction*>& tools) 
   QMenu* menu = AddMenu(bar, main.M_edit);
   AddEntry(menu, main.mnuUndo)->setShortcut(QKeySequence::Undo);
   AddEntry(menu, main.mnuRedo)
-      ->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(QKeySequence::Redo)});
+      ->setShortcuts({Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z});
   menu->addSeparator();
   for (const int button : {1, 4, 6}) menu->addAction(tools[button - 1]);
 }

@@ -52,6 +52,7 @@ MainWindow::MainWindow(frm_Main& main)
   scroll->setWidget(screen_);
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setFocusPolicy(Qt::NoFocus);  // the screen in it takes the keyboard
   auto* splitter = new QSplitter;
   splitter->addWidget(project_);
   splitter->addWidget(scroll);
@@ -75,6 +76,7 @@ QList<QAction*> MainWindow::BuildToolBar() {
     Bind(action, main_.Toolbar1(i));
   }
   const QList<QAction*> actions = bar->actions();
+  for (const int button : {1, 4, 6}) actions[button - 1]->setAutoRepeat(false);
   actions[0]->setShortcut(Qt::CTRL | Qt::Key_L);
   actions[3]->setShortcut(Qt::CTRL | Qt::Key_T);
   actions[5]->setShortcut(Qt::CTRL | Qt::Key_R);
@@ -167,13 +169,17 @@ void MainWindow::changeEvent(QEvent* event) {
 // One file is taken, several are not.
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
   const QList<QUrl> files = event->mimeData()->urls();
-  if (files.size() == 1 && files.first().isLocalFile()) event->acceptProposedAction();
+  if (files.size() != 1 || !files.first().isLocalFile()) return;
+  // Never a move: whoever the file comes from would delete it.
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
   const QList<QUrl> files = event->mimeData()->urls();
   if (files.size() != 1 || !files.first().isLocalFile()) return;
-  event->acceptProposedAction();
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
   // After the drop, so that a question does not hold the program that the file comes from.
   const std::string path = FromQt(files.first().toLocalFile());
   QTimer::singleShot(0, this, [this, path] {

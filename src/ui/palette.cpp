@@ -13,13 +13,19 @@ QColor ReadableOn(const QColor& background) {
 }
 
 void DrawFocusFrame(QPainter& painter, const QRect& place, FocusFrame frame) {
-  // Blue inside white: one of the two shows on every colour.
+  // Blue outside of white, or blue and white by turns: one of the two shows on every colour.
   constexpr QColor kOuter(0, 60, 200);
   constexpr QColor kInner(255, 255, 255);
   painter.setBrush(Qt::NoBrush);
+  if (frame == FocusFrame::kThin) {
+    painter.setPen(kInner);
+    painter.drawRect(place.adjusted(0, 0, -1, -1));
+    painter.setPen(QPen(kOuter, 1, Qt::DashLine));
+    painter.drawRect(place.adjusted(0, 0, -1, -1));
+    return;
+  }
   painter.setPen(kOuter);
   painter.drawRect(place.adjusted(0, 0, -1, -1));
-  if (frame == FocusFrame::kThin) return;
   painter.drawRect(place.adjusted(1, 1, -2, -2));
   painter.setPen(kInner);
   painter.drawRect(place.adjusted(2, 2, -3, -3));

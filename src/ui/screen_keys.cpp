@@ -84,9 +84,12 @@ bool ScreenKeys::PressMenu(const ScreenItem& item, bool shift) {
 }
 
 bool ScreenKeys::Step(bool forward) {
-  std::vector<QWidget*> order = InReadingOrder(surface_.VisibleWidgets());
+  QWidget* from = QApplication::focusWidget();
+  std::vector<QWidget*> order = surface_.VisibleWidgets();
+  if (surface_.HasJustHidden(from)) order.push_back(from);  // leads on from where it stood
+  order = InReadingOrder(order);
   if (!forward) std::reverse(order.begin(), order.end());
-  const auto focused = std::find(order.begin(), order.end(), QApplication::focusWidget());
+  const auto focused = std::find(order.begin(), order.end(), from);
   const auto next = focused == order.end() ? order.begin() : focused + 1;
   if (next == order.end()) return false;
   surface_.LeadKeyboardTo(*next, forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);

@@ -46,10 +46,12 @@ void ScreenMouse::Press(const QPoint& place, MouseButton button, bool shift) {
   }
   if (item.kind == ItemKind::kCheck) return;  // its own widget takes the click
   const PlacedControl& control = surface_.ControlOf(item);
-  press.X -= control.Left;
-  press.Y -= control.Top;
+  press.X -= ShownUnits(control.Left);
+  press.Y -= ShownUnits(control.Top);
   QWidget* box = surface_.WidgetOf(item);
-  const QPixmap picture = button == MouseButton::kLeft ? Picture(item) : QPixmap();
+  const bool left = button == MouseButton::kLeft;
+  if (left) surface_.setFocus(Qt::OtherFocusReason);  // its frame is no part of the picture
+  const QPixmap picture = left ? Picture(item) : QPixmap();
   switch (item.kind) {
     case ItemKind::kName:
       Report(main_.RAM_LOC_TEXT.MouseDown, item.index, press);
@@ -60,7 +62,11 @@ void ScreenMouse::Press(const QPoint& place, MouseButton button, bool shift) {
     default:
       Report(main_.lbl_TextInfo.MouseDown, item.index, press);
   }
-  if (main_.DragSource != nullptr) BeginDrag(box, picture);
+  if (main_.DragSource != nullptr) {
+    BeginDrag(box, picture);
+  } else if (left) {
+    box->setFocus(Qt::MouseFocusReason);
+  }
 }
 
 QPixmap ScreenMouse::Picture(const ScreenItem& item) const {
@@ -81,6 +87,7 @@ void ScreenMouse::DoubleClick(const QPoint& place) {
 
 void ScreenMouse::BeginDrag(QWidget* box, const QPixmap& picture) {
   box_ = box;
+  moved_ = false;
   ghost_ = std::make_unique<DragGhost>(&surface_, picture, box->pos());
   qApp->installEventFilter(this);
   scroll_timer_.start();
@@ -109,30 +116,36 @@ bool ScreenMouse::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::MouseMove:
     case QEvent::MouseButtonRelease:
       return TakeMouse(static_cast<QMouseEvent*>(event));
+    case QEvent::Move:  // scrolled: the pointer stands still on the display, not on the surface
+      if (watched == &surface_ && pointer_shown_) Drag();
+      return false;
     default:
       return false;
   }
 }
 
 bool ScreenMouse::TakeMouse(const QMouseEvent* event) {
-  const QPoint place = surface_.mapFromGlobal(event->globalPosition().toPoint());
+  pointer_ = event->globalPosition().toPoint();
   if (event->type() == QEvent::MouseMove) {
-    DragTo(place);
+    Drag();
   } else if (event->button() == Qt::LeftButton) {
-    DropAt(place);
+    Drop();
   }
   return true;
 }
 
-void ScreenMouse::DragTo(const QPoint& place) {
-  last_place_ = place;
+void ScreenMouse::Drag() {
+  const QPoint place = Place();
   const bool allowed = TakesDrop(place);
   const FormPlace landing = main_.form.DropPlace(ToUnits(place.x()), ToUnits(place.y()));
-  ghost_->MoveTo({ToPixels(landing.Left), ToPixels(landing.Top)}, allowed);
+  const QPoint corner(ToPixels(landing.Left), ToPixels(landing.Top));
+  moved_ = moved_ || corner != ghost_->pos();
+  ghost_->MoveTo(corner, allowed);
   ShowPointer(allowed);
 }
 
-void ScreenMouse::DropAt(const QPoint& place) {
+void ScreenMouse::Drop() {
+  const QPoint place = Place();
   if (!InSight(place)) return CancelDrag();
   const ScreenItem under = surface_.ItemAt(place);
   if (under.kind == ItemKind::kName) {
@@ -172,6 +185,8 @@ void ScreenMouse::BringToFront() {
   if (QWidget* value = surface_.WidgetOf({ItemKind::kValue, item.index})) value->raise();
 }
 
+QPoint ScreenMouse::Place() const { return surface_.mapFromGlobal(pointer_); }
+
 bool ScreenMouse::InSight(const QPoint& place) const {
   const QScrollArea* area = surface_.Scroller();
   const QWidget* shown = area == nullptr ? &surface_ : area->viewport();
@@ -194,23 +209,20 @@ void ScreenMouse::ShowPointer(bool allowed) {
   pointer_shown_ = true;
 }
 
-// Held near an edge of what is in sight, the box draws the screen along.
+// Held near an edge of what is in sight, the box draws the screen along. A click does not.
 void ScreenMouse::ScrollNearEdge() {
   constexpr int kEdge = 24;  // pixels
   constexpr int kStep = 16;  // pixels
   QScrollArea* area = surface_.Scroller();
-  if (area == nullptr || !pointer_shown_) return;
-  const QPoint pointer = surface_.mapTo(area, last_place_);
+  if (area == nullptr || !moved_) return;
+  const QPoint pointer = area->mapFromGlobal(pointer_);
   const QRect calm = area->viewport()->geometry().adjusted(kEdge, kEdge, -kEdge, -kEdge);
-  const QPoint before = surface_.pos();
   const auto scroll = [](QScrollBar* bar, int place, int low, int high) {
     if (place < low) bar->setValue(bar->value() - kStep);
     if (place > high) bar->setValue(bar->value() + kStep);
   };
   scroll(area->horizontalScrollBar(), pointer.x(), calm.left(), calm.right());
   scroll(area->verticalScrollBar(), pointer.y(), calm.top(), calm.bottom());
-  // The pointer stands still on the display, so on the surface it has moved.
-  if (before != surface_.pos()) DragTo(last_place_ + before - surface_.pos());
 }
 
 }  // namespace tarnlink

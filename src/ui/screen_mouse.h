@@ -27,6 +27,11 @@ class ScreenMouse final : public QObject {
   void Press(const QPoint& place, MouseButton button, bool shift);
   void DoubleClick(const QPoint& place);
 
+  // A widget of the screen is about to go.
+  void Forget(const QWidget* widget) {
+    if (box_ == widget) box_ = nullptr;
+  }
+
  protected:
   // Watches the whole program while a drag is under way: the pointer may be anywhere.
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -35,11 +40,13 @@ class ScreenMouse final : public QObject {
   QPixmap Picture(const ScreenItem& item) const;
   void BeginDrag(QWidget* box, const QPixmap& picture);
   bool TakeMouse(const QMouseEvent* event);
-  void DragTo(const QPoint& place);
-  void DropAt(const QPoint& place);
+  void Drag();
+  void Drop();
   void CancelDrag();
   void EndDrag();
   void BringToFront();
+  // Where the pointer is on the surface.
+  QPoint Place() const;
   bool InSight(const QPoint& place) const;
   bool TakesDrop(const QPoint& place) const;
   void ShowPointer(bool allowed);
@@ -49,9 +56,10 @@ class ScreenMouse final : public QObject {
   ScreenSurface& surface_;
   std::unique_ptr<DragGhost> ghost_;  // while a drag is under way
   QPointer<QWidget> box_;             // what is being dragged
-  QPoint last_place_;                 // of the pointer, on the surface
+  QPoint pointer_;                    // on the display
   QTimer scroll_timer_;
   bool pointer_shown_ = false;  // the pointer has moved and tells whether a drop is allowed
+  bool moved_ = false;          // farther than a click does
 };
 
 }  // namespace tarnlink

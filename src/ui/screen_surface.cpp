@@ -1,7 +1,9 @@
 #include "ui/screen_surface.h"
 
-#include <QCheckBox>
+#include <QApplication>
 #include <QMouseEvent>
+#include <QTimer>
+#include <utility>
 
 #include "platform/qt/qt_colour.h"
 #include "platform/qt/qt_font.h"
@@ -9,6 +11,7 @@
 #include "ui/binders.h"
 #include "ui/palette.h"
 #include "ui/screen_box.h"
+#include "ui/screen_check.h"
 #include "ui/screen_label.h"
 #include "ui/units.h"
 
@@ -73,11 +76,18 @@ void ScreenSurface::Follow(Array& array, ItemKind kind, Make make) {
     array(index).SetView({});
     const auto widget = widgets.find(index);
     if (widget == widgets.end()) return;
-    items_.erase(widget->second);
-    delete widget->second;
+    LetGo(widget->second);
     widgets.erase(widget);
-    Shrink();
+    FitSoon();
   };
+}
+
+void ScreenSurface::LetGo(QWidget* widget) {
+  if (widget == nullptr) return;
+  mouse_.Forget(widget);
+  if (window()->focusWidget() == widget) setFocus(Qt::OtherFocusReason);
+  items_.erase(widget);
+  delete widget;
 }
 
 QSize ScreenSurface::sizeHint() const { return needed_; }
@@ -122,13 +132,21 @@ std::vector<QWidget*> ScreenSurface::VisibleWidgets() const {
 
 // --- Size and scrolling --------------------------------------------------------------------------
 
-// While objects are shown and moved the surface only grows.
+// While objects are shown and moved the surface only grows, so that none waits for its room.
 void ScreenSurface::Grow(const QWidget* widget) {
   if (!widget->isHidden()) NeedSize(needed_.expandedTo(Corner(widget)));
+  FitSoon();
 }
 
-void ScreenSurface::Shrink() {
-  if (items_.empty()) NeedSize(QSize(0, 0));
+// What is being dragged is hidden and needs its room all the same.
+void ScreenSurface::FitSoon() {
+  if (fits_soon_) return;
+  fits_soon_ = true;
+  QTimer::singleShot(0, this, [this] {
+    fits_soon_ = false;
+    if (main_.DragSource == nullptr) Fit();
+    for (const int index : std::exchange(undescribed_, {})) DescribeBoxes(index);
+  });
 }
 
 void ScreenSurface::Fit() {
@@ -149,14 +167,15 @@ QScrollArea* ScreenSurface::Scroller() const {
 }
 
 void ScreenSurface::Reveal(QWidget* widget) {
-  if (QScrollArea* area = Scroller()) area->ensureWidgetVisible(widget, kMargin, kMargin);
+  QScrollArea* area = Scroller();
+  if (area == nullptr) return;
+  const auto scroll = [area, widget] { area->ensureWidgetVisible(widget, kMargin, kMargin); };
+  scroll();
+  // A scroll bar that the place brings up comes later, and takes some of the room.
+  QTimer::singleShot(0, widget, scroll);
 }
 
 void ScreenSurface::LeadKeyboardTo(QWidget* widget, Qt::FocusReason reason) {
-  const ScreenItem item = ItemOf(widget);
-  if (item.kind == ItemKind::kValue) {
-    widget->setAccessibleDescription(ToQt(main_.RAM_LOC_TEXT(item.index).Text.get()));
-  }
   widget->setFocus(reason);
   Reveal(widget);
 }
@@ -171,15 +190,15 @@ void ScreenSurface::GiveFocus(const PlacedControl& control) {
 // Boxes and labels leave what they get to the surface, which knows what stands where.
 void ScreenSurface::mousePressEvent(QMouseEvent* event) {
   const bool shift = event->modifiers().testFlag(Qt::ShiftModifier);
-  if (event->button() == Qt::LeftButton) {
-    mouse_.Press(event->position().toPoint(), MouseButton::kLeft, shift);
-  } else if (event->button() == Qt::RightButton) {
-    mouse_.Press(event->position().toPoint(), MouseButton::kRight, shift);
-  }
+  const MouseButton button = event->button() == Qt::LeftButton    ? MouseButton::kLeft
+                             : event->button() == Qt::RightButton ? MouseButton::kRight
+                                                                  : MouseButton::kMiddle;
+  mouse_.Press(event->position().toPoint(), button, shift);
 }
 
+// Only the plain left button knows double clicks; the second press of any other is one more press.
 void ScreenSurface::mouseDoubleClickEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) {
+  if (event->button() == Qt::LeftButton && !event->modifiers().testFlag(Qt::ShiftModifier)) {
     mouse_.DoubleClick(event->position().toPoint());
   } else {
     mousePressEvent(event);
@@ -203,10 +222,12 @@ bool ScreenSurface::focusNextPrevChild(bool next) {
     setFocus(Qt::OtherFocusReason);
     return true;
   }
+  const bool has_gone = HasJustHidden(QApplication::focusWidget());
   if (keys_.Step(next)) return true;
+  if (has_gone && keys_.Step(!next)) return true;
   // Out of the screen, from the surface's own place among the widgets of the window.
   setFocus(Qt::OtherFocusReason);
-  return QWidget::focusNextPrevChild(next);
+  return has_gone || QWidget::focusNextPrevChild(next);
 }
 
 // --- Making its widgets --------------------------------------------------------------------------
@@ -228,36 +249,40 @@ QWidget* ScreenSurface::MakeName(int index) {
   control.SetView([this, box, index] {
     box->ShowControl();
     Grow(box);
-    NameCheck(index);
+    DescribeSoon(index);
   });
   Grow(box);
+  DescribeSoon(index);
   return box;
 }
 
 QWidget* ScreenSurface::MakeCheck(int index) {
   CheckBox& control = main_.RAM_LOC_CHECK(index);
-  auto* box = new QCheckBox(this);
-  box->setObjectName(ToQt(control.name()));
-  const auto show = [this, box, &control] {
-    box->setChecked(control.Value);
-    box->setGeometry(PlaceOf(control));
-    ShowCommon(box, control);
+  auto* box = new ScreenCheck(control, this);
+  control.SetView([this, box] {
+    box->ShowControl();
     Grow(box);
-  };
-  control.SetView(show);
-  connect(box, &QCheckBox::clicked, [&control](bool checked) { control.Value = checked; });
-  box->setFocusPolicy(Qt::ClickFocus);
-  show();
+  });
+  Grow(box);
   WidgetsOf(ItemKind::kCheck)[index] = box;
-  NameCheck(index);
+  DescribeSoon(index);
   return box;
 }
 
-// A check box has no caption: whoever cannot see what it stands beside hears it.
-void ScreenSurface::NameCheck(int index) {
+// When a whole screen is up, and not while the user waits for it.
+void ScreenSurface::DescribeSoon(int index) {
+  undescribed_.insert(index);
+  FitSoon();
+}
+
+// Whoever cannot see beside which name a check box and a value box stand hears it.
+void ScreenSurface::DescribeBoxes(int index) {
+  if (!main_.RAM_LOC_TEXT.Has(index)) return;
+  const QString name = ToQt(main_.RAM_LOC_TEXT(index).Text.get());
   QWidget* check = WidgetOf({ItemKind::kCheck, index});
-  if (check == nullptr || !main_.RAM_LOC_TEXT.Has(index)) return;
-  check->setAccessibleName(tr("Scan %1").arg(ToQt(main_.RAM_LOC_TEXT(index).Text.get())));
+  if (check != nullptr) check->setAccessibleName(tr("Scan %1").arg(name));
+  QWidget* value = WidgetOf({ItemKind::kValue, index});
+  if (value != nullptr) value->setAccessibleDescription(name);
 }
 
 QWidget* ScreenSurface::MakeLabel(int index) {

@@ -6,6 +6,7 @@
 #include <QScrollArea>
 #include <QWidget>
 #include <array>
+#include <set>
 #include <unordered_map>
 #include <vector>
 
@@ -35,6 +36,10 @@ class ScreenSurface final : public QWidget {
   QWidget* WidgetOf(const ScreenItem& item) const;
   PlacedControl& ControlOf(const ScreenItem& item) const;
   std::vector<QWidget*> VisibleWidgets() const;
+  // Whether it is an object that has been hidden while the keyboard was with it.
+  bool HasJustHidden(const QWidget* focused) const {
+    return ItemOf(focused).kind != ItemKind::kNone && focused->isHidden();
+  }
 
   // The area that scrolls it; null if it is in none.
   QScrollArea* Scroller() const;
@@ -60,16 +65,18 @@ class ScreenSurface final : public QWidget {
   void Follow(Array& array, ItemKind kind, Make make);
   Widgets& WidgetsOf(ItemKind kind) { return widgets_[static_cast<std::size_t>(kind)]; }
   const Widgets& WidgetsOf(ItemKind kind) const { return widgets_[static_cast<std::size_t>(kind)]; }
+  void LetGo(QWidget* widget);
   void GiveFocus(const PlacedControl& control);
   void Grow(const QWidget* widget);
-  void Shrink();
+  void FitSoon();
   void NeedSize(const QSize& size);
 
   QWidget* MakeName(int index);
   QWidget* MakeValue(int index);
   QWidget* MakeCheck(int index);
   QWidget* MakeLabel(int index);
-  void NameCheck(int index);
+  void DescribeSoon(int index);
+  void DescribeBoxes(int index);
 
   frm_Main& main_;
   // By kind, then by index; null for a member that has not been visible so far.
@@ -77,7 +84,9 @@ class ScreenSurface final : public QWidget {
   std::unordered_map<const QWidget*, ScreenItem> items_;
   ScreenMouse mouse_{main_, *this};
   ScreenKeys keys_{main_, *this};
+  std::set<int> undescribed_;  // Locations whose boxes wait to be described
   QSize needed_{0, 0};
+  bool fits_soon_ = false;
 };
 
 }  // namespace tarnlink

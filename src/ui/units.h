@@ -19,6 +19,12 @@ inline int ToPixels(float units) {
   return static_cast<int>(std::lround(pixels));
 }
 
+// The place at which an object is shown, whatever a file says.
+inline float ShownUnits(float units) {
+  constexpr float kFurthest = kFurthestPixel * kUnitsPerPixel;
+  return std::clamp(units, -kFurthest, kFurthest);
+}
+
 inline float ToUnits(int pixels) { return static_cast<float>(pixels) * kUnitsPerPixel; }
 
 inline QRect PlaceOf(const PlacedControl& control) {

@@ -86,7 +86,7 @@ TEST(FakeDialogs, AnUnexpectedDialogFailsTheTestAndCountsAsClosed) {
   EXPECT_NONFATAL_FAILURE(
       answer = world.dialogs().MessageBox({"Sure?", "Title", Icon::kQuestion, Buttons::kYesNo}),
       "Unexpected dialog: question box [Title] Sure? (Yes*, No)");
-  EXPECT_EQ(answer, Answer::kNo);
+  EXPECT_EQ(answer, Answer::kCancel);
   EXPECT_NONFATAL_FAILURE(world.dialogs().InputBox("Prompt", "Title", ""), "Unexpected dialog");
 }
 

@@ -107,7 +107,7 @@ TEST_F(QtDialogsTest, AnOwnerThatGoesAwayTakesItsBoxDownAsClosed) {
   ASSERT_TRUE(user.RunUntil([&] { return QApplication::activeWindow() == window.get(); }));
   user.With("MessageBox", [&](QWidget&) { window.reset(); });
   EXPECT_EQ(user.dialogs().MessageBox({"Text", "Title", Icon::kNone, Buttons::kYesNo}),
-            Answer::kNo);
+            Answer::kCancel);
 }
 
 TEST_F(QtDialogsTest, AnInputBoxShowsItsTextsPlain) {
@@ -197,6 +197,31 @@ TEST_F(QtDialogsTest, TheFontPickerKeepsABoldFontThatNobodyTouched) {
   ASSERT_TRUE(picked.has_value());
   EXPECT_TRUE(picked->bold);
   EXPECT_EQ(picked->size, 9.0F);
+}
+
+// The dialog offers whole points and the families of the machine.
+TEST_F(QtDialogsTest, TheFontPickerChangesNothingThatNobodyTouched) {
+  for (const Font& font : {Font{}, Font{"A font of elsewhere", 8.25F, false, false},
+                           Font{"DejaVu Sans", 10.5F, true, true}}) {
+    user.With("PickFont", [](QWidget& dialog) { dynamic_cast<QDialog&>(dialog).accept(); });
+    const std::optional<Font> picked = user.dialogs().PickFont(font);
+    ASSERT_TRUE(picked.has_value());
+    EXPECT_EQ(picked->name, font.name);
+    EXPECT_EQ(picked->size, font.size);
+    EXPECT_EQ(picked->bold, font.bold);
+    EXPECT_EQ(picked->italic, font.italic);
+  }
+}
+
+TEST_F(QtDialogsTest, AnInputBoxGivesOneLineWhateverIsPasted) {
+  user.With("InputBox", [](QWidget& dialog) {
+    auto& box = dynamic_cast<QInputDialog&>(dialog);
+    auto* edit = box.findChild<QLineEdit*>();
+    edit->clear();
+    edit->insert("one\ntwo\tthree");
+    box.accept();
+  });
+  EXPECT_EQ(user.dialogs().InputBox("Prompt", "Title", ""), "one two three");
 }
 
 TEST(ToNameFilters, TakesTheFiltersOfTheSystemApart) {

@@ -268,7 +268,7 @@ TEST_F(PrintingAScreen, ANameAndItsValueBesideItStayOnOnePageOfAVeryWideScreen) 
   Print();
   EXPECT_TRUE(Asked().setup.landscape);
   const auto pages = Pages();
-  EXPECT_EQ(pages.size(), 4U);
+  EXPECT_EQ(pages.size(), 5U);
   for (const auto& page : pages) {
     for (const std::string& text : page) {
       if (!text.starts_with("n")) continue;

@@ -156,12 +156,21 @@ TEST_F(Leaving, AChangedScreenIsLostOnNo) {
   EXPECT_TRUE(Unloaded());
 }
 
-TEST_F(Leaving, AClosedQuestionCountsAsNo) {
+TEST_F(Leaving, AQuestionLeftWithoutAnAnswerKeepsTheProgramAndTheChange) {
   Paint();
   ExpectScreenQuestion();
   Exit();
   EXPECT_EQ(OnDisk(), Text());
-  EXPECT_TRUE(Unloaded());
+  EXPECT_FALSE(Unloaded());
+  EXPECT_TRUE(main().WCRChanged);
+}
+
+TEST_F(Leaving, AProjectQuestionLeftWithoutAnAnswerKeepsTheProgram) {
+  ChangeProject();
+  ExpectProjectQuestion();
+  Exit();
+  EXPECT_FALSE(Unloaded());
+  EXPECT_TRUE(main().ProjectChanged);
 }
 
 TEST_F(Leaving, AScreenWithoutAFileIsSavedUnderTheNameThatTheUserGives) {

@@ -49,8 +49,7 @@ bool Offers(Buttons buttons, Answer answer) {
 }
 
 Answer WhenClosed(Buttons buttons) {
-  if (buttons == Buttons::kOkCancel) return Answer::kCancel;
-  return buttons == Buttons::kYesNo ? Answer::kNo : Answer::kOk;
+  return buttons == Buttons::kOk ? Answer::kOk : Answer::kCancel;
 }
 
 std::string ShortBox(const std::string& text, const std::string& title) {

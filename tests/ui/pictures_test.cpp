@@ -10,7 +10,7 @@
 #include <QTimer>
 
 #include "platform/qt/qt_dialogs.h"
-#include "ui/ui_fixture.h"
+#include "ui/edit_fixture.h"
 
 namespace tarnlink {
 namespace {
@@ -69,7 +69,7 @@ struct Look {
   bool dark;
 };
 
-class Pictures : public UiTest, public ::testing::WithParamInterface<Look> {
+class Pictures : public EditUiTest, public ::testing::WithParamInterface<Look> {
  protected:
   Pictures() : usual_(QApplication::palette()) {
     if (GetParam().dark) QApplication::setPalette(DarkPalette());
@@ -170,13 +170,56 @@ TEST_P(Pictures, ShowTheSamples) {
   }
 }
 
+// Check boxes, the frame of the keyboard, a value that is read from afar, and a drag on its way.
+TEST_P(Pictures, ShowAScreenBeingEdited) {
+  ShowChecks();
+  window->resize(1000, 620);
+  OpenScreen(BoilerScreen());
+  Get("RAM_LOC_TEXT(2)").setFocus(Qt::TabFocusReason);
+  FinishPainting();
+  Save(*window, "edit-name-focused");
+  Get("RAM_LOC_CHECK(3)").setFocus(Qt::TabFocusReason);
+  Save(*window, "edit-check-focused");
+  Get("lbl_TextInfo(1)").setFocus(Qt::TabFocusReason);
+  Save(*window, "edit-label-focused");
+  Grab("RAM_LOC_TEXT(1)", QPoint(150, 230));
+  Save(*window, "edit-drag");
+  MoveTo(On("RAM_LOC_VAL(6)"));
+  Save(*window, "edit-drag-refused");
+  Key(Qt::Key_Escape);
+  Release();
+  SetGrid(true);
+  Drag("RAM_LOC_TEXT(1)", QPoint(0, 240));
+  for (int i = 0; i < 3; ++i) Click("Toolbar1(1)");
+  Click("Toolbar1(4)");
+  FinishPainting();
+  Save(*window, "edit-added-on-the-grid");
+}
+
+TEST_P(Pictures, ShowValuesThatAreReadFromAfar) {
+  BeginLarge();
+  OpenScreen(BoilerScreen());
+  const std::pair<const char*, const char*> values[] = {
+      {"RAM_LOC_VAL(1)", "65535"}, {"RAM_LOC_VAL(5)", "-12345"}, {"RAM_LOC_VAL(8)", "10110111"}};
+  for (const auto& [name, text] : values) {
+    ClickAt(On(name), Qt::LeftButton, Qt::ShiftModifier);
+    const int index = name[12] - '0';
+    monitor.main.RAM_LOC_VAL(index).Text = text;
+  }
+  FinishPainting();
+  Save(*window, "edit-large-values");
+}
+
 TEST_P(Pictures, ShowTheMenus) {
   world.settings().SaveSetting("FileHistory", "Hist0", "/home/user/screens/boiler room.wcr");
   world.settings().SaveSetting("FileHistory", "Hist1", "/home/user/" + std::string(200, 'x'));
   BeginLarge();
   OpenScreen(BoilerScreen());
+  Drag("RAM_LOC_TEXT(1)", QPoint(0, 240));
+  Click("Toolbar1(4)");
+  Undo();
   Click("Toolbar1(2)");
-  for (const char* name : {"M_file", "M_Tools", "mnuProject", "M_Help"}) {
+  for (const char* name : {"M_file", "M_edit", "M_Tools", "mnuProject", "M_Help"}) {
     QMenu* menu = Entry(name).menu();
     menu->popup(QPoint(0, 0));
     ASSERT_TRUE(QTest::qWaitForWindowExposed(menu));

@@ -175,9 +175,13 @@ TEST_F(ScreenTest, ACheckBoxGoesBothWays) {
 TEST_F(ScreenTest, ACheckBoxTellsAScreenReaderWhatItIsFor) {
   OpenScreen(kTwoLocations);
   monitor.main.RAM_LOC_CHECK(1).Visible = true;
-  EXPECT_EQ(Get("RAM_LOC_CHECK(1)").accessibleName(), "Scan Flow");
+  const auto called = [this](const QString& name) {
+    const QWidget& check = Get("RAM_LOC_CHECK(1)");
+    return QTest::qWaitFor([&] { return check.accessibleName() == name; }, 2000);
+  };
+  EXPECT_TRUE(called("Scan Flow"));
   monitor.main.RAM_LOC_TEXT(1).Text = "Return";
-  EXPECT_EQ(Get("RAM_LOC_CHECK(1)").accessibleName(), "Scan Return");
+  EXPECT_TRUE(called("Scan Return"));
   EXPECT_EQ(Get("RAM_LOC_TEXT(2)").accessibleName(), "Status");
   EXPECT_EQ(Get("RAM_LOC_VAL(2)").accessibleName(), "Value 2");
 }

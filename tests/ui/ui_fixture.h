@@ -15,6 +15,7 @@
 #include <QTest>
 #include <QWidget>
 #include <memory>
+#include <ostream>
 #include <string>
 
 #include "monitor/monitor.h"
@@ -22,6 +23,19 @@
 #include "ui/about_dialog.h"
 #include "ui/main_window.h"
 #include "ui/options_dialog.h"
+
+// What a failed comparison says.
+inline void PrintTo(const QPoint& place, std::ostream* out) {
+  *out << place.x() << ", " << place.y();
+}
+inline void PrintTo(const QSize& size, std::ostream* out) {
+  *out << size.width() << " x " << size.height();
+}
+inline void PrintTo(const QRect& place, std::ostream* out) {
+  PrintTo(place.size(), out);
+  *out << " at ";
+  PrintTo(place.topLeft(), out);
+}
 
 namespace tarnlink {
 

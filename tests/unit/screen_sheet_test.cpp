@@ -266,7 +266,7 @@ TEST_F(ScreenOnPaper, ALabelTooWideForAPageIsCutWithASign) {
   EXPECT_EQ(Pages(sheet), 1U);
   const std::string texts = Texts(sheet);
   EXPECT_NE(texts.find("w…\""), std::string::npos);
-  EXPECT_EQ(FontOf(sheet, "www"), "font Sans Serif 2.625");
+  EXPECT_EQ(FontOf(sheet, "www"), "font Sans Serif 3.75");
 }
 
 // --- Check boxes ---

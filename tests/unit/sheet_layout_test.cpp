@@ -113,6 +113,15 @@ TEST(SheetLayout, WhereEveryBreakWouldCutEachObjectGoesWholeToOnePage) {
   ExpectAllWhole(stairs, layout, kRoomWidth, kRoomHeight);
 }
 
+TEST(SheetLayout, AGroupStaysTogetherWhereverItsObjectsStandInTheList) {
+  const Objects objects = {At(0, 0), At(0, 9000, 2000, 300, 7), At(4000, 0),
+                           At(2000, 9000, 2000, 600, 7)};
+  EXPECT_EQ(PagesOf(Lay(objects)), "0 1 2 3");
+  const Objects low = {At(0, 0), At(0, 9300, 2000, 300, 7), At(4000, 0),
+                       At(2000, 9300, 2000, 600, 7)};
+  EXPECT_EQ(PagesOf(Lay(low)), "0 2 | 1 3");
+}
+
 TEST(SheetLayout, AnObjectTallerThanAPageIsCutAtThePagesEnd) {
   const SheetLayout layout = Lay({At(0, 0), At(0, 1000, 2000, 30'000), At(0, 40'000)});
   EXPECT_EQ(PagesOf(layout), "0 | 1 | 2");

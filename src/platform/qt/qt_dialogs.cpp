@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QFontDatabase>
 #include <QFontDialog>
 #include <QFontInfo>
 #include <QInputDialog>
@@ -22,6 +23,7 @@
 #include "platform/qt/qt_colour.h"
 #include "platform/qt/qt_font.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/question_box.h"
 
 namespace tarnlink {
 namespace {
@@ -52,6 +54,26 @@ QString ShownText(const std::string& text) {
   return ToQt(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
 }
 
+// The family's own word for this weight and slant; the dialog would offer any other style without
+// it. Empty if the family has none.
+QString StyleOf(const QFont& font) {
+  for (const QString& style : QFontDatabase::styles(font.family())) {
+    if (QFontDatabase::bold(font.family(), style) == font.bold() &&
+        QFontDatabase::italic(font.family(), style) == font.italic()) {
+      return style;
+    }
+  }
+  return {};
+}
+
+// What is pasted into one line may hold line ends and tabs all the same.
+QString OneLine(QString text) {
+  for (QChar& letter : text) {
+    if (letter.category() == QChar::Other_Control) letter = QLatin1Char(' ');
+  }
+  return text;
+}
+
 QMessageBox::Icon ToQtIcon(Icon icon) {
   switch (icon) {
     case Icon::kCritical:
@@ -70,7 +92,7 @@ QMessageBox::Icon ToQtIcon(Icon icon) {
 
 struct ButtonPair {
   QMessageBox::StandardButton first;
-  QMessageBox::StandardButton second;  // also what closing the box means
+  QMessageBox::StandardButton second;
 };
 
 ButtonPair ToQtButtons(Buttons buttons) {
@@ -133,7 +155,7 @@ QtDialogs::QtDialogs() = default;
 QtDialogs::~QtDialogs() = default;
 
 Answer QtDialogs::MessageBox(const MessageBoxRequest& request) {
-  auto box = std::make_unique<QMessageBox>(Owner());
+  std::unique_ptr<QMessageBox> box = std::make_unique<QuestionBox>(Owner());
   box->setIcon(ToQtIcon(request.icon));
   box->setWindowTitle(ToQt(request.title));
   box->setText(ShownText(request.text));
@@ -145,7 +167,8 @@ Answer QtDialogs::MessageBox(const MessageBoxRequest& request) {
   box->setStandardButtons(buttons.first | buttons.second);
   box->setDefaultButton(request.second_is_default ? buttons.second : buttons.first);
   const auto shown = Run(std::move(box), QStringLiteral("MessageBox"));
-  return ToAnswer(shown == nullptr ? buttons.second : shown->result());
+  const int pressed = shown == nullptr ? QMessageBox::Cancel : shown->result();
+  return request.buttons == Buttons::kOk ? Answer::kOk : ToAnswer(pressed);
 }
 
 std::optional<std::string> QtDialogs::InputBox(const std::string& prompt, const std::string& title,
@@ -155,10 +178,12 @@ std::optional<std::string> QtDialogs::InputBox(const std::string& prompt, const 
   dialog->setWindowTitle(ToQt(title));
   dialog->setLabelText(ShownText(prompt));
   dialog->setTextValue(ToQt(text));
+  constexpr int kLettersInSight = 50;
+  dialog->resize(dialog->fontMetrics().averageCharWidth() * kLettersInSight, dialog->height());
   ShowTextsPlain(*dialog);
   const auto shown = Run(std::move(dialog), QStringLiteral("InputBox"));
   if (shown == nullptr || shown->result() != QDialog::Accepted) return std::nullopt;
-  return FromQt(shown->textValue());
+  return FromQt(OneLine(shown->textValue()));
 }
 
 std::optional<std::string> QtDialogs::OpenFile(const FileDialogRequest& request) {
@@ -202,11 +227,22 @@ std::optional<Font> QtDialogs::PickFont(const Font& font) {
   // take the bold away.
   QFont initial = ToPaperFont(font);
   initial.setFamily(QFontInfo(initial).family());
+  initial.setStyleName(StyleOf(initial));
   auto dialog = std::make_unique<QFontDialog>(initial, Owner());
   dialog->setOption(QFontDialog::DontUseNativeDialog, !DesktopHasDialogs());
+  const Font offered = ToFont(dialog->currentFont());
   const auto shown = Run(std::move(dialog), QStringLiteral("PickFont"));
   if (shown == nullptr || shown->result() != QDialog::Accepted) return std::nullopt;
-  return ToFont(shown->selectedFont());
+  // The dialog offers whole points and the families of this machine only. What the user leaves as
+  // it was offered stays as it was.
+  Font picked = ToFont(shown->selectedFont());
+  if (picked.name == offered.name) picked.name = font.name;
+  if (picked.size == offered.size) picked.size = font.size;
+  if (picked.bold == offered.bold && picked.italic == offered.italic) {
+    picked.bold = font.bold;
+    picked.italic = font.italic;
+  }
+  return picked;
 }
 
 std::optional<PageSetup> QtDialogs::PickPrinter(const PageSetup& setup) {

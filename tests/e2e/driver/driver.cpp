@@ -5,6 +5,8 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTimer>
 #include <QWidget>
@@ -56,6 +58,7 @@ QString Driver::Obey(const QString& line) {
   if (verb == "title") return Property(rest, "windowTitle");
   if (verb == "modal") return Modal();
   if (verb == "click") return Click(rest);
+  if (verb == "type") return Type(rest);
   if (verb == "picture") return Picture(rest);
   return "unknown: " + line;
 }
@@ -95,6 +98,18 @@ QString Driver::Click(const QString& text) {
     return "ok";
   }
   return "no such: " + text;
+}
+
+// In place of what stands in the edit field that has the keyboard.
+QString Driver::Type(const QString& text) {
+  auto* edit = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+  if (edit == nullptr) return "no edit field has the keyboard";
+  edit->selectAll();
+  for (const QChar letter : text) {
+    QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, letter);
+    QApplication::sendEvent(edit, &press);
+  }
+  return "ok";
 }
 
 QString Driver::Picture(const QString& file) {

@@ -20,6 +20,7 @@ class Driver final : public QObject {
   QString Property(const QString& name, const char* property);
   QString Modal();
   QString Click(const QString& button);
+  QString Type(const QString& text);
   QString Picture(const QString& file);
 
   QSocketNotifier notifier_;

@@ -1,0 +1,90 @@
+// What the real program puts on paper and into its export, read back with tools that are not ours.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <memory>
+
+#include "driven_program.h"
+
+namespace e2e {
+namespace {
+
+constexpr int kLocations = 512;
+
+std::string NameOf(int index) { return "Item-" + std::to_string(index) + "-"; }
+
+// Twelve columns, far larger than the window and than a page.
+std::string LargeScreen() {
+  constexpr int kRows = 43;
+  std::string text = "16744576\r\n";
+  for (int i = 0; i < kLocations; ++i) {
+    const std::string top = std::to_string(120 + i % kRows * 330);
+    const int left = 450 + i / kRows * 4300;
+    text += "\"L\",0,1,\"01A0\",0,\"" + NameOf(i + 1) + "\",\"v\",0,0,0,0,\"0\",0," + top + "," +
+            std::to_string(left + 2100) + "," + top + "," + std::to_string(left) + ",\"0\"\r\n";
+  }
+  return text + "\"T\",\"Boiler room\",14500,450,\"DejaVu Sans\",12,#TRUE#,#FALSE#,255\r\n";
+}
+
+// What `command` prints.
+std::string Output(const std::string& command) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+  std::string text;
+  std::array<char, 4096> piece;
+  while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), pipe.get())) {
+    text.append(piece.data(), count);
+  }
+  return text;
+}
+
+class OnPaper : public testing::Test {
+ protected:
+  // Gives the name in the file dialog that is up, or comes up.
+  void SaveAs(const std::string& title, const std::string& path) {
+    ASSERT_TRUE(program.Becomes("modal", title + "|SaveFile"));
+    ASSERT_TRUE(program.Becomes("type " + path, "ok"));
+    EXPECT_EQ(program.Ask("click Save"), "ok");
+  }
+
+  TestFolder folder;
+  DrivenProgram program{folder, "", folder.Write("large.wcr", LargeScreen())};
+};
+
+TEST_F(OnPaper, TheExportHoldsEveryLocationInOrder) {
+  program.Press("mnuPrintToFile");
+  SaveAs("Doc file", folder.Path("report.doc"));
+  ASSERT_TRUE(program.Becomes("modal", "Export to DOC|InputBox"));
+  ASSERT_TRUE(program.Becomes("type Night shift", "ok"));
+  EXPECT_EQ(program.Ask("click OK"), "ok");
+  ASSERT_TRUE(program.Becomes("modal", "none"));
+  std::string expected = "\r\n\r\n\r\nNight shift\r\n\r\n";
+  for (int i = 1; i <= kLocations; ++i) {
+    expected += NameOf(i) + "\tValue " + std::to_string(i) + "\r\n";
+  }
+  const std::string report = folder.Read("report.doc");
+  EXPECT_TRUE(report.starts_with(folder.Path("large.wcr") + "  "));
+  EXPECT_EQ(report.substr(report.find("\r\n")), expected);
+}
+
+TEST_F(OnPaper, ThePdfHoldsEveryLocationAndLabel) {
+  program.Press("mnuPrint");
+  ASSERT_TRUE(program.Becomes("modal", "Print Screen|Preview"));
+  program.Press("PreviewPdf");
+  SaveAs("Save as PDF", folder.Path("screen.pdf"));
+  ASSERT_TRUE(program.Becomes("modal", "none"));
+  const std::string text = Output("pdftotext -layout '" + folder.Path("screen.pdf") + "' -");
+  int missing = 0;
+  for (int i = 1; i <= kLocations; ++i) {
+    if (text.find(NameOf(i)) == std::string::npos) ++missing;
+    if (text.find("Value " + std::to_string(i)) == std::string::npos) ++missing;
+  }
+  EXPECT_EQ(missing, 0);
+  EXPECT_NE(text.find("Boiler room"), std::string::npos);
+  const std::string pages = Output("pdfinfo '" + folder.Path("screen.pdf") + "'");
+  EXPECT_NE(pages.find("Page size:"), std::string::npos) << pages;
+}
+
+}  // namespace
+}  // namespace e2e
