@@ -5,6 +5,7 @@
 #include "files/screen_file.h"
 #include "monitor/location_table.h"
 #include "protocols/tarnlink_frame.h"
+#include "protocols/zolt_message.h"
 
 namespace {
 
@@ -15,6 +16,26 @@ void BuildReadRequest(benchmark::State& state) {
   }
 }
 BENCHMARK(BuildReadRequest);
+
+// A poll has some 20 ms; building and taking apart a frame are to stay below a microsecond each.
+void BuildZoltFrame(benchmark::State& state) {
+  std::int32_t id = 0xC80;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(id);
+    benchmark::DoNotOptimize(tarnlink::BuildZoltMessage(0x85, "0", id, 0x5A, 0));
+  }
+}
+BENCHMARK(BuildZoltFrame);
+
+void ParseZoltFrame(benchmark::State& state) {
+  const std::string frame = tarnlink::BuildZoltMessage(0x15, "0", 0xC80, 0x5A, 0);
+  std::string_view raw = frame;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(raw);
+    benchmark::DoNotOptimize(tarnlink::ParseZoltMessage(raw));
+  }
+}
+BENCHMARK(ParseZoltFrame);
 
 void ValueToText(benchmark::State& state) {
   for (auto _ : state) {
