@@ -23,7 +23,6 @@ constexpr double kRoomTemperature = 20;
 constexpr double kDhwFlowTarget = 75;
 constexpr double kPurgeRpm = 4000;
 constexpr double kIgnitionRpm = 2800;
-constexpr double kWaitSeconds = 15;
 constexpr double kLockoutSeconds = 90;
 constexpr double kLowestPower = 25;
 
@@ -75,6 +74,7 @@ void BoilerModel::Restart() {
   state_.steps = 0;
   state_.uptime_seconds = 0;
   state_.error_code = 0;
+  state_.test_mode = false;
   state_.power = 0;
   state_.flame_current = 0;
   Enter(Phase::kStandby);
@@ -115,16 +115,17 @@ void BoilerModel::StepDemand(const BoilerSettings& settings) {
   if (settings.tap_flow > 0) flow = settings.tap_flow / 10.0;
   state_.tap_flow = flow;
   state_.dhw_demand = flow >= 2;
+  state_.target = Target(settings);
 }
 
 double BoilerModel::Target(const BoilerSettings& settings) const {
   return state_.dhw_demand ? kDhwFlowTarget : settings.flow_setpoint;
 }
 
-bool BoilerModel::WantsBurner(const BoilerSettings& settings) const {
+bool BoilerModel::WantsBurner() const {
   if (!state_.ch_demand && !state_.dhw_demand) return false;
-  const double hysteresis = state_.phase == Phase::kBurn ? 5 : -4;
-  return state_.flow < Target(settings) + hysteresis;
+  const double hysteresis = state_.phase == Phase::kBurn ? kBurnerOffAbove : -4;
+  return state_.flow < state_.target + hysteresis;
 }
 
 void BoilerModel::Enter(Phase phase) {
@@ -135,7 +136,7 @@ void BoilerModel::Enter(Phase phase) {
 void BoilerModel::StepPhase(const BoilerSettings& settings) {
   switch (state_.phase) {
     case Phase::kStandby:
-      if (WantsBurner(settings)) Enter(Phase::kPrepurge);
+      if (WantsBurner()) Enter(Phase::kPrepurge);
       break;
     case Phase::kPrepurge:
       if (state_.phase_seconds >= Fifths(settings.prepurge)) Enter(Phase::kIgnition);
@@ -144,7 +145,7 @@ void BoilerModel::StepPhase(const BoilerSettings& settings) {
       StepIgnition(settings);
       break;
     case Phase::kBurn:
-      if (!WantsBurner(settings)) Enter(Phase::kPostpurge);
+      if (!WantsBurner()) Enter(Phase::kPostpurge);
       break;
     case Phase::kPostpurge:
       if (state_.phase_seconds >= Fifths(settings.postpurge)) Enter(Phase::kWait);
@@ -183,8 +184,10 @@ bool BoilerModel::Ignites() const {
 
 void BoilerModel::StepBurner(const BoilerSettings& settings) {
   const bool burns = state_.phase == Phase::kBurn;
+  state_.test_mode = settings.test_power > 0;
   if (burns) {
-    const double wanted = kLowestPower + 5 * (Target(settings) - state_.flow);
+    const double by_flow = kLowestPower + 5 * (state_.target - state_.flow);
+    const double wanted = state_.test_mode ? settings.test_power : by_flow;
     Approach(state_.power, std::clamp(wanted, kLowestPower, 100.0), 4);
     state_.fan_target = 1500 + 45 * state_.power;
     const double current = 3 + 0.06 * state_.power + 0.3 * Noise(1);

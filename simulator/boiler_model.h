@@ -21,6 +21,10 @@ enum class Phase : std::uint8_t {
 };
 
 constexpr int kErrorNoFlame = 4;
+// The least time between two burner starts.
+constexpr double kWaitSeconds = 15;
+// So many degrees above the target of the flow the burner goes off.
+constexpr double kBurnerOffAbove = 5;
 
 // What the user and the installer set. The controller fills it from its memory before each step.
 struct BoilerSettings {
@@ -31,7 +35,8 @@ struct BoilerSettings {
   int prepurge = 25;       // fifths of a second, as the next two
   int ignition = 15;
   int postpurge = 40;
-  int retries = 3;  // failed ignitions that make a lockout
+  int retries = 3;     // failed ignitions that make a lockout
+  int test_power = 0;  // percent, in test mode; 0: by the flow temperature
 };
 
 struct ErrorEntry {
@@ -57,6 +62,8 @@ struct BoilerState {
   double phase_seconds = 0;
   bool ch_demand = false;
   bool dhw_demand = false;
+  bool test_mode = false;
+  double target = 60;  // of the flow
   double flow = 35;
   double back = 30;  // return water
   double dhw = 40;
@@ -105,7 +112,7 @@ class BoilerModel {
   void Enter(Phase phase);
   bool Ignites() const;
   double Target(const BoilerSettings& settings) const;
-  bool WantsBurner(const BoilerSettings& settings) const;
+  bool WantsBurner() const;
   // -1 to 1, for the given quantity at this step.
   double Noise(std::uint64_t quantity) const;
 

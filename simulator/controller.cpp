@@ -1,7 +1,9 @@
 #include "simulator/controller.h"
 
 #include <algorithm>
+#include <string>
 
+#include "simulator/crc.h"
 #include "simulator/random.h"
 
 namespace boiler {
@@ -9,16 +11,13 @@ namespace {
 
 constexpr std::uint64_t kEepromPattern = 100;  // its own numbers of the seed
 
-// Polynomial 0x1021 from 0, bit by bit.
-std::uint16_t BlockCheck(const Memory& memory, std::uint16_t first, int count) {
-  unsigned check = 0;
-  for (int i = 0; i < count; ++i) {
-    check ^= static_cast<unsigned>(memory.Byte(static_cast<std::uint16_t>(first + i))) << 8;
-    for (int bit = 0; bit < 8; ++bit) {
-      check = (check & 0x8000) != 0 ? check << 1 ^ 0x1021 : check << 1;
-    }
+// Brings the check of the EEPROM block at `first` up to date.
+void CheckBlock(Memory& memory, std::uint16_t first) {
+  std::string data;
+  for (int i = 0; i < kEepromBlockData; ++i) {
+    data += static_cast<char>(memory.Byte(static_cast<std::uint16_t>(first + i)));
   }
-  return static_cast<std::uint16_t>(check);
+  memory.SetWord(static_cast<std::uint16_t>(first + kEepromBlockData), CrcXmodem(data));
 }
 
 }  // namespace
@@ -52,6 +51,12 @@ int Controller::Value(const MemoryItem& item) const {
   return memory_.Byte(item.address);
 }
 
+void Controller::Set(const MemoryItem& item, int value) {
+  Store(item, value);
+  if (item.role != ItemRole::kEeprom) return;
+  CheckBlock(memory_, static_cast<std::uint16_t>(item.address / kEepromBlock * kEepromBlock));
+}
+
 void Controller::Reboot() {
   model_.Restart();
   PowerOn();
@@ -66,9 +71,7 @@ void Controller::FillEeprom(std::uint64_t seed) {
     if (item.role == ItemRole::kEeprom) Store(item, item.power_on);
   }
   for (unsigned block = kEepromFirst; block <= kEepromLast; block += kEepromBlock) {
-    const auto first = static_cast<std::uint16_t>(block);
-    memory_.SetWord(static_cast<std::uint16_t>(block + kEepromBlockData),
-                    BlockCheck(memory_, first, kEepromBlockData));
+    CheckBlock(memory_, static_cast<std::uint16_t>(block));
   }
 }
 
@@ -76,8 +79,10 @@ void Controller::PowerOn() {
   memory_.Erase(0x0000, kEepromFirst - 1);
   memory_.Erase(kEepromLast + 1, 0xFFFF);
   for (const MemoryItem& item : MemoryLayout()) {
-    if (item.role == ItemRole::kSetting) Store(item, memory_.Byte(item.stored_at));
-    if (item.role == ItemRole::kConstant) Store(item, item.power_on);
+    const bool stored = item.stored_at != 0;
+    if (stored) Store(item, memory_.Byte(item.stored_at));
+    const bool fixed = item.role == ItemRole::kSetting || item.role == ItemRole::kConstant;
+    if (fixed && !stored) Store(item, item.power_on);
   }
   Publish();
 }

@@ -27,6 +27,9 @@ class Controller {
 
   // The item's value as a number with its sign.
   int Value(const MemoryItem& item) const;
+  // What a master with an ID or a register for the item does: unlike a write to memory it brings
+  // the check of an EEPROM block up to date.
+  void Set(const MemoryItem& item, int value);
 
   // Power off and on: RAM starts anew, EEPROM, counters and error history stay.
   void Reboot();

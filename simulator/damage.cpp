@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "simulator/bytes.h"
+
 namespace boiler {
 namespace {
 
@@ -127,6 +129,12 @@ std::string NoiseBytes(int count, Random& random) {
   std::string bytes(static_cast<std::size_t>(count), '\0');
   for (char& byte : bytes) byte = random.Byte();
   return bytes;
+}
+
+std::string RandomDigits(int count, Random& random) {
+  std::string digits;
+  while (count-- > 0) digits += HexDigits(static_cast<unsigned>(random.Below(16)), 1);
+  return digits;
 }
 
 }  // namespace boiler

@@ -16,4 +16,7 @@ std::string Damaged(const Fault& fault, std::string frame, Random& random);
 // `count` bytes by chance.
 std::string NoiseBytes(int count, Random& random);
 
+// `count` upper-case hexadecimal digits by chance.
+std::string RandomDigits(int count, Random& random);
+
 }  // namespace boiler

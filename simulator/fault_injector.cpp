@@ -10,6 +10,7 @@ namespace {
 bool Applies(const Fault& fault, const ExchangeFacts& facts) {
   if (NeedsWrite(fault.kind)) return facts.write;
   if (fault.kind == FaultKind::kStaleDuplicate) return facts.answered_before;
+  if (fault.kind == FaultKind::kWrongId) return facts.names_id;
   if (fault.kind == FaultKind::kMergeTwo) return !facts.answer_held;
   return true;
 }

@@ -16,6 +16,7 @@ struct ExchangeFacts {
   bool write = false;
   bool answered_before = false;  // there is an earlier answer that can come again
   bool answer_held = false;      // an earlier answer is still being held back
+  bool names_id = true;          // the answer names what was asked for
 };
 
 class FaultInjector {

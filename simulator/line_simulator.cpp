@@ -14,6 +14,8 @@ enum Purpose : std::uint64_t { kWhichFault = 200, kShapeOfFault, kBabble };
 
 // A late answer and the one that it was taken for come apart in two reads.
 constexpr std::int64_t kLateGapUs = 5'000;
+// Above 19200 baud a silence of 3.5 characters is held to be this long.
+constexpr std::int64_t kShortestSilenceUs = 1'750;
 
 }  // namespace
 
@@ -43,7 +45,7 @@ std::optional<std::int64_t> LineSimulator::NextDue() const {
     if (time_us) next = next ? std::min(*next, *time_us) : *time_us;
   };
   consider(endless_.NextDue());
-  if (slave_.Waiting()) consider(heard_until_us_ + options_.idle_gap_us);
+  if (slave_.Waiting()) consider(SilentAt());
   return next;
 }
 
@@ -96,8 +98,13 @@ void LineSimulator::Cut(std::int64_t now_us) {
   heard_until_us_ = now_us;
 }
 
+std::int64_t LineSimulator::SilentAt() const {
+  if (!slave_.EndsInSilence()) return heard_until_us_ + options_.idle_gap_us;
+  return heard_until_us_ + std::max(options_.pace.TimeOf(7) / 2, kShortestSilenceUs);
+}
+
 void LineSimulator::EndSilence(std::int64_t now_us) {
-  const std::int64_t end_us = heard_until_us_ + options_.idle_gap_us;
+  const std::int64_t end_us = SilentAt();
   if (!slave_.Waiting() || now_us < end_us) return;
   if (const auto heard = slave_.Silence()) Handle(*heard, end_us);
 }
@@ -128,7 +135,8 @@ void LineSimulator::Exchange(const Request& request, std::int64_t time_us) {
     outgoing_.KeepQuiet(kLateGapUs);
   }
 
-  const auto fault = injector_.Next({request.write, maker_.AnsweredBefore(), !held_.empty()});
+  const auto fault = injector_.Next(
+      {request.write, maker_.AnsweredBefore(), !held_.empty(), slave_.NamesId(request)});
   const Reply reply = maker_.Make(request, fault);
   if (fault) {
     log_({time_us, LogKind::kFault, exchanges_, reply.check, reply.AllBytes(), FaultText(*fault)});

@@ -29,10 +29,11 @@
 namespace boiler {
 
 struct LineOptions {
-  Pace pace{};                        // of both directions
-  std::int64_t answer_delay_us = 0;   // from the request's last byte to the answer's first
-  std::int64_t idle_gap_us = 50'000;  // a silence that ends a frame; adapters pass bytes on in
-                                      // handfuls up to 16 ms apart
+  Pace pace{};                       // of both directions
+  std::int64_t answer_delay_us = 0;  // from the request's last byte to the answer's first
+  // A silence that ends a frame, where the protocol has none of its own; adapters pass bytes on in
+  // handfuls up to 16 ms apart.
+  std::int64_t idle_gap_us = 50'000;
 };
 
 class LineSimulator {
@@ -69,6 +70,8 @@ class LineSimulator {
     Hold hold;
   };
 
+  // When the silence since the last byte ends what waits.
+  std::int64_t SilentAt() const;
   void EndSilence(std::int64_t now_us);
   void Handle(const Heard& heard, std::int64_t time_us);
   void Exchange(const Request& request, std::int64_t time_us);

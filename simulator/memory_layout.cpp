@@ -46,9 +46,12 @@ MemoryItem Eeprom(std::string_view name, std::uint16_t address, int lowest, int 
           highest, meaning, nullptr, setting,           factory};
 }
 
+// The other way round from power to fan speed.
+double LoadOf(double rpm) { return (rpm - 1500) / 45; }
+
 int StatusHigh(const State& s) {
   const bool burns = s.phase == Phase::kBurn;
-  return (s.ch_demand && !s.dhw_demand) | s.dhw_demand << 1 | burns << 3;
+  return (s.ch_demand && !s.dhw_demand) | s.dhw_demand << 1 | s.test_mode << 2 | burns << 3;
 }
 
 int StatusLow(const State& s) {
@@ -63,7 +66,8 @@ std::vector<MemoryItem> LowRam() {
       Live("phase", 0x0060, kByte, 0, 6,
            "0 standby, 1 prepurge, 2 ignition, 3 burn, 4 postpurge, 5 wait, 6 lockout",
            [](const State& s) { return static_cast<int>(s.phase); }),
-      Live("status_high", 0x0061, kBits, 0, 15, "bit 0 heating, 1 hot water, 3 flame", StatusHigh),
+      Live("status_high", 0x0061, kBits, 0, 15, "bit 0 heating, 1 hot water, 2 test mode, 3 flame",
+           StatusHigh),
       Live("status_low", 0x0062, kBits, 0, 63,
            "bit 0 fault, 1 valve 1, 2 valve 2, 3 air pressure switch, 4 fan, 5 pump", StatusLow),
       Live("life", 0x0064, kByte, 0, 255, "one more each tenth of a second, over and over",
@@ -121,8 +125,29 @@ std::vector<MemoryItem> Measurements() {
            [](const State& s) { return SensorAd(s.dhw); }),
       Live("outside_ad", 0xF026, kWord, 0, 1023, "outside sensor as converted, 10 bits",
            [](const State& s) { return SensorAd(s.outside); }),
+  };
+}
+
+std::vector<MemoryItem> FurtherMeasurements() {
+  return {
       Live("noise", 0xF028, kSignedByte, -128, 127, "a new random number each tenth of a second",
            [](const State& s) { return static_cast<int>(s.noise & 0xFF) - 128; }),
+      Live("exchanger_temperature", 0xF02A, kSignedWord, 0, 1150, "tenths of a degree",
+           [](const State& s) { return Tenths((s.flow + s.back) / 2); }),
+      Live("air_temperature", 0xF02C, kSignedWord, -50, 600, "intake air, tenths of a degree",
+           [](const State& s) { return Tenths(s.outside + 15 + s.power / 20); }),
+      Live("flow_target", 0xF02E, kByte, 30, 85, "present target of the flow temperature, degrees",
+           [](const State& s) { return Whole(s.target); }),
+      Live("wait_seconds", 0xF02F, kByte, 0, 15, "left of the wait between two burner starts",
+           [](const State& s) {
+             return s.phase == Phase::kWait ? Whole(kWaitSeconds - s.phase_seconds) : 0;
+           }),
+      Live("valve_current", 0xF030, kByte, 0, 160, "gas valve, milliampere",
+           [](const State& s) { return s.power > 0 ? Whole(60 + s.power) : 0; }),
+      Live("measured_load", 0xF031, kByte, 0, 100, "burner load by the fan speed, percent",
+           [](const State& s) {
+             return s.phase == Phase::kBurn ? std::clamp(Whole(LoadOf(s.fan_rpm)), 0, 100) : 0;
+           }),
   };
 }
 
@@ -184,6 +209,8 @@ std::vector<MemoryItem> SettingsAndCommands() {
               "0 by the room thermostat, 255 always, others never"),
       Setting("tap", 0xF093, 0, 150, &S::tap_flow, 0x8003,
               "hot water drawn, tenths of a litre per minute; 0 by the household"),
+      Setting("test_power", 0xF094, 0, 100, &S::test_power, 0,
+              "test mode: burner power in percent, at least 25; 0 no test"),
       Command("reset", 0xF0A0, "any value but 0 ends a lockout"),
       Command("lock_out", 0xF0A1, "any value but 0 locks out with this error code"),
       Constant("version_major", 0xF0F0, kByte, 3, "software version, before the point"),
@@ -203,6 +230,7 @@ std::vector<MemoryItem> EepromItems() {
       Eeprom("ignition_time", 0x8011, 5, 50, 15, "fifths of a second", &S::ignition),
       Eeprom("postpurge_time", 0x8012, 5, 250, 40, "fifths of a second", &S::postpurge),
       Eeprom("retries", 0x8013, 1, 10, 3, "failed ignitions that make a lockout", &S::retries),
+      Eeprom("storage_setpoint", 0x8014, 40, 70, 60, "degrees; kept for a store that is not there"),
       Eeprom("eeprom_major", 0x8020, 0, 255, 2, "version of the EEPROM, before the point"),
       Eeprom("eeprom_minor", 0x8021, 0, 255, 14, "version of the EEPROM, behind the point"),
   };
@@ -210,8 +238,8 @@ std::vector<MemoryItem> EepromItems() {
 
 std::vector<MemoryItem> MakeLayout() {
   std::vector<MemoryItem> all;
-  for (const auto& part : {LowRam(), EepromItems(), Measurements(), Counters(), ErrorHistory(),
-                           SettingsAndCommands()}) {
+  for (const auto& part : {LowRam(), EepromItems(), Measurements(), FurtherMeasurements(),
+                           Counters(), ErrorHistory(), SettingsAndCommands()}) {
     all.insert(all.end(), part.begin(), part.end());
   }
   return all;

@@ -31,7 +31,7 @@ struct MemoryItem {
   int (*live)(const BoilerState&) = nullptr;  // what a live item shows
   int BoilerSettings::*setting = nullptr;     // what the boiler reads from here
   int power_on = 0;                           // of items that are not live
-  std::uint16_t stored_at = 0;                // EEPROM cell that power on loads instead
+  std::uint16_t stored_at = 0;                // EEPROM cell that power on loads instead; 0 none
 };
 
 // The EEPROM area, both ends included: blocks of 16 bytes, 14 of data and a check of them, low byte

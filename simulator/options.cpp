@@ -18,7 +18,10 @@ constexpr std::string_view kHelp =
     "\n"
     "  --device PATH    use this serial device instead, at the speed of --baud\n"
     "  --link PATH      name the pseudo terminal by a symbolic link\n"
-    "  --protocol NAME  tarnlink\n"
+    "  --protocol NAME  tarnlink (the default), zolt or modbus\n"
+    "  --slaves LIST    addresses with commas between them: zolt 0 to F, 0 when not given; modbus\n"
+    "                   1 to 247, 1 when not given\n"
+    "  --corrupted      zolt: answers a request whose check is wrong as corrupted\n"
     "  --baud N         speed of the line, 9600 when not given\n"
     "  --bits N         bits per byte on the line, 10 (the default) or 11\n"
     "  --at-once        bytes take no time\n"
@@ -55,6 +58,7 @@ std::map<std::string, std::function<void(Value)>> OptionsWithValue(ProgramOption
       {"--device", [&](Value text) { options.device = text; }},
       {"--link", [&](Value text) { options.link = text; }},
       {"--protocol", [&](Value text) { options.boiler.protocol = text; }},
+      {"--slaves", [&](Value text) { options.boiler.slave.addresses = text; }},
       {"--baud",
        [&](Value text) { baud = static_cast<int>(Number("--baud", text, 50, 4'000'000)); }},
       {"--bits",
@@ -81,7 +85,10 @@ ProgramOptions ParseOptions(const std::vector<std::string>& words) {
   bool at_once = false;
   const auto with_value = OptionsWithValue(options, baud);
   const std::map<std::string, bool*> plain = {
-      {"--at-once", &at_once}, {"--until-eof", &options.until_eof}, {"--help", &options.help}};
+      {"--at-once", &at_once},
+      {"--corrupted", &options.boiler.slave.answers_corrupted},
+      {"--until-eof", &options.until_eof},
+      {"--help", &options.help}};
   for (auto word = words.begin(); word != words.end(); ++word) {
     if (const auto found = plain.find(*word); found != plain.end()) {
       *found->second = true;

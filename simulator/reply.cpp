@@ -25,7 +25,9 @@ bool NotCarriedOut(FaultKind kind) {
 
 WriteEffect EffectOf(const std::optional<Fault>& fault) {
   if (fault && fault->kind == kWriteOkNotStored) return WriteEffect::kForgotten;
-  if (fault && fault->kind == kRangeRejected) return WriteEffect::kRejected;
+  if (fault && (fault->kind == kRangeRejected || fault->kind == kRefused)) {
+    return WriteEffect::kRejected;
+  }
   return WriteEffect::kStored;
 }
 
@@ -39,7 +41,7 @@ Reply ReplyMaker::Make(const Request& request, const std::optional<Fault>& fault
     reply.frame = slave_.Answer(request, controller_, EffectOf(fault));
     const std::string sound = reply.frame;
     if (fault && !sound.empty()) Shape(request, *fault, reply);
-    previous_answer_ = sound;
+    if (!sound.empty()) previous_answer_ = sound;
   }
   if (!reply.frame.empty()) {
     reply.check = slave_.CheckHolds(reply.frame) ? Check::kHolds : Check::kBroken;

@@ -1,21 +1,90 @@
 #include "simulator/simulated_boiler.h"
 
+#include <charconv>
 #include <utility>
+#include <vector>
 
 #include "simulator/problem.h"
+#include "simulator/slave_modbus.h"
 #include "simulator/slave_tarnlink.h"
+#include "simulator/slave_zolt.h"
 
 namespace boiler {
 
-std::unique_ptr<Slave> MakeSlave(std::string_view protocol) {
-  if (protocol == "tarnlink") return std::make_unique<TarnlinkSlave>();
+namespace {
+
+Problem BadAddresses(const std::string& text, std::string_view right) {
+  return Problem("The slave addresses \"" + text + "\" must be " + std::string(right) +
+                 " with commas between them.");
+}
+
+std::vector<std::string> Parts(std::string_view text) {
+  std::vector<std::string> parts;
+  while (true) {
+    const std::size_t comma = text.find(',');
+    parts.emplace_back(text.substr(0, comma));
+    if (comma == std::string_view::npos) return parts;
+    text.remove_prefix(comma + 1);
+  }
+}
+
+std::string ZoltAddresses(const std::string& text) {
+  std::string addresses;
+  for (const std::string& part : Parts(text)) {
+    if (part.size() != 1 || kZoltSlaves.find(part) == std::string_view::npos) {
+      throw BadAddresses(text, "digits 0 to F");
+    }
+    addresses += part;
+  }
+  return addresses;
+}
+
+std::vector<int> ModbusAddresses(const std::string& text) {
+  std::vector<int> addresses;
+  for (const std::string& part : Parts(text)) {
+    int address = 0;
+    const char* end = part.data() + part.size();
+    const auto [stop, error] = std::from_chars(part.data(), end, address);
+    const bool number = error == std::errc() && stop == end;
+    if (!number || address < kModbusFirstSlave || address > kModbusLastSlave) {
+      throw BadAddresses(text, "whole numbers from 1 to 247");
+    }
+    addresses.push_back(address);
+  }
+  return addresses;
+}
+
+std::unique_ptr<Slave> MakeTarnlink(const SlaveOptions& options) {
+  if (!options.addresses.empty()) throw Problem("A TarnLink slave has no address.");
+  return std::make_unique<TarnlinkSlave>();
+}
+
+std::unique_ptr<Slave> MakeZolt(const SlaveOptions& options) {
+  const std::string text = options.addresses.empty() ? "0" : options.addresses;
+  return std::make_unique<ZoltSlave>(ZoltAddresses(text), options.answers_corrupted);
+}
+
+std::unique_ptr<Slave> MakeModbus(const SlaveOptions& options) {
+  const std::string text = options.addresses.empty() ? "1" : options.addresses;
+  return std::make_unique<ModbusSlave>(ModbusAddresses(text));
+}
+
+}  // namespace
+
+std::unique_ptr<Slave> MakeSlave(std::string_view protocol, const SlaveOptions& options) {
+  if (protocol == "zolt") return MakeZolt(options);
+  if (options.answers_corrupted) {
+    throw Problem("Only a ZOLT slave can answer that a request is corrupted.");
+  }
+  if (protocol == "tarnlink") return MakeTarnlink(options);
+  if (protocol == "modbus") return MakeModbus(options);
   throw Problem("The boiler does not speak the protocol \"" + std::string(protocol) +
-                "\"; it speaks tarnlink.");
+                "\"; it speaks tarnlink, zolt and modbus.");
 }
 
 SimulatedBoiler::SimulatedBoiler(const Options& options, LogSink log)
     : controller_(options.seed),
-      slave_(MakeSlave(options.protocol)),
+      slave_(MakeSlave(options.protocol, options.slave)),
       line_(controller_, *slave_, options.line, options.seed, std::move(log)) {}
 
 }  // namespace boiler

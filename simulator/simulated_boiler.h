@@ -13,14 +13,23 @@
 
 namespace boiler {
 
-// The slave of the named protocol. Throws Problem for a name that it does not know. Each protocol
-// that comes along is named here and nowhere else.
-std::unique_ptr<Slave> MakeSlave(std::string_view protocol);
+// What can be chosen of a slave beside its protocol.
+struct SlaveOptions {
+  // Under which addresses it answers, with commas between them: 0 to F for ZOLT, 1 to 247 for
+  // Modbus; empty for the protocol's first.
+  std::string addresses;
+  bool answers_corrupted = false;  // ZOLT: says so when the check of a request is wrong
+};
+
+// The slave of the named protocol. Throws Problem for a name that it does not know, and for options
+// that the protocol does not have. Each protocol that comes along is named here and nowhere else.
+std::unique_ptr<Slave> MakeSlave(std::string_view protocol, const SlaveOptions& options = {});
 
 class SimulatedBoiler {
  public:
   struct Options {
     std::string protocol = "tarnlink";
+    SlaveOptions slave{};
     LineOptions line{};
     std::uint64_t seed = 1;
   };

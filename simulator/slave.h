@@ -1,6 +1,6 @@
 // The controller's side of one protocol: finds requests among the bytes on the line and answers
-// them. Knows no clock and no port. Real class so far: `TarnlinkSlave`; each further protocol is a
-// class beside it, made in `MakeSlave`.
+// them. Knows no clock and no port. Real classes: `TarnlinkSlave`, `ZoltSlave` and `ModbusSlave`;
+// each further protocol is a class beside them, made in `MakeSlave`.
 #pragma once
 
 #include <optional>
@@ -14,7 +14,7 @@
 
 namespace boiler {
 
-// A request that is whole, sound and meant for this slave.
+// A request that is whole and meant for this slave, and that it acts upon.
 struct Request {
   std::string bytes;
   bool write = false;
@@ -47,6 +47,9 @@ class Slave {
   virtual std::optional<Heard> Silence() = 0;
   // Bytes wait for more, so that a silence would matter.
   virtual bool Waiting() const = 0;
+  // What waits ends with a silence of 3.5 characters. Otherwise the silence that ends it is the
+  // idle gap.
+  virtual bool EndsInSilence() const { return false; }
   // Forgets what waits: the line was cut, or the controller has rebooted.
   virtual void Forget() = 0;
 
@@ -58,6 +61,8 @@ class Slave {
   virtual std::string WrongAnswer(const Fault& fault, const Request& request,
                                   const std::string& answer, const Controller& controller,
                                   Random& random) = 0;
+  // Whether the answer names the address or ID that was asked for.
+  virtual bool NamesId(const Request&) const { return true; }
   // What a busy controller says; nothing for a protocol that cannot say it.
   virtual std::string BusyAnswer(const Request& request) = 0;
   // A request and its answer that are none of this controller's business.

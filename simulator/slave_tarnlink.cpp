@@ -1,5 +1,7 @@
 #include "simulator/slave_tarnlink.h"
 
+#include <utility>
+
 #include "simulator/bytes.h"
 #include "simulator/damage.h"
 
@@ -8,7 +10,10 @@ namespace {
 
 using enum FaultKind;
 
-constexpr std::size_t kMostGarbage = 64;  // bytes in one line of the log
+FrameState LookAtFrame(std::string_view begun) {
+  if (begun.back() == kTarnlinkEnd) return FrameState::kWhole;
+  return begun.size() == kTarnlinkLongest ? FrameState::kTooLong : FrameState::kGoesOn;
+}
 
 TarnlinkRequest Parsed(const Request& request) {
   return *ParseTarnlinkRequest(request.bytes).request;
@@ -17,12 +22,6 @@ TarnlinkRequest Parsed(const Request& request) {
 std::string ReadData(char command, std::uint16_t address, const Memory& memory) {
   if (command == kReadWord) return HexDigits(memory.Word(address), 4);
   return HexDigits(memory.Byte(address), 2);
-}
-
-std::string RandomDigits(int count, Random& random) {
-  std::string digits;
-  while (count-- > 0) digits += HexDigits(static_cast<unsigned>(random.Below(16)), 1);
-  return digits;
 }
 
 std::uint16_t OtherAddress(std::uint16_t address, Random& random) {
@@ -64,40 +63,13 @@ std::string Acknowledged(const TarnlinkRequest& request, const std::string& data
 
 }  // namespace
 
+TarnlinkSlave::TarnlinkSlave() : collector_(kTarnlinkStart, LookAtFrame) {}
+
 std::optional<Heard> TarnlinkSlave::Hear(char byte) {
-  std::optional<Heard> ended;
-  const bool in_frame = Waiting() && waiting_.front() == kTarnlinkStart;
-  if (byte == kTarnlinkStart) {
-    ended = GiveUp(in_frame ? "a new frame began inside" : "outside a frame");
-    waiting_ += byte;
-    return ended;
-  }
-  waiting_ += byte;
-  if (!in_frame) {
-    if (waiting_.size() == kMostGarbage) ended = GiveUp("outside a frame");
-  } else if (byte == kTarnlinkEnd) {
-    ended = Complete();
-  } else if (waiting_.size() == kTarnlinkLongest) {
-    ended = GiveUp("no end in sight");
-  }
-  return ended;
-}
-
-std::optional<Heard> TarnlinkSlave::Silence() {
-  if (!Waiting()) return std::nullopt;
-  return GiveUp(waiting_.front() == kTarnlinkStart ? "incomplete" : "outside a frame");
-}
-
-std::optional<Heard> TarnlinkSlave::GiveUp(std::string_view reason) {
-  if (!Waiting()) return std::nullopt;
-  Ignored ignored{std::move(waiting_), std::string(reason)};
-  waiting_.clear();
-  return ignored;
-}
-
-Heard TarnlinkSlave::Complete() {
-  std::string frame = std::move(waiting_);
-  waiting_.clear();
+  auto found = collector_.Hear(byte);
+  if (!found) return std::nullopt;
+  if (auto* ignored = std::get_if<Ignored>(&*found)) return std::move(*ignored);
+  std::string& frame = std::get<std::string>(*found);
   const TarnlinkParsed parsed = ParseTarnlinkRequest(frame);
   if (!parsed.request) return Ignored{std::move(frame), parsed.refusal};
   return Request{std::move(frame), parsed.request->write(), Meaning(*parsed.request)};

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "simulator/frame_collector.h"
 #include "simulator/slave.h"
 #include "simulator/tarnlink_frames.h"
 
@@ -10,10 +11,12 @@ namespace boiler {
 
 class TarnlinkSlave : public Slave {
  public:
+  TarnlinkSlave();
+
   std::optional<Heard> Hear(char byte) override;
-  std::optional<Heard> Silence() override;
-  bool Waiting() const override { return !waiting_.empty(); }
-  void Forget() override { waiting_.clear(); }
+  std::optional<Heard> Silence() override { return collector_.Silence(); }
+  bool Waiting() const override { return collector_.Waiting(); }
+  void Forget() override { collector_.Forget(); }
 
   std::string Answer(const Request& request, Controller& controller, WriteEffect effect) override;
   std::string WrongAnswer(const Fault& fault, const Request& request, const std::string& answer,
@@ -25,11 +28,7 @@ class TarnlinkSlave : public Slave {
   std::string_view Misfit(FaultKind kind) const override;
 
  private:
-  std::optional<Heard> GiveUp(std::string_view reason);
-  Heard Complete();
-
-  // Either bytes that began no frame, or a frame from its start byte on.
-  std::string waiting_;
+  FrameCollector collector_;
 };
 
 }  // namespace boiler

@@ -269,5 +269,20 @@ TEST(Controller, HasEepromBlocksWithTheirCheckBehindThem) {
   EXPECT_GT(checks.size(), 60u);
 }
 
+TEST(Controller, KeepsTheCheckOfABlockRightWhenAnItemOfItIsSet) {
+  Controller controller(1);
+  const MemoryItem& item = Item("eeprom_minor");
+  const unsigned block = item.address / kEepromBlock * kEepromBlock;
+  const auto check = [&] {
+    return controller.memory().Word(static_cast<std::uint16_t>(block + kEepromBlockData));
+  };
+  const int before = check();
+  controller.WriteByte(item.address, 99);
+  EXPECT_EQ(check(), before);
+  controller.Set(item, 98);
+  EXPECT_NE(check(), before);
+  EXPECT_EQ(check(), SlowBlockCheck(controller.memory(), block));
+}
+
 }  // namespace
 }  // namespace boiler

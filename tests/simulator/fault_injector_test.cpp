@@ -127,5 +127,11 @@ TEST(FaultInjector, ForgetsAllWhenCleared) {
   EXPECT_THAT(Next(injector, 3), ElementsAre("-", "-", "-"));
 }
 
+TEST(FaultInjector, ChangesAnIdOnlyWhereTheAnswerNamesOne) {
+  FaultInjector injector = Injector({"wrong_id#1"});
+  EXPECT_EQ(Next(injector, {false, true, false, false}), "-");
+  EXPECT_EQ(Next(injector, {false, true, false, true}), "wrong_id");
+}
+
 }  // namespace
 }  // namespace boiler

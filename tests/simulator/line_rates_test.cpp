@@ -1,5 +1,5 @@
-// Over many exchanges: faults strike as often as they should, and the sum lets through what an
-// 8-bit sum must let through, no more and no less.
+// Over many exchanges: faults strike as often as they should, an 8-bit sum lets through what it
+// must let through, no more and no less, and a 16-bit check what it may.
 #include <cmath>
 
 #include <gtest/gtest.h>
@@ -16,18 +16,29 @@ struct Counts {
   int let_through = 0;
 };
 
-// Asks for 5A at F400 so often, under one fault.
-Counts Play(std::string_view fault) {
-  BoilerOnLine line;
+// Asks so often, under one fault.
+Counts Play(std::string_view fault, const char* protocol = "tarnlink",
+            std::string_view request = kReadByteF400) {
+  SimulatedBoiler::Options options;
+  options.protocol = protocol;
+  BoilerOnLine line(options);
   line.SetByte(kF400, 0x5A);
   line.Fault(fault);
-  for (int i = 0; i < kExchanges; ++i) line.Ask(kReadByteF400);
+  for (int i = 0; i < kExchanges; ++i) line.Ask(request);
   Counts counts;
   for (const LogEntry& entry : line.Entries(LogKind::kFault)) {
     ++counts.struck;
     if (entry.check == Check::kHolds) ++counts.let_through;
   }
   return counts;
+}
+
+Counts PlayZolt(std::string_view fault) {
+  return Play(fault, "zolt", "0D 07 30 46 46 41 42 46 34 30 30 46 42 44 37 0A");
+}
+
+Counts PlayModbus(std::string_view fault) {
+  return Play(fault, "modbus", "01 03 02 00 00 01 85 B2");
 }
 
 // Four standard deviations either side.
@@ -67,6 +78,52 @@ TEST(Rates, RandomFramesHardlyEverPass) {
   const Counts counts = Play("random_frame");
   EXPECT_EQ(counts.struck, kExchanges);
   EXPECT_LE(counts.let_through, 3);
+}
+
+// A check of 16 bits misses neither one to three wrong bits, nor a burst of up to 16, nor a swap.
+// Behind a ZOLT frame's check stands one byte that it does not cover, ahead of what it covers
+// another.
+TEST(Rates, AZoltCheckSeesWhatItMustSee) {
+  EXPECT_EQ(PlayZolt("check_wrong").let_through, 0);
+  EXPECT_EQ(PlayZolt("random_frame").let_through, 0);
+  EXPECT_EQ(PlayZolt("all_zero@0.1").let_through, 0);
+  const Counts one = PlayZolt("bit_flip(1)");
+  ExpectShare(one.let_through, one.struck, 2.0 / 16);
+  const Counts two = PlayZolt("bit_flip(2)");
+  ExpectShare(two.let_through, two.struck, 16.0 / 128 * 15 / 127);
+  const Counts replaced = PlayZolt("byte_replace");
+  ExpectShare(replaced.let_through, replaced.struck, 2.0 / 16);
+}
+
+// A swap with the first or the last byte changes one that is covered as well.
+TEST(Rates, AZoltCheckSeesEverySwap) {
+  const Counts counts = PlayZolt("byte_swap");
+  EXPECT_EQ(counts.struck, kExchanges);
+  EXPECT_EQ(counts.let_through, 0);
+}
+
+TEST(Rates, AModbusCheckSeesWhatItMustSee) {
+  for (const char* fault :
+       {"bit_flip(1)", "bit_flip(2)", "bit_flip(3)", "burst(8)", "burst(16)", "byte_replace",
+        "byte_swap", "check_wrong", "truncate(1)", "all_zero", "all_ff"}) {
+    const Counts counts = PlayModbus(fault);
+    EXPECT_EQ(counts.struck, kExchanges) << fault;
+    EXPECT_EQ(counts.let_through, 0) << fault;
+  }
+}
+
+// One random frame in 65,536 has the right check, so that 20,000 hardly ever have more than four.
+TEST(Rates, AModbusCheckHardlyEverLetsARandomFramePass) {
+  const Counts counts = PlayModbus("random_frame");
+  EXPECT_EQ(counts.struck, kExchanges);
+  EXPECT_LE(counts.let_through, 4);
+}
+
+TEST(Rates, FaultsStrikeAsOftenUnderTheOtherProtocols) {
+  ExpectShare(PlayZolt("wrong_id@0.05").struck, kExchanges, 0.05);
+  ExpectShare(PlayModbus("refused(3)@0.05").struck, kExchanges, 0.05);
+  EXPECT_EQ(PlayZolt("answer_of_other_request").let_through, kExchanges);
+  EXPECT_EQ(PlayModbus("answer_of_other_request").let_through, kExchanges);
 }
 
 }  // namespace

@@ -165,11 +165,55 @@ TEST(Line, IsDeafWhileTheControllerStarts) {
 }
 
 TEST(SimulatedBoiler, RefusesAProtocolThatItDoesNotSpeak) {
-  for (const std::string name : {"zolt", "modbus", "Tarnlink", ""}) {
+  for (const std::string name : {"morse", "Zolt", "modbus ", "Tarnlink", ""}) {
     SimulatedBoiler::Options options;
     options.protocol = name;
     EXPECT_EQ(ProblemText([&] { SimulatedBoiler boiler(options); }),
-              "The boiler does not speak the protocol \"" + name + "\"; it speaks tarnlink.");
+              "The boiler does not speak the protocol \"" + name +
+                  "\"; it speaks tarnlink, zolt and modbus.");
+  }
+}
+
+TEST(SimulatedBoiler, RefusesAddressesThatItsProtocolDoesNotHave) {
+  struct Row {
+    std::string protocol;
+    std::string addresses;
+    std::string why;
+  };
+  const auto zolt = [](const std::string& text) {
+    return "The slave addresses \"" + text + "\" must be digits 0 to F with commas between them.";
+  };
+  const auto modbus = [](const std::string& text) {
+    return "The slave addresses \"" + text +
+           "\" must be whole numbers from 1 to 247 with commas between them.";
+  };
+  for (const Row& row : {
+           Row{"tarnlink", "0", "A TarnLink slave has no address."},
+           Row{"zolt", "G", zolt("G")},
+           Row{"zolt", "a", zolt("a")},
+           Row{"zolt", "12", zolt("12")},
+           Row{"zolt", "0,", zolt("0,")},
+           Row{"zolt", "0, 1", zolt("0, 1")},
+           Row{"modbus", "0", modbus("0")},
+           Row{"modbus", "248", modbus("248")},
+           Row{"modbus", "1,,2", modbus("1,,2")},
+           Row{"modbus", "1x", modbus("1x")},
+           Row{"modbus", "-1", modbus("-1")},
+       }) {
+    SimulatedBoiler::Options options;
+    options.protocol = row.protocol;
+    options.slave.addresses = row.addresses;
+    EXPECT_EQ(ProblemText([&] { SimulatedBoiler boiler(options); }), row.why);
+  }
+}
+
+TEST(SimulatedBoiler, AnswersThatARequestIsCorruptedUnderZoltAlone) {
+  for (const std::string name : {"tarnlink", "modbus"}) {
+    SimulatedBoiler::Options options;
+    options.protocol = name;
+    options.slave.answers_corrupted = true;
+    EXPECT_EQ(ProblemText([&] { SimulatedBoiler boiler(options); }),
+              "Only a ZOLT slave can answer that a request is corrupted.");
   }
 }
 

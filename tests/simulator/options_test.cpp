@@ -14,6 +14,8 @@ using ::testing::HasSubstr;
 TEST(ParseOptions, HasASpeedAndADelayOfItsOwn) {
   const ProgramOptions options = ParseOptions({});
   EXPECT_EQ(options.boiler.protocol, "tarnlink");
+  EXPECT_EQ(options.boiler.slave.addresses, "");
+  EXPECT_FALSE(options.boiler.slave.answers_corrupted);
   EXPECT_EQ(options.boiler.line.pace.baud, 9600);
   EXPECT_EQ(options.boiler.line.pace.bits_per_byte, 10);
   EXPECT_EQ(options.boiler.line.answer_delay_us, 5'000);
@@ -23,10 +25,13 @@ TEST(ParseOptions, HasASpeedAndADelayOfItsOwn) {
 
 TEST(ParseOptions, TakesAllThatCanBeGiven) {
   const ProgramOptions options = ParseOptions(
-      {"--protocol", "zolt",    "--link", "/tmp/boiler", "--baud",      "1200",    "--bits",
-       "11",         "--delay", "40",     "--fault",     "no_reply#5",  "--fault", "split@0.1",
-       "--seed",     "77",      "--log",  "a.log",       "--until-eof", "--help"});
+      {"--protocol",  "zolt",      "--link",   "/tmp/boiler", "--baud",     "1200",
+       "--bits",      "11",        "--delay",  "40",          "--fault",    "no_reply#5",
+       "--fault",     "split@0.1", "--seed",   "77",          "--log",      "a.log",
+       "--until-eof", "--help",    "--slaves", "0,A",         "--corrupted"});
   EXPECT_EQ(options.boiler.protocol, "zolt");
+  EXPECT_EQ(options.boiler.slave.addresses, "0,A");
+  EXPECT_TRUE(options.boiler.slave.answers_corrupted);
   EXPECT_EQ(options.link, "/tmp/boiler");
   EXPECT_EQ(options.boiler.line.pace.baud, 1200);
   EXPECT_EQ(options.boiler.line.pace.bits_per_byte, 11);
@@ -76,8 +81,9 @@ TEST(ParseOptions, RefusesTheRestWithASentence) {
 }
 
 TEST(HelpText, NamesEveryOption) {
-  for (const char* option : {"--device", "--link", "--protocol", "--baud", "--bits", "--at-once",
-                             "--delay", "--fault", "--seed", "--log", "--until-eof", "--help"}) {
+  for (const char* option :
+       {"--device", "--link", "--protocol", "--slaves", "--corrupted", "--baud", "--bits",
+        "--at-once", "--delay", "--fault", "--seed", "--log", "--until-eof", "--help"}) {
     EXPECT_THAT(std::string(HelpText()), HasSubstr(std::string("\n  ") + option + " "));
   }
 }

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "running_program.h"
+#include "simulator/bytes.h"
 #include "simulator/log.h"
 #include "simulator/pty_port.h"
 
@@ -62,6 +63,26 @@ TEST_F(ProgramTest, AnswersOverItsPseudoTerminal) {
   EXPECT_EQ(Ask(path_), kAnswerF400);
   EXPECT_EQ(Ask(Link()), kAnswerF400);
   EXPECT_EQ(fs::read_symlink(Link()), path_);
+}
+
+TEST_F(ProgramTest, SpeaksTheProtocolAndUnderTheAddressesThatItIsTold) {
+  struct Row {
+    const char* protocol;
+    const char* slaves;
+    const char* request;
+    const char* answer;
+  };
+  for (const Row& row : {
+           Row{"zolt", "0,3", "0D 07 30 46 46 41 42 46 34 30 30 46 42 44 37 0A",
+               "0D 17 30 46 46 41 42 30 30 35 41 34 37 32 45 0A"},
+           Row{"modbus", "1,17", "01 03 02 00 00 01 85 B2", "01 03 02 00 5A 38 7F"},
+           Row{"modbus", "1", "01 2B 0E 01 00 70 77", "01 AB 01 9E F0"},
+       }) {
+    RunningProgram program = Start({"--protocol", row.protocol, "--slaves", row.slaves});
+    OpenTerminal terminal(path_);
+    terminal.Send(row.request);
+    EXPECT_EQ(terminal.Receive(ParseHexBytes(row.answer)->size()), row.answer);
+  }
 }
 
 TEST_F(ProgramTest, PassesAllByteValuesUnchanged) {
@@ -305,8 +326,11 @@ TEST_F(ProgramTest, RefusesToStartWithASentence) {
     std::string sentence;
   };
   for (const Row& row : {
-           Row{{"--protocol", "modbus"},
-               "The boiler does not speak the protocol \"modbus\"; it speaks tarnlink."},
+           Row{{"--protocol", "morse"},
+               "The boiler does not speak the protocol \"morse\"; it speaks tarnlink, zolt and "
+               "modbus."},
+           Row{{"--protocol", "zolt", "--slaves", "G"},
+               "The slave addresses \"G\" must be digits 0 to F with commas between them."},
            Row{{"--fault", "oops"}, "Fault \"oops\": there is no fault of this name."},
            Row{{"--link", InFolder("file")},
                "The link \"" + InFolder("file") +

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "simulator/bytes.h"
+#include "slave_stream.h"
 
 namespace boiler {
 namespace {
@@ -14,25 +15,10 @@ using ::testing::IsEmpty;
 const std::string kRead = *ParseHexBytes("04 05 30 31 41 30 44 37 03");
 const std::string kWriteByte = *ParseHexBytes("04 06 46 34 30 30 35 41 35 36 03");
 
-std::string Told(const Heard& heard) {
-  if (const auto* request = std::get_if<Request>(&heard)) return request->meaning;
-  const Ignored& ignored = std::get<Ignored>(heard);
-  return HexText(ignored.bytes) + ": " + ignored.reason;
-}
-
 class TarnlinkStream : public ::testing::Test {
  protected:
-  std::vector<std::string> Hear(const std::string& bytes) {
-    std::vector<std::string> told;
-    for (const char byte : bytes) {
-      if (const auto heard = slave_.Hear(byte)) told.push_back(Told(*heard));
-    }
-    return told;
-  }
-  std::string Silence() {
-    const auto heard = slave_.Silence();
-    return heard ? Told(*heard) : "nothing";
-  }
+  std::vector<std::string> Hear(const std::string& bytes) { return boiler::Hear(slave_, bytes); }
+  std::string Silence() { return boiler::Silence(slave_); }
 
   TarnlinkSlave slave_;
 };
@@ -106,25 +92,8 @@ TEST_F(TarnlinkStream, HasNothingLeftAfterForgetting) {
   EXPECT_THAT(Hear(kRead), ElementsAre("read byte 01A0"));
 }
 
-// Every byte that comes is either part of a request or reported as ignored.
 TEST_F(TarnlinkStream, AccountsForEveryByteOfAnyStream) {
-  Random random(11);
-  for (int round = 0; round < 2000; ++round) {
-    std::string stream;
-    for (int i = random.Below(40); i > 0; --i) {
-      const int kind = random.Below(3);
-      stream += kind == 0 ? std::string(1, random.Byte()) : kind == 1 ? "\x04\x05" : kRead;
-    }
-    std::string accounted;
-    const auto take = [&](const std::optional<Heard>& heard) {
-      if (!heard) return;
-      const auto* request = std::get_if<Request>(&*heard);
-      accounted += request != nullptr ? request->bytes : std::get<Ignored>(*heard).bytes;
-    };
-    for (const char byte : stream) take(slave_.Hear(byte));
-    take(slave_.Silence());
-    ASSERT_EQ(HexText(accounted), HexText(stream));
-  }
+  ExpectAccountForEveryByte(slave_, "\x04\x05", kRead);
 }
 
 class TarnlinkAnswers : public ::testing::Test {
@@ -188,12 +157,7 @@ TEST_F(TarnlinkAnswers, ShowsWhatItKeepsWhenItRejectsAWrite) {
 }
 
 TEST(TarnlinkSlave, TellsWhichFaultsItCannotHave) {
-  const TarnlinkSlave slave;
-  std::vector<std::string_view> misfits;
-  for (const FaultInfo& info : AllFaults()) {
-    if (!slave.Misfit(info.kind).empty()) misfits.push_back(info.name);
-  }
-  EXPECT_THAT(misfits,
+  EXPECT_THAT(Misfits(TarnlinkSlave()),
               ElementsAre("wrong_address", "refused", "high_bit_stripped", "crlf_translated"));
 }
 

@@ -1,0 +1,272 @@
+#include "simulator/data_ids.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace boiler {
+namespace {
+
+using Query = DataIdQuery;
+
+constexpr int kErrorEntries = 8;
+// What a master must write to reset, so that no stray write does it.
+constexpr int kResetHigh = 0xAA;
+constexpr int kResetLow = 0x55;
+// The low byte of a heat demand that is no test.
+constexpr int kNoTest = 255;
+constexpr int kFullTestPower = 100;  // percent
+// The unit in which a byte tells the fan's speed.
+constexpr int kFanStep = 30;  // turns per minute
+
+std::uint16_t Bytes(int high, int low) {
+  return static_cast<std::uint16_t>((high & 0xFF) << 8 | (low & 0xFF));
+}
+
+// The sensor's divider, converted with 8 bits: 255 at -20 degrees, 0 at 120.
+int SensorAd8(int tenths) { return std::clamp(255 - (tenths + 200) * 255 / 1400, 0, 255); }
+
+int WholeDegrees(int tenths) { return (tenths + (tenths < 0 ? -5 : 5)) / 10; }
+
+DataId Value(int data_class, std::uint16_t id, std::string_view name, std::string_view meaning,
+             std::function<std::uint16_t(const Query&)> read) {
+  return {data_class, id, name, meaning, 0, std::move(read), "", nullptr, nullptr};
+}
+
+// The memory item of the same name as a word.
+DataId Word(int data_class, std::uint16_t id, std::string_view name, std::string_view meaning) {
+  return Value(data_class, id, name, meaning,
+               [name](const Query& q) { return static_cast<std::uint16_t>(q.Value(name)); });
+}
+
+DataId Constant(int data_class, std::uint16_t id, std::string_view name, std::string_view meaning,
+                std::uint16_t value) {
+  return Value(data_class, id, name, meaning, [=](const Query&) { return value; });
+}
+
+DataId Sensor(std::uint16_t id, std::string_view name, std::string_view item,
+              std::string_view meaning) {
+  return Value(4, id, name, meaning, [=](const Query& q) {
+    const int tenths = q.Value(item);
+    return Bytes(WholeDegrees(tenths), SensorAd8(tenths));
+  });
+}
+
+DataId SensorWord(std::uint16_t id, std::string_view name, std::string_view item,
+                  std::string_view meaning) {
+  return Value(4, id, name, meaning,
+               [=](const Query& q) { return static_cast<std::uint16_t>(q.Value(item)); });
+}
+
+// The item as the high byte.
+DataId High(int data_class, std::uint16_t id, std::string_view name, std::string_view item,
+            std::string_view meaning) {
+  return Value(data_class, id, name, meaning,
+               [=](const Query& q) { return Bytes(q.Value(item), 0); });
+}
+
+DataId Pair(int data_class, std::uint16_t id, std::string_view name, std::string_view high_item,
+            std::string_view low_item, std::string_view meaning) {
+  return Value(data_class, id, name, meaning,
+               [=](const Query& q) { return Bytes(q.Value(high_item), q.Value(low_item)); });
+}
+
+DataId ErrorList(std::uint16_t id, std::string_view name, std::string_view meaning,
+                 std::function<std::uint16_t(const Query&)> read) {
+  return {6, id, name, meaning, kErrorEntries, std::move(read), "", nullptr, nullptr};
+}
+
+int Entry(const Query& q, const char* list) { return q.Value(list + std::to_string(q.position)); }
+
+// A parameter in the high byte, within the range of its item. It takes effect at once and is
+// stored.
+DataId Parameter(std::uint16_t id, std::string_view name, std::string_view item,
+                 std::string_view stored_item, std::string_view written) {
+  DataId parameter = High(5, id, name, item, "high: degrees");
+  parameter.written = written;
+  parameter.takes = [item](int high, int) {
+    return high >= Item(item).lowest && high <= Item(item).highest;
+  };
+  parameter.store = [=](Controller& controller, int high, int) {
+    controller.Set(Item(item), high);
+    controller.Set(Item(stored_item), high);
+  };
+  return parameter;
+}
+
+DataId HeatDemand() {
+  DataId id = Pair(1, 14, "heat_demand", "heat_demand", "test_power",
+                   "high: 0 by the room thermostat, 255 always, others never; low: test power in "
+                   "percent");
+  id.written = "low: 0 to 100, 255 no test";
+  id.takes = [](int, int low) { return low <= kFullTestPower || low == kNoTest; };
+  id.store = [](Controller& controller, int high, int low) {
+    controller.Set(Item("heat_demand"), high);
+    controller.Set(Item("test_power"), low == kNoTest ? 0 : low);
+  };
+  return id;
+}
+
+std::vector<DataId> Status() {
+  return {
+      Pair(1, 1, "status", "status_high", "status_low", "high: status_high; low: status_low"),
+      HeatDemand(),
+      High(1, 50, "error_code", "error_code", "high: present error, 0 none"),
+      Constant(1, 61, "os_name", "high: code of the type, 5; low: code of the product, 2",
+               Bytes(5, 2)),
+      High(1, 4011, "control_setpoint", "flow_target",
+           "high: present target of the flow temperature, degrees"),
+      Value(1, 5337, "os_number", "word: number of the software and the slave address together",
+            [](const Query& q) {
+              return static_cast<std::uint16_t>(q.Value("software_number") + q.slave);
+            }),
+  };
+}
+
+DataId Reset() {
+  DataId id = Value(3, 171, "reset", "ends a lockout; cannot be read", nullptr);
+  id.written = "AA55";
+  id.takes = [](int high, int low) { return high == kResetHigh && low == kResetLow; };
+  id.store = [](Controller& controller, int, int) { controller.Set(Item("reset"), 1); };
+  return id;
+}
+
+std::vector<DataId> Configuration() {
+  return {
+      Constant(
+          2, 84, "configuration",
+          "high: bit 1 spark during stabilisation; low: bit 2 power control, 3 air pressure switch",
+          Bytes(0x02, 0x0C)),
+      Value(2, 91, "prepurge_and_preignition",
+            "high: prepurge_time; low: preignition, fifths of a second",
+            [](const Query& q) { return Bytes(q.Value("prepurge_time"), 5); }),
+      Value(2, 103, "safety_and_postignition",
+            "high: ignition_time; low: post ignition, fifths of a second",
+            [](const Query& q) { return Bytes(q.Value("ignition_time"), 10); }),
+      Pair(2, 104, "postpurge_and_retries", "postpurge_time", "retries",
+           "high: postpurge_time, fifths of a second; low: retries"),
+      Constant(2, 151, "air_switch_times", "high: on; low: off, fifths of a second", Bytes(50, 25)),
+      Pair(2, 152, "version_rom_low", "version_major", "version_minor",
+           "high: before the point; low: behind it"),
+      Pair(2, 164, "version_eeprom", "eeprom_major", "eeprom_minor",
+           "high: before the point; low: behind it"),
+      Constant(2, 1284, "version_rom_high", "high: before the point; low: behind it", Bytes(4, 12)),
+      Reset(),
+  };
+}
+
+std::vector<DataId> Sensors() {
+  return {
+      Sensor(241, "sensor_1", "flow_temperature", "high: flow, degrees; low: as converted, 8 bits"),
+      SensorWord(254, "sensor_1_tenths", "flow_temperature", "word: flow, tenths of a degree"),
+      Sensor(770, "sensor_2", "return_temperature",
+             "high: return, degrees; low: as converted, 8 bits"),
+      SensorWord(781, "sensor_2_tenths", "return_temperature", "word: return, tenths of a degree"),
+      Sensor(817, "sensor_3", "dhw_temperature",
+             "high: hot water, degrees; low: as converted, 8 bits"),
+      SensorWord(830, "sensor_3_tenths", "dhw_temperature", "word: hot water, tenths of a degree"),
+      Sensor(855, "sensor_4", "outside_temperature",
+             "high: outside, degrees, signed; low: as converted, 8 bits"),
+      Sensor(856, "sensor_5", "exhaust_temperature",
+             "high: exhaust, degrees; low: as converted, 8 bits"),
+      SensorWord(5913, "sensor_4_tenths", "outside_temperature",
+                 "word: outside, tenths of a degree, signed"),
+      SensorWord(5925, "sensor_5_tenths", "exhaust_temperature",
+                 "word: exhaust, tenths of a degree"),
+      Sensor(5930, "sensor_6", "exchanger_temperature",
+             "high: heat exchanger, degrees; low: as converted, 8 bits"),
+      SensorWord(5955, "sensor_6_tenths", "exchanger_temperature",
+                 "word: heat exchanger, tenths of a degree"),
+      Sensor(5964, "sensor_7", "air_temperature",
+             "high: intake air, degrees, signed; low: as converted, 8 bits"),
+      SensorWord(6000, "sensor_7_tenths", "air_temperature",
+                 "word: intake air, tenths of a degree, signed"),
+  };
+}
+
+std::vector<DataId> Measurements() {
+  return {
+      Value(4, 868, "flame_current", "high: microampere; low: as converted, 8 bits",
+            [](const Query& q) {
+              return Bytes(q.Value("flame_current") / 10, q.Value("flame_ad") / 4);
+            }),
+      High(4, 3854, "flow_sensor", "tap_flow", "high: tenths of a litre per minute"),
+      High(4, 4034, "valve_current", "valve_current", "high: milliampere"),
+      High(4, 4045, "output_level", "power", "high: percent"),
+      Value(4, 4368, "water_pressure", "high: tenths of a bar",
+            [](const Query& q) { return Bytes(q.Value("water_pressure") / 10, 0); }),
+      High(4, 4383, "measured_load", "measured_load", "high: percent"),
+      Value(4, 4572, "fan", "high: target; low: speed, 30 turns per minute each",
+            [](const Query& q) {
+              return Bytes(q.Value("fan_target") / kFanStep, q.Value("fan_speed") / kFanStep);
+            }),
+      Value(4, 4576, "anti_cycle", "high: wait_seconds; low: the same while hot water is drawn",
+            [](const Query& q) {
+              const int left = q.Value("wait_seconds");
+              return Bytes(left, (q.Value("demand") & 2) != 0 ? left : 0);
+            }),
+      Value(4, 4627, "trip_temperature", "high: the burner goes off above, degrees",
+            [](const Query& q) {
+              return Bytes(q.Value("flow_target") + static_cast<int>(kBurnerOffAbove), 0);
+            }),
+      Word(4, 6015, "flame_ad", "word: flame current as converted, 10 bits"),
+  };
+}
+
+std::vector<DataId> Parameters() {
+  return {
+      Parameter(1389, "ch_setpoint", "flow_setpoint", "stored_flow_setpoint", "high: 30 to 85"),
+      Parameter(1524, "dhw_setpoint", "dhw_setpoint", "stored_dhw_setpoint", "high: 35 to 65"),
+      Parameter(2311, "storage_setpoint", "storage_setpoint", "storage_setpoint", "high: 40 to 70"),
+  };
+}
+
+std::vector<DataId> Counters() {
+  return {
+      ErrorList(875, "error_history", "high: position; low: error, newest at position 0",
+                [](const Query& q) { return Bytes(q.position, Entry(q, "error_code_")); }),
+      ErrorList(
+          916, "error_hours", "word: hours of operation when that error came",
+          [](const Query& q) { return static_cast<std::uint16_t>(Entry(q, "error_hours_")); }),
+      Word(6, 923, "burner_starts", "word: count"),
+      Word(6, 935, "lockouts", "word: count"),
+      Word(6, 936, "burner_starts_dhw", "word: count"),
+      Word(6, 961, "hours_burner", "word: hours"),
+      Word(6, 974, "hours_burner_dhw", "word: hours"),
+      Word(6, 1010, "hours_on", "word: hours"),
+      Word(6, 1021, "dhw_volume", "word: cubic metres of hot water"),
+      Word(6, 3943, "hours_ch_pump", "word: hours"),
+      Word(6, 4004, "hours_dhw_pump", "word: hours"),
+      Constant(6, 5349, "crc_rom_low", "word: check of the program memory", 0x3A7C),
+      Constant(6, 5354, "crc_rom_high", "word: check of the program memory", 0xC51E),
+  };
+}
+
+std::vector<DataId> MakeDataIds() {
+  std::vector<DataId> all;
+  for (const auto& part :
+       {Status(), Configuration(), Sensors(), Measurements(), Parameters(), Counters()}) {
+    all.insert(all.end(), part.begin(), part.end());
+  }
+  std::sort(all.begin(), all.end(), [](const DataId& one, const DataId& other) {
+    return std::pair(one.data_class, one.id) < std::pair(other.data_class, other.id);
+  });
+  return all;
+}
+
+}  // namespace
+
+const std::vector<DataId>& DataIds() {
+  static const std::vector<DataId> ids = MakeDataIds();
+  return ids;
+}
+
+const DataId* FindDataId(int data_class, std::uint16_t id) {
+  const auto& ids = DataIds();
+  const auto found = std::find_if(ids.begin(), ids.end(), [&](const DataId& one) {
+    return one.data_class == data_class && one.id == id;
+  });
+  return found == ids.end() ? nullptr : &*found;
+}
+
+}  // namespace boiler
