@@ -65,4 +65,14 @@ int CharacterCount(std::string_view utf8) {
   return static_cast<int>(count);
 }
 
+std::string_view FirstCharacters(std::string_view utf8, int count) {
+  std::size_t end = 0;
+  for (const char byte : utf8) {
+    const bool begins_one = (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+    if (begins_one && count-- == 0) break;
+    ++end;
+  }
+  return utf8.substr(0, end);
+}
+
 }  // namespace tarnlink

@@ -30,6 +30,9 @@ std::string ToLower(std::string_view text);
 // have no escape for a quote.
 std::string WithoutQuotes(std::string_view text);
 
+// The first characters of a UTF-8 text, or the whole text if it has no more.
+std::string_view FirstCharacters(std::string_view utf8, int count);
+
 // The characters of a UTF-8 text, not its bytes.
 int CharacterCount(std::string_view utf8);
 

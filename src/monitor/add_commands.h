@@ -16,7 +16,7 @@ class AddCommands {
               EditHistory& history);
 
   // Under the last one, with the defaults of the table. One too many for the table is an error that
-  // stops the run, and leaves the screen as it was.
+  // stops the run; the screen stays as it was, but counts as changed.
   void AddLocation();
   void AddText();
 

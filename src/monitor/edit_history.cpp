@@ -24,13 +24,11 @@ std::string EditName(const std::string& text) {
   if (text.empty()) return "a box without a name";
   constexpr int kLongest = 30;  // characters
   if (CharacterCount(text) <= kLongest) return text;
-  std::string cut = text;
-  while (CharacterCount(cut) > kLongest) cut.pop_back();
-  return cut + "...";
+  return std::string(FirstCharacters(text, kLongest)) + "...";
 }
 
 EditHistory::EditHistory(frm_Main& main) : main_(main) {
-  main_.ForgetEdits = [this] { Clear(); };
+  main_.ForgetEdits = [this] { Forget(); };
   main_.mnuUndo.Click = [this] { Undo(); };
   main_.mnuRedo.Click = [this] { Redo(); };
   ShowEntries();
@@ -46,7 +44,7 @@ void EditHistory::Commit(const ScreenEdit& edit, Effect effect, bool joins) {
   ScreenState after = edit.before_.Now(main_);
   if (after == edit.before_) return;
   if (joins && Join(edit, after)) return;
-  entries_.resize(position_);
+  entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(position_), entries_.end());
   if (saved_ && *saved_ > position_) saved_.reset();
   entries_.push_back({edit.what_, edit.before_, std::move(after), effect, joins});
   ++position_;
@@ -75,6 +73,11 @@ void EditHistory::Clear() {
   position_ = 0;
   saved_ = 0;
   ShowEntries();
+}
+
+void EditHistory::Forget() {
+  Clear();
+  if (main_.WCRChanged) saved_.reset();
 }
 
 void EditHistory::MarkSaved() { saved_ = position_; }

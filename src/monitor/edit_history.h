@@ -16,7 +16,8 @@ namespace tarnlink {
 // An edit that has begun. Name every object before it is changed.
 class ScreenEdit {
  public:
-  ScreenEdit(const frm_Main& main, std::string what) : main_(&main), what_(std::move(what)) {}
+  ScreenEdit(const frm_Main& main, std::string what)
+      : main_(&main), what_(std::move(what)), before_(main) {}
 
   ScreenEdit& Location(int index) {
     before_.AddLocation(*main_, index);
@@ -24,10 +25,6 @@ class ScreenEdit {
   }
   ScreenEdit& Label(int index) {
     before_.AddLabel(*main_, index);
-    return *this;
-  }
-  ScreenEdit& Form() {
-    before_.AddForm(*main_);
     return *this;
   }
 
@@ -63,6 +60,8 @@ class EditHistory {
 
   // Another screen: nothing can be undone. It agrees with its file.
   void Clear();
+  // The same screen begins anew, changed or not: nothing can be undone.
+  void Forget();
   // The screen has been saved as it is.
   void MarkSaved();
   // No file holds any state of the screen: it counts as changed until it is saved.

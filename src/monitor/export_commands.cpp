@@ -17,13 +17,11 @@ namespace {
 constexpr const char* kExportTitle = "Export to DOC";
 
 // The screen's path with its last three characters made "doc".
-std::string ProposedName(std::string path) {
+std::string ProposedName(const std::string& path) {
   constexpr int kShortest = 5;
   constexpr int kReplaced = 3;
   if (CharacterCount(StripFileFromPath(path)) < kShortest) return "export.doc";
-  const int kept = CharacterCount(path) - kReplaced;
-  while (CharacterCount(path) > kept) path.pop_back();
-  return path + "doc";
+  return std::string(FirstCharacters(path, CharacterCount(path) - kReplaced)) + "doc";
 }
 
 // Beside the screen; a new screen has no place of its own yet.

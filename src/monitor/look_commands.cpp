@@ -94,7 +94,7 @@ void LookCommands::EditLabelText(int index) {
 void LookCommands::ChangeFormColour() {
   const auto colour = main_.platform().dialogs().PickColour(main_.form.BackColor);
   if (!colour) return;
-  ScreenEdit edit = history_.Begin("colour of the screen").Form();
+  ScreenEdit edit = history_.Begin("colour of the screen");
   for (int i = 1; i <= main_.TextInfoCount; ++i) {
     edit.Label(i);
     main_.lbl_TextInfo(i).BackColor = *colour;

@@ -28,7 +28,8 @@ class ObjectCommands {
   void DeleteLocation(int index);
   void DeleteLabel(int index);
 
-  // The check box says whether the Location is scanned; a slanted name says that it is not.
+  // The check box says whether the Location is scanned. A slanted name says that it is not, or that
+  // it is written continuously.
   void ScanCheckClicked(int index);
 
  private:

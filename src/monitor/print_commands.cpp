@@ -8,7 +8,7 @@ namespace tarnlink {
 
 namespace {
 
-// The menu is no part of the form's picture. It comes back however the printing ends.
+// Users see the File menu go while a screen is printed. It comes back however the printing ends.
 class Hidden {
  public:
   explicit Hidden(Control& control) : control_(control) { control_.Visible = false; }

@@ -38,13 +38,12 @@ class Replacing {
 };
 
 // The last file name of the dialog, made to end like a screen.
-std::string ProposedName(std::string last_name) {
+std::string ProposedName(const std::string& last_name) {
   constexpr int kShortest = 5;
   constexpr int kExtensionLength = 4;
   const int length = CharacterCount(last_name);
   if (length < kShortest || ToLower(last_name).ends_with(".wcr")) return last_name;
-  while (CharacterCount(last_name) > length - kExtensionLength) last_name.pop_back();
-  return last_name + ".wcr";
+  return std::string(FirstCharacters(last_name, length - kExtensionLength)) + ".wcr";
 }
 
 }  // namespace

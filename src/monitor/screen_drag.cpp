@@ -55,8 +55,8 @@ void ScreenDrag::Begin(PlacedControl& source, float x, float y) {
   source.Visible = false;
 }
 
-// The place of a drop, before the grid.
-FormPlace ScreenDrag::DropPlace(float X, float Y) const {
+// Where the box is held, before threshold and grid.
+FormPlace ScreenDrag::HeldPlace(float X, float Y) const {
   return {.Left = X - main_.DragX - kDropOffset, .Top = Y - main_.DragY - kDropOffset};
 }
 
@@ -67,7 +67,7 @@ bool ScreenDrag::Moves(const FormPlace& place) const {
 }
 
 FormPlace ScreenDrag::Landing(float X, float Y) const {
-  FormPlace place = DropPlace(X, Y);
+  FormPlace place = HeldPlace(X, Y);
   if (!Moves(place)) return {.Left = main_.DragSource->Left, .Top = main_.DragSource->Top};
   grid_.SnapToGrid(place.Left, place.Top);
   return place;
@@ -76,7 +76,7 @@ FormPlace ScreenDrag::Landing(float X, float Y) const {
 void ScreenDrag::DropOnForm(float X, float Y) {
   if (main_.DragSource == nullptr) return;
   PlacedControl& source = *main_.DragSource;
-  const bool moves = Moves(DropPlace(X, Y));
+  const bool moves = Moves(HeldPlace(X, Y));
   const FormPlace place = Landing(X, Y);
   source.Left = place.Left;
   source.Top = place.Top;

@@ -26,7 +26,7 @@ class ScreenDrag {
 
  private:
   void Begin(PlacedControl& source, float x, float y);
-  FormPlace DropPlace(float X, float Y) const;
+  FormPlace HeldPlace(float X, float Y) const;
   bool Moves(const FormPlace& place) const;
   FormPlace Landing(float X, float Y) const;
   void DropOnForm(float X, float Y);

@@ -23,17 +23,6 @@ constexpr int kLongestText = 500;          // characters
 
 constexpr std::string_view kEllipsis = "\xE2\x80\xA6";
 
-// The first characters of a UTF-8 text.
-std::string_view FirstCharacters(std::string_view text, int count) {
-  std::size_t end = 0;
-  for (const char byte : text) {
-    const bool begins_one = (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
-    if (begins_one && count-- == 0) break;
-    ++end;
-  }
-  return text.substr(0, end);
-}
-
 std::string CutAfter(std::string_view text, int count) {
   return std::string(FirstCharacters(text, count)).append(kEllipsis);
 }
@@ -278,7 +267,8 @@ ScreenSheet TakeSheet(const frm_Main& main, const std::string& moment) {
                     .moment = moment,
                     .colour = main.form.BackColor,
                     .items = {}};
-  // Labels lie above the boxes, and value boxes that were made larger above both, as on the screen.
+  // Labels lie above the boxes, and value boxes that were made larger above both, as on a screen
+  // that was just opened.
   for (int i = 1; i <= main.MaxId; ++i) TakeLocation(main, i, sheet.items);
   for (int j = 1; j <= main.TextInfoCount; ++j) {
     const Label& label = main.lbl_TextInfo(j);

@@ -96,28 +96,22 @@ std::string AddedNameText(int index) { return "Name " + std::to_string(index - 1
 
 std::string AddedValueText(int index) { return "Value " + std::to_string(index - 1); }
 
+ScreenState::ScreenState(const frm_Main& main)
+    : form_colour_(main.form.BackColor),
+      max_id_(main.MaxId),
+      location_count_(main.LocationCount),
+      text_info_count_(main.TextInfoCount) {}
+
 void ScreenState::AddLocation(const frm_Main& main, int index) {
-  AddForm(main);
   if (!locations_.contains(index)) locations_[index] = StateOfLocation(main, index);
 }
 
 void ScreenState::AddLabel(const frm_Main& main, int index) {
-  AddForm(main);
   if (!labels_.contains(index)) labels_[index] = StateOfLabel(main, index);
 }
 
-void ScreenState::AddForm(const frm_Main& main) {
-  if (form_is_in_) return;
-  form_is_in_ = true;
-  form_colour_ = main.form.BackColor;
-  max_id_ = main.MaxId;
-  location_count_ = main.LocationCount;
-  text_info_count_ = main.TextInfoCount;
-}
-
 ScreenState ScreenState::Now(const frm_Main& main) const {
-  ScreenState now;
-  now.AddForm(main);
+  ScreenState now(main);
   for (const auto& [index, state] : locations_) now.AddLocation(main, index);
   for (const auto& [index, state] : labels_) now.AddLabel(main, index);
   return now;
@@ -125,17 +119,17 @@ ScreenState ScreenState::Now(const frm_Main& main) const {
 
 const PlacedControl* ScreenState::Changed(const ScreenState& other, const frm_Main& main) const {
   for (const auto& [index, state] : locations_) {
-    const auto now = other.locations_.find(index);
-    if (now == other.locations_.end() || now->second == state) continue;
+    const auto then = other.locations_.find(index);
+    if (then == other.locations_.end() || then->second == state) continue;
     if (!main.RAM_LOC_TEXT.Has(index)) continue;
-    const bool name_moved = now->second.name != state.name;
+    const bool name_moved = then->second.name != state.name;
     const PlacedControl& value = main.RAM_LOC_VAL(index);
     if (!name_moved && value.Visible) return &value;
     if (main.RAM_LOC_TEXT(index).Visible) return &main.RAM_LOC_TEXT(index);
   }
   for (const auto& [index, state] : labels_) {
-    const auto now = other.labels_.find(index);
-    if (now == other.labels_.end() || now->second == state) continue;
+    const auto then = other.labels_.find(index);
+    if (then == other.labels_.end() || then->second == state) continue;
     if (main.lbl_TextInfo.Has(index) && main.lbl_TextInfo(index).Visible) {
       return &main.lbl_TextInfo(index);
     }

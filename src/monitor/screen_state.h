@@ -48,13 +48,14 @@ struct LabelState {
   bool operator==(const LabelState&) const = default;
 };
 
-// What is captured: the Locations and labels that were named, and always the form.
+// What is captured: the form, and the Locations and labels that were named.
 class ScreenState {
  public:
+  explicit ScreenState(const frm_Main& main);
+
   // An object that is captured already keeps its first state.
   void AddLocation(const frm_Main& main, int index);
   void AddLabel(const frm_Main& main, int index);
-  void AddForm(const frm_Main& main);
 
   // The same objects as they are now.
   ScreenState Now(const frm_Main& main) const;
@@ -72,7 +73,6 @@ class ScreenState {
  private:
   std::map<int, LocationState> locations_;
   std::map<int, LabelState> labels_;
-  bool form_is_in_ = false;
   Colour form_colour_ = 0;
   int max_id_ = 0;
   int location_count_ = 0;

@@ -1,5 +1,5 @@
 // The mouse on the screen: reports presses and double clicks on boxes, labels and the free area,
-// and leads a drag from the press to the drop with a picture of the box under the pointer.
+// and leads a drag from the press to the drop with a picture of the box where it would land.
 #pragma once
 
 #include <QMouseEvent>
