@@ -4,7 +4,9 @@
 #include <initializer_list>
 
 #include "common/numbers.h"
+#include "protocols/modbus_protocol.h"
 #include "protocols/tarnlink_protocol.h"
+#include "protocols/zolt_protocol.h"
 
 namespace tarnlink {
 
@@ -24,6 +26,8 @@ void Restart(Timer& timer) {
 ProtocolTable MakeProtocols() {
   ProtocolTable protocols;
   protocols[kTarnlinkProtocol] = std::make_unique<TarnlinkProtocol>();
+  protocols[kZoltProtocol] = std::make_unique<ZoltProtocol>();
+  protocols[kModbusProtocol] = std::make_unique<ModbusProtocol>();
   return protocols;
 }
 
@@ -40,10 +44,7 @@ CommunicationRun::CommunicationRun(frm_Main& main, frm_Options& options, RunReco
   main_.Comm_Timer->SetOnTimer([this] { PollTick(); });
   main_.tmr_noresponse->SetOnTimer([this] { NoResponse(); });
   main_.tmr_MsgTimeout->SetOnTimer([this] { MessageTimedOut(); });
-  receive_pause_->SetOnTimer([this] {
-    receive_pause_->SetEnabled(false);
-    TakeResponse();
-  });
+  receive_pause_->SetOnTimer([this] { WaitForTheRest(); });
 }
 
 int CommunicationRun::MessageTimeout() const { return options_.sld_MsgTimeout.Value * 1000; }
@@ -51,6 +52,8 @@ int CommunicationRun::MessageTimeout() const { return options_.sld_MsgTimeout.Va
 bool CommunicationRun::NameVisible(int index) const {
   return main_.RAM_LOC_TEXT.Has(index) && main_.RAM_LOC_TEXT(index).Visible;
 }
+
+std::string CommunicationRun::NameText(int index) const { return main_.RAM_LOC_TEXT(index).Text; }
 
 void CommunicationRun::ShowValue(int index, const std::string& text) {
   // The user may have undone the Location between request and answer.
@@ -68,13 +71,6 @@ Protocol* CommunicationRun::SelectedProtocol() const {
 void CommunicationRun::StartCommunication() {
   main_.tmr_noresponse->SetInterval(MessageTimeout());
   if (main_.CommRunning || main_.LocationCount < 1) return;
-  if (SelectedProtocol() == nullptr) {
-    main_.platform().dialogs().MessageBox(
-        {.text = "This version polls with the TarnLink protocol only. Choose it under Options.",
-         .title = std::string(kProgramTitle),
-         .icon = Icon::kInformation});
-    return;
-  }
   try {
     if (options_.chkClearAllValues.Value) ClearAllValues();
     main_.Comm->SetPortOpen(true);
@@ -202,12 +198,37 @@ void CommunicationRun::Receive() {
   }
   const int pause = protocol->ReceivePause(options_.opt_Baudrate.Selected());
   if (pause == 0) return TakeResponse();
+  // A speed that has no button counts as the fastest, and is it from now on.
+  if (options_.opt_Baudrate.Selected() < 0) {
+    options_.opt_Baudrate.Select(options_.opt_Baudrate.count() - 1);
+  }
   // The threshold is below the frame's length: the rest arrives during the pause. The answer has
   // begun in time, so the watchdog waits too; no further event comes before the next request.
   main_.tmr_noresponse->SetEnabled(false);
   main_.Comm->SetRThreshold(0);
+  received_ = main_.Comm->InBufferCount();
   receive_pause_->SetInterval(pause);
   receive_pause_->SetEnabled(true);
+}
+
+// A long block takes several pauses on a slow line: while bytes still come, it is not all there.
+void CommunicationRun::WaitForTheRest() {
+  receive_pause_->SetEnabled(false);
+  const Protocol* protocol = SelectedProtocol();
+  const int waiting = main_.Comm->InBufferCount();
+  const bool grows = waiting > received_;
+  received_ = waiting;
+  if (protocol != nullptr && grows && waiting < protocol->ResponseLength(main_)) {
+    receive_pause_->SetEnabled(true);
+  } else {
+    TakeResponse();
+  }
+}
+
+void CommunicationRun::TellProtectedArea() {
+  main_.platform().dialogs().MessageBox({.text = "Write attempt to protected area !",
+                                         .title = "Write Error",
+                                         .icon = Icon::kCritical});
 }
 
 void CommunicationRun::TakeResponse() {

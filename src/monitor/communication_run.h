@@ -41,11 +41,14 @@ class CommunicationRun final : public ProtocolRun {
   Timer& tmr_MsgTimeout() override { return *main_.tmr_MsgTimeout; }
   int MessageTimeout() const override;
   bool NameVisible(int index) const override;
+  std::string NameText(int index) const override;
   void ShowValue(int index, const std::string& text) override;
   void ShowPanel(StatusPanelIndex panel, const std::string& text) override;
   void LogRequest(int index) override { recorder_.LogRequest(index); }
   void RecordValue(int index) override { recorder_.RecordValue(index); }
+  void LogUnreadable(int index) override { recorder_.LogUnreadable(index); }
   void EndLogRow() override { recorder_.EndLogRow(); }
+  void TellProtectedArea() override;
 
  private:
   Protocol* SelectedProtocol() const;
@@ -58,6 +61,7 @@ class CommunicationRun final : public ProtocolRun {
   void PollTick();
   void CommEventHandler(int event);
   void Receive();
+  void WaitForTheRest();
   void TakeResponse();
   void LineError(const std::string& text);
   bool LossIsAboutToBeTold() const;
@@ -70,6 +74,7 @@ class CommunicationRun final : public ProtocolRun {
   RunRecorder& recorder_;
   ProtocolTable protocols_;
   std::unique_ptr<Timer> receive_pause_;  // single shot: waits for the rest of a frame
+  int received_ = 0;                      // bytes that had come when it began
   bool line_error_shown_ = false;         // one box at a time, however many errors come in
 };
 

@@ -21,10 +21,6 @@ bool IsSignedType(std::int32_t storage_type) {
   return storage_type == kSignedByte || storage_type == kSignedWord;
 }
 
-bool IsBitSet(std::int32_t value, std::uint8_t bit) {
-  return bit < 31 && (value & (std::int32_t{1} << bit)) != 0;
-}
-
 std::int32_t HexValue(const std::string& digits) {
   return ValInt("&H" + digits, std::numeric_limits<std::int32_t>::min(),
                 std::numeric_limits<std::int32_t>::max());
@@ -107,10 +103,13 @@ std::string SignedText(const DecodedValue& value) {
   return std::to_string(HexValue(std::string(sign) + Hex(value.RawValue)));
 }
 
+bool IsBitSet(std::int32_t value, std::uint8_t bit) {
+  return bit < 31 && (value & (std::int32_t{1} << bit)) != 0;
+}
+
+std::string BitText(bool is_set) { return is_set ? "TRUE" : "FALSE"; }
+
 std::string DecodedValueText(const Location& location, const DecodedValue& value) {
-  if (location.StorageType == kBit) {
-    return IsBitSet(value.RawValue, location.BitAddress) ? "TRUE" : "FALSE";
-  }
   switch (location.Representation) {
     case kHexadecimal:
       return Right("0000" + Hex(value.RawValue), value.is_word ? 4 : 2);

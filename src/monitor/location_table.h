@@ -111,7 +111,14 @@ DecodedValue SelectValue(const Location& location, std::uint8_t high, std::uint8
 // the word 0x8000 stays 32768.
 std::string SignedText(const DecodedValue& value);
 
-// Value box text by the Location's storage type and representation.
+// Whether a bit of the value is set; bits beyond a word are not.
+bool IsBitSet(std::int32_t value, std::uint8_t bit);
+
+// What the value box of a Bit Location says.
+std::string BitText(bool is_set);
+
+// Value box text of a number by the Location's storage type and representation. Whether a bit is to
+// be shown in its place is for the protocol to say.
 std::string DecodedValueText(const Location& location, const DecodedValue& value);
 
 }  // namespace tarnlink

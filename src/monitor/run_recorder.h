@@ -18,6 +18,8 @@ class RunRecorder {
   // RunTimeError here leaves the exchange to the watchdog.
   virtual void LogRequest(int index) = 0;
   virtual void RecordValue(int index) = 0;
+  // In place of a value: the slave does not have what was asked.
+  virtual void LogUnreadable(int index) = 0;
 
   virtual void EndLogRow() = 0;
   // Closes the log if it is open. Never throws.
@@ -30,6 +32,7 @@ class NoRecorder final : public RunRecorder {
   void StartSpreadsheet() override {}
   void LogRequest(int) override {}
   void RecordValue(int) override {}
+  void LogUnreadable(int) override {}
   void EndLogRow() override {}
   void CloseLogFile() override {}
 };

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "monitor/location_table.h"
 #include "platform/serial_port.h"
@@ -38,9 +39,14 @@ struct RunFields {
   int SecondByteIndex = 0;
   bool ChangeVariableToSecondByteValues = false;
 
+  // The bit of the last value that had one: what a Bit Location shows that reads whole words.
+  bool BitState = false;
+
   // The Modbus message under way.
   std::uint8_t Function_code = 0;
   std::int16_t Nreg = 1;
+  // The registers of a write, four hexadecimal digits each.
+  std::vector<std::string> StoredRegisters;
 
   bool building = false;  // a screen, or a Modbus message, is being built
 };
@@ -62,13 +68,19 @@ class ProtocolRun {
 
   // Whether Location `index` exists: its name box is visible.
   virtual bool NameVisible(int index) const = 0;
+  // What the name box says.
+  virtual std::string NameText(int index) const = 0;
   virtual void ShowValue(int index, const std::string& text) = 0;
   virtual void ShowPanel(StatusPanelIndex panel, const std::string& text) = 0;
 
   // Logging hooks. Each looks for itself whether the Location is logged and the log is open.
-  virtual void LogRequest(int index) = 0;   // at the request: opens the Location's field
-  virtual void RecordValue(int index) = 0;  // after ShowValue: log field and spreadsheet cell
-  virtual void EndLogRow() = 0;             // ends the row and begins the next with the time
+  virtual void LogRequest(int index) = 0;     // at the request: opens the Location's field
+  virtual void RecordValue(int index) = 0;    // after ShowValue: log field and spreadsheet cell
+  virtual void LogUnreadable(int index) = 0;  // in place of a value: the slave does not have it
+  virtual void EndLogRow() = 0;               // ends the row and begins the next with the time
+
+  // Tells the user that a page may not be written.
+  virtual void TellProtectedArea() = 0;
 
   virtual void StopZOLTCommunication() = 0;
 };
@@ -94,6 +106,10 @@ class Protocol {
   // protocol whose threshold lies below its frame length needs one. `baud_index` is -1 while no
   // speed is selected.
   virtual int ReceivePause(int /*baud_index*/) const { return 0; }
+
+  // How long the response to the request that is out may be. One that is shorter after the pause
+  // and still growing is waited for.
+  virtual int ResponseLength(const RunFields& /*fields*/) const { return 0; }
 };
 
 }  // namespace tarnlink

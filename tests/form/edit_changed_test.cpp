@@ -147,5 +147,19 @@ TEST_F(Undoing, APressOnALabelChangesTheScreenWithoutAnEntry) {
   EXPECT_EQ(Entries(), "[&Undo] | [&Redo]");
 }
 
+TEST_F(Undoing, AnEmptyScreenThatBeginsAnewIsStillAChangedOne) {
+  main().WCRChanged = false;
+  OpenScreen({});
+  ColourForm(0x123456);
+  ASSERT_TRUE(Changed());
+  ShowOptions();
+  Ok();
+  EXPECT_EQ(Entries(), "[&Undo] | [&Redo]");
+  AddText();
+  Undo();
+  EXPECT_TRUE(Changed());
+  EXPECT_EQ(main().form.BackColor.get(), 0x123456);
+}
+
 }  // namespace
 }  // namespace tarnlink

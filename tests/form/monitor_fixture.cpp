@@ -69,6 +69,10 @@ void NotingRecorder::RecordValue(int index) {
        value_refusal);
 }
 
+void NotingRecorder::LogUnreadable(int index) {
+  Call("unreadable " + std::to_string(index), value_refusal);
+}
+
 void NotingRecorder::EndLogRow() { Call("end of row", row_refusal); }
 
 void NotingRecorder::CloseLogFile() {

@@ -41,6 +41,7 @@ class NotingRecorder final : public RunRecorder {
   void StartSpreadsheet() override;
   void LogRequest(int index) override;
   void RecordValue(int index) override;
+  void LogUnreadable(int index) override;
   void EndLogRow() override;
   void CloseLogFile() override;
 

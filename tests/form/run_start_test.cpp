@@ -224,17 +224,5 @@ TEST_F(RunStart, ADeviceThatIsNotThereIsAnOccupiedPort) {
   EXPECT_EQ(State(), kStopped);
 }
 
-TEST_F(RunStart, SaysWhichProtocolItCannotPollWith) {
-  Screen({ByteAt("01A0")});
-  for (const int protocol : {kZoltProtocol, kModbusProtocol}) {
-    ChooseProtocol(protocol);
-    world.dialogs().ExpectMessageBox(
-        "This version polls with the TarnLink protocol only. Choose it under Options.", "TarnLink");
-    Start();
-    EXPECT_EQ(State(), kStopped);
-    EXPECT_EQ(world.port().opens(), 0);
-  }
-}
-
 }  // namespace
 }  // namespace tarnlink

@@ -239,22 +239,15 @@ TEST(DecodedValueText, PrintsOctalWithoutPadding) {
   EXPECT_EQ(WordText(0xFFFF, kSignedWord, kOctal), "177777");
 }
 
-TEST(DecodedValueText, PrintsABitAsTrueOrFalseWhateverTheRepresentation) {
-  for (int representation = kDecimal; representation <= kOctal; ++representation) {
-    Location location = Made(kBit, representation);
-    location.BitAddress = 3;
-    EXPECT_EQ(DecodedValueText(location, {0x08, false}), "TRUE");
-    EXPECT_EQ(DecodedValueText(location, {0xF7, false}), "FALSE");
-    location.BitAddress = 15;
-    EXPECT_EQ(DecodedValueText(location, {0x8000, true}), "TRUE");
-  }
+TEST(BitText, IsTrueOrFalse) {
+  EXPECT_EQ(BitText(IsBitSet(0x08, 3)), "TRUE");
+  EXPECT_EQ(BitText(IsBitSet(0xF7, 3)), "FALSE");
+  EXPECT_EQ(BitText(IsBitSet(0x8000, 15)), "TRUE");
 }
 
-TEST(DecodedValueText, PrintsABitBeyondTheWordAsFalse) {
-  Location location = Made(kBit, kDecimal);
+TEST(BitText, OfABitBeyondTheWordIsFalse) {
   for (const int bit : {16, 30, 31, 32, 63, 64, 255}) {
-    location.BitAddress = static_cast<std::uint8_t>(bit);
-    EXPECT_EQ(DecodedValueText(location, {0xFFFF, true}), "FALSE") << bit;
+    EXPECT_FALSE(IsBitSet(0xFFFF, static_cast<std::uint8_t>(bit))) << bit;
   }
 }
 
