@@ -1,0 +1,414 @@
+// Modbus in the run: a screen of registers, the simulated boiler at the end of the line, and the
+// wait for the rest of a response.
+
+#include <gtest/gtest.h>
+
+#include "common/numbers.h"
+#include "common/text.h"
+#include "form/boiler_on_line.h"
+#include "form/monitor_fixture.h"
+#include "protocols/modbus_frame.h"
+#include "protocols/modbus_protocol.h"
+
+namespace tarnlink {
+namespace {
+
+constexpr int k1200 = 0;  // indices of opt_Baudrate
+constexpr int k9600 = 3;
+
+// Registers from 0200 on are free RAM, a word each from here on.
+constexpr int kFreeRegisters = 0x200;
+constexpr int kFreeRam = 0xF400;
+
+Location Register(const std::string& address, const std::string& slave = "1") {
+  Location location;
+  location.Address = address;
+  location.Alias = "at " + address;
+  location.LocSlaveAddress = slave;
+  location.FunctionCode = "&H03";
+  return location;
+}
+
+// `count` Locations of which the first reads all.
+std::vector<Location> Block(int first, int count) {
+  std::vector<Location> locations;
+  for (int i = 0; i < count; ++i) {
+    locations.push_back(Register(Stuff(Hex(first + i), 4)));
+    locations.back().RegisterFollower = i > 0;
+  }
+  locations.front().NumReg = static_cast<std::int16_t>(count);
+  return locations;
+}
+
+std::string Framed(std::string_view hexadecimal) {
+  return modbus_frame::FinishFrame(Bytes(hexadecimal));
+}
+
+boiler::SimulatedBoiler::Options ModbusBoiler(int baud = 0) {
+  return {.protocol = "modbus",
+          .slave = {.addresses = "1,10"},
+          .line = {.pace = {.baud = baud}, .answer_delay_us = 5'000}};
+}
+
+class RunModbus : public MonitorTest {
+ protected:
+  RunModbus() {
+    ChooseProtocol(kModbusProtocol);
+    ChooseSpeed(k9600);
+  }
+
+  void ChooseSpeed(int index) { monitor.options.opt_Baudrate.Select(index); }
+
+  // What the dialog of a write does once the user has given it the value.
+  void WriteRegister(int index, std::uint8_t function, std::string value) {
+    frm_Main& main = monitor.main;
+    main.Comm_Timer->SetEnabled(false);
+    main.message_received = false;
+    main.Function_code = function;
+    ModbusProtocol().SendWrite(monitor.run, index, value);
+    main.tmr_noresponse->SetEnabled(true);
+  }
+
+  const std::string waiting = "Waiting, port open, timers Comm_Timer tmr_noresponse";
+};
+
+// --- The simulated boiler ----------------------------------------------------------------------
+
+class RunModbusBoiler : public RunModbus {
+ protected:
+  void FreeRegister(int address, std::uint16_t value) {
+    boiler.controller().WriteWord(
+        static_cast<std::uint16_t>(kFreeRam + 2 * (address - kFreeRegisters)), value);
+  }
+
+  BoilerOnLine boiler{world, ModbusBoiler()};
+};
+
+TEST_F(RunModbusBoiler, RegistersAreReadOneAfterTheOther) {
+  Screen({Register("0200"), Register("0201")});
+  FreeRegister(0x200, 0x1234);
+  FreeRegister(0x201, 0xABCD);
+  Start();
+  // The answer is there 5 ms after its request and taken 10 ms later.
+  Advance(34);
+  EXPECT_EQ(Value(1), "Value 1");
+  Advance(1);
+  EXPECT_EQ(Value(1), "1234");
+  Advance(30);
+  EXPECT_EQ(Value(2), "ABCD");
+  EXPECT_EQ(Sent(),
+            "20 ms: 01 03 02 00 00 01 85 B2\n"
+            "40 ms: 01 03 02 01 00 01 D4 72\n"
+            "60 ms: 01 03 02 00 00 01 85 B2\n");
+  EXPECT_EQ(Panel(5), "1: at 0200");
+}
+
+TEST_F(RunModbusBoiler, WhatTheBoilerChangesIsShownInTheNextRound) {
+  Screen({Register("0200")});
+  Start();
+  Advance(40);
+  EXPECT_EQ(Value(1), "0000");
+  FreeRegister(0x200, 0x00FF);
+  Advance(40);
+  EXPECT_EQ(Value(1), "00FF");
+}
+
+TEST_F(RunModbusBoiler, ABlockIsOneRequestForAllItsLocations) {
+  std::vector<Location> locations = Block(0x200, 3);
+  locations.push_back(Register("0203"));
+  Screen(locations);
+  for (int i = 0; i < 4; ++i) FreeRegister(0x200 + i, static_cast<std::uint16_t>(0x1000 + i));
+  Start();
+  Advance(60);
+  EXPECT_EQ(Sent(),
+            "20 ms: 01 03 02 00 00 03 04 73\n"
+            "40 ms: 01 03 02 03 00 01 75 B2\n"
+            "60 ms: 01 03 02 00 00 03 04 73\n");
+  EXPECT_EQ(Value(1), "1000");
+  EXPECT_EQ(Value(2), "1001");
+  EXPECT_EQ(Value(3), "1002");
+  EXPECT_EQ(Value(4), "1003");
+}
+
+TEST_F(RunModbusBoiler, TheLogGetsOneRequestAndEveryValueOfABlock) {
+  Record();
+  monitor.options.chk_GeneralLogging(0).Value = true;
+  Screen(Block(0x200, 2));
+  FreeRegister(0x200, 0x000A);
+  FreeRegister(0x201, 0x000B);
+  Start();
+  Advance(39);
+  EXPECT_EQ(recorder.TakeNotes(),
+            "prepare log\n"
+            "request 1\n"
+            "value 1: 000A in row 2\n"
+            "value 2: 000B in row 2\n"
+            "end of row\n");
+  EXPECT_EQ(monitor.main.DDERowCounter, 3);
+}
+
+TEST_F(RunModbusBoiler, EverySlaveOfTheScreenIsAskedByItsAddress) {
+  SetTimeout(1);
+  Screen({Register("0200"), Register("0201", "0A"), Register("0202", "3")});
+  for (int i = 0; i < 3; ++i) FreeRegister(0x200 + i, static_cast<std::uint16_t>(i + 1));
+  Start();
+  Advance(60);
+  EXPECT_EQ(Sent(),
+            "20 ms: 01 03 02 00 00 01 85 B2\n"
+            "40 ms: 0A 03 02 01 00 01 D5 09\n"
+            "60 ms: " +
+                HexText(Framed("03 03 02 02 00 01")) + "\n");
+  EXPECT_EQ(Value(1), "0001");
+  EXPECT_EQ(Value(2), "0002");
+  Advance(1000);
+  EXPECT_EQ(Value(3), "Value 3");
+}
+
+TEST_F(RunModbusBoiler, ARefusedRegisterIsToldKeepsItsValueAndTheOthersGoOn) {
+  Screen({Register("0400"), Register("0201")});
+  FreeRegister(0x201, 0xABCD);
+  Start();
+  Advance(39);
+  EXPECT_EQ(Panel(6), "Exception code:2");
+  EXPECT_EQ(monitor.main.Function_code, 0x83);
+  EXPECT_EQ(Value(1), "Value 1");
+  Advance(1);
+  EXPECT_EQ(monitor.main.Function_code, 3);
+  Advance(20);
+  EXPECT_EQ(Value(2), "ABCD");
+  EXPECT_EQ(Panel(6), "Exception code:2");
+  EXPECT_EQ(world.port().opens(), 1);
+  EXPECT_TRUE(world.dialogs().shown().empty());
+}
+
+TEST_F(RunModbusBoiler, AnAnswerWithAWrongCheckIsNotShownAndTheOthersGoOn) {
+  Screen({Register("0200"), Register("0201")});
+  FreeRegister(0x200, 0x1234);
+  FreeRegister(0x201, 0xABCD);
+  boiler.line().AddFault("check_wrong#1");
+  Start();
+  Advance(60);
+  EXPECT_EQ(Value(1), "Value 1");
+  EXPECT_EQ(Value(2), "ABCD");
+  Advance(20);
+  EXPECT_EQ(Value(1), "1234");
+}
+
+TEST_F(RunModbusBoiler, ASilentSlaveIsPassedOverByTheWatchdogWithoutAWord) {
+  SetTimeout(1);
+  Screen({Register("0200", "3"), Register("0201"), Register("0202")});
+  FreeRegister(0x201, 0xABCD);
+  boiler.line().AddFault("no_reply#1");
+  Start();
+  Advance(2060);
+  EXPECT_EQ(Sent(), "20 ms: " + HexText(Framed("03 03 02 00 00 01")) +
+                        "\n"
+                        "1020 ms: 01 03 02 01 00 01 D4 72\n"
+                        "2020 ms: " +
+                        HexText(Framed("01 03 02 02 00 01")) +
+                        "\n"
+                        "2040 ms: " +
+                        HexText(Framed("03 03 02 00 00 01")) + "\n");
+  EXPECT_EQ(Value(1), "Value 1");
+  EXPECT_EQ(Value(2), "Value 2");
+  EXPECT_EQ(Value(3), "0000");
+  EXPECT_EQ(world.port().opens(), 3);
+  EXPECT_EQ(Panel(4), "Communication Running");
+  EXPECT_TRUE(world.dialogs().shown().empty());
+}
+
+TEST_F(RunModbusBoiler, AWrittenRegisterIsReadBackNext) {
+  Screen({Register("0200"), Register("0201")});
+  Start();
+  Advance(39);
+  Sent();
+  WriteRegister(1, 6, "1234");
+  Advance(16);
+  EXPECT_EQ(Value(1), "-");
+  Advance(40);
+  EXPECT_EQ(Value(1), "1234");
+  EXPECT_EQ(Sent(),
+            "39 ms: 01 06 02 00 12 34 85 05\n"
+            "59 ms: 01 03 02 00 00 01 85 B2\n"
+            "79 ms: 01 03 02 01 00 01 D4 72\n");
+}
+
+TEST_F(RunModbusBoiler, WrittenRegistersAreAllShownOnceTheyAreReadBack) {
+  Screen(Block(0x200, 2));
+  Start();
+  Advance(39);
+  monitor.main.StoredRegisters = {"000A", "0102"};
+  WriteRegister(1, 16, "");
+  Advance(16);
+  EXPECT_EQ(Value(1), "-");
+  EXPECT_EQ(Value(2), "-");
+  Advance(40);
+  EXPECT_EQ(Value(1), "000A");
+  EXPECT_EQ(Value(2), "0102");
+}
+
+// --- The wait for the rest of a response -------------------------------------------------------
+
+TEST_F(RunModbus, AResponseIsTakenAfterThePauseOfTheSpeed) {
+  const int pauses[] = {80, 40, 20, 10, 5, 1};
+  Screen({Register("0010")});
+  for (int index = 0; index < 6; ++index) {
+    ChooseSpeed(index);
+    Start();
+    Advance(20);
+    const std::string value = "120" + std::to_string(index);
+    Answer(Framed("01 03 02 " + value));
+    Advance(pauses[index] - 1);
+    EXPECT_NE(Value(1), value) << index;
+    Advance(1);
+    EXPECT_EQ(Value(1), value) << index;
+    EXPECT_EQ(monitor.options.opt_Baudrate.Selected(), index);
+    Stop();
+  }
+}
+
+TEST_F(RunModbus, WithoutASpeedTheFastestIsChosenByTheFirstResponse) {
+  Screen({Register("0010")});
+  monitor.options.opt_Baudrate.Clear();
+  Start();
+  Advance(20);
+  EXPECT_EQ(monitor.options.opt_Baudrate.Selected(), -1);
+  Answer(Framed("01 03 02 12 34"));
+  EXPECT_EQ(monitor.options.opt_Baudrate.Selected(), 5);
+  EXPECT_EQ(Value(1), "Value 1");
+  Advance(1);
+  EXPECT_EQ(Value(1), "1234");
+}
+
+TEST_F(RunModbus, FourBytesAreNoResponseYet) {
+  Screen({Register("0010")});
+  Start();
+  Advance(20);
+  const std::string whole = Framed("01 03 02 12 34");
+  Answer(whole.substr(0, 4));
+  Advance(500);
+  EXPECT_EQ(Value(1), "Value 1");
+  Answer(whole.substr(4));
+  Advance(10);
+  EXPECT_EQ(Value(1), "1234");
+}
+
+TEST_F(RunModbus, TheRestOfAResponseMayComeDuringThePause) {
+  ChooseSpeed(k1200);
+  Screen({Register("0010")});
+  Start();
+  Advance(20);
+  const std::string whole = Framed("01 03 02 12 34");
+  Answer(whole.substr(0, 5));
+  AnswerIn(79, whole.substr(5));
+  Advance(80);
+  EXPECT_EQ(Value(1), "1234");
+}
+
+TEST_F(RunModbus, AnExceptionIsTakenAfterOnePauseAlthoughMoreWasAskedFor) {
+  Screen(Block(0x10, 3));
+  Start();
+  Advance(20);
+  Answer(Framed("01 83 02"));
+  Advance(10);
+  EXPECT_EQ(Panel(6), "Exception code:2");
+}
+
+TEST_F(RunModbus, ALongBlockOnASlowLineArrivesWhole) {
+  constexpr int kRegisters = 60;
+  ChooseSpeed(k1200);
+  SetTimeout(1);
+  Screen(Block(kFreeRegisters, kRegisters));
+  BoilerOnLine boiler(world, ModbusBoiler(1200));
+  for (int i = 0; i < kRegisters; ++i) {
+    boiler.controller().WriteWord(static_cast<std::uint16_t>(kFreeRam + 2 * i),
+                                  static_cast<std::uint16_t>(0x4000 + i));
+  }
+  Start();
+  // The 125 bytes take longer than the time-out, but they begin in time.
+  Advance(1'100);
+  EXPECT_EQ(State(), "Waiting, port open, timers Comm_Timer");
+  EXPECT_EQ(Value(1), "Value 1");
+  Advance(120);
+  for (int i = 0; i < kRegisters; ++i) EXPECT_EQ(Value(i + 1), Hex(0x4000 + i));
+  EXPECT_EQ(world.port().opens(), 1);
+}
+
+TEST_F(RunModbus, AResponseThatStopsHalfWayIsTakenAfterOneMorePauseAndThePollGoesOn) {
+  ChooseSpeed(k1200);
+  std::vector<Location> locations = Block(0x10, 3);
+  locations.push_back(Register("0020"));
+  Screen(locations);
+  Start();
+  Advance(21);
+  const std::string whole = Framed("01 03 06 00 01 00 02 00 03");
+  Answer(whole.substr(0, 5));
+  AnswerIn(40, whole.substr(5, 3));
+  // At 101 ms it has grown, at 181 ms no longer.
+  Advance(159);
+  EXPECT_EQ(State(), "Waiting, port open, timers Comm_Timer");
+  Advance(1);
+  EXPECT_EQ(State(), "Ready, port open, timers Comm_Timer");
+  EXPECT_EQ(Value(1), "Value 1");
+  Sent();
+  Advance(19);
+  EXPECT_EQ(Sent(), "200 ms: " + HexText(Framed("01 03 00 20 00 01")) + "\n");
+  Answer(Framed("01 03 02 12 34"));
+  Advance(80);
+  EXPECT_EQ(Value(4), "1234");
+  EXPECT_EQ(world.port().opens(), 1);
+}
+
+TEST_F(RunModbus, AResponseThatStopsAtOnceIsTakenAfterOnePause) {
+  ChooseSpeed(k1200);
+  Screen(Block(0x10, 3));
+  Start();
+  Advance(21);
+  Answer(Framed("01 03 06 00 01 00 02 00 03").substr(0, 6));
+  Advance(79);
+  EXPECT_EQ(State(), "Waiting, port open, timers Comm_Timer");
+  Advance(1);
+  EXPECT_EQ(State(), "Ready, port open, timers Comm_Timer");
+  EXPECT_EQ(Value(1), "Value 1");
+}
+
+TEST_F(RunModbus, StopDuringThePauseLosesTheResponse) {
+  ChooseSpeed(k1200);
+  Screen(Block(0x10, 3));
+  const std::string whole = Framed("01 03 06 00 01 00 02 00 03");
+  // In the first pause, and in the one that follows it.
+  for (const int stop_after : {40, 120}) {
+    Start();
+    Advance(20);
+    Answer(whole.substr(0, 5));
+    AnswerIn(30, whole.substr(5, 3));
+    AnswerIn(130, whole.substr(8));
+    Advance(stop_after);
+    Stop();
+    EXPECT_EQ(State(), "Stopped, port closed, no timers") << stop_after;
+    Advance(1'000);
+    EXPECT_EQ(State(), "Stopped, port closed, no timers") << stop_after;
+    EXPECT_EQ(Value(1), "Value 1") << stop_after;
+  }
+}
+
+TEST_F(RunModbus, AStoppedPauseDoesNotReachIntoTheNextRun) {
+  ChooseSpeed(k1200);
+  Screen(Block(0x10, 3));
+  const std::string whole = Framed("01 03 06 00 01 00 02 00 03");
+  Start();
+  Advance(20);
+  Answer(whole.substr(0, 5));
+  Stop();
+  Sent();
+  Start();
+  Advance(1'000);
+  EXPECT_EQ(State(), waiting);
+  EXPECT_EQ(Sent(), "40 ms: 01 03 00 10 00 03 04 0E\n");
+  Answer(whole);
+  Advance(80);
+  EXPECT_EQ(Value(3), "0003");
+}
+
+}  // namespace
+}  // namespace tarnlink
