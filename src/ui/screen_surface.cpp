@@ -232,13 +232,19 @@ bool ScreenSurface::focusNextPrevChild(bool next) {
 
 // --- Making its widgets --------------------------------------------------------------------------
 
+// A new text, which comes with every exchange of a run, needs no other room.
+template <class Widget>
+void ScreenSurface::ShowChange(Widget* widget) {
+  const QRect place = widget->geometry();
+  const bool was_hidden = widget->isHidden();
+  widget->ShowControl();
+  if (widget->geometry() != place || widget->isHidden() != was_hidden) Grow(widget);
+}
+
 QWidget* ScreenSurface::MakeValue(int index) {
   TextBox& control = main_.RAM_LOC_VAL(index);
   auto* box = new ScreenBox(control, this);
-  control.SetView([this, box] {
-    box->ShowControl();
-    Grow(box);
-  });
+  control.SetView([this, box] { ShowChange(box); });
   Grow(box);
   return box;
 }
@@ -247,8 +253,7 @@ QWidget* ScreenSurface::MakeName(int index) {
   TextBox& control = main_.RAM_LOC_TEXT(index);
   auto* box = new ScreenBox(control, this);
   control.SetView([this, box, index] {
-    box->ShowControl();
-    Grow(box);
+    ShowChange(box);
     DescribeSoon(index);
   });
   Grow(box);
@@ -259,10 +264,7 @@ QWidget* ScreenSurface::MakeName(int index) {
 QWidget* ScreenSurface::MakeCheck(int index) {
   CheckBox& control = main_.RAM_LOC_CHECK(index);
   auto* box = new ScreenCheck(control, this);
-  control.SetView([this, box] {
-    box->ShowControl();
-    Grow(box);
-  });
+  control.SetView([this, box] { ShowChange(box); });
   Grow(box);
   WidgetsOf(ItemKind::kCheck)[index] = box;
   DescribeSoon(index);
@@ -271,7 +273,7 @@ QWidget* ScreenSurface::MakeCheck(int index) {
 
 // When a whole screen is up, and not while the user waits for it.
 void ScreenSurface::DescribeSoon(int index) {
-  undescribed_.insert(index);
+  undescribed_.push_back(index);
   FitSoon();
 }
 
@@ -288,10 +290,7 @@ void ScreenSurface::DescribeBoxes(int index) {
 QWidget* ScreenSurface::MakeLabel(int index) {
   Label& control = main_.lbl_TextInfo(index);
   auto* label = new ScreenLabel(control, this);
-  control.SetView([this, label] {
-    label->ShowControl();
-    Grow(label);
-  });
+  control.SetView([this, label] { ShowChange(label); });
   Grow(label);
   return label;
 }

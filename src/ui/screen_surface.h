@@ -6,7 +6,6 @@
 #include <QScrollArea>
 #include <QWidget>
 #include <array>
-#include <set>
 #include <unordered_map>
 #include <vector>
 
@@ -67,6 +66,8 @@ class ScreenSurface final : public QWidget {
   const Widgets& WidgetsOf(ItemKind kind) const { return widgets_[static_cast<std::size_t>(kind)]; }
   void LetGo(QWidget* widget);
   void GiveFocus(const PlacedControl& control);
+  template <class Widget>
+  void ShowChange(Widget* widget);
   void Grow(const QWidget* widget);
   void FitSoon();
   void NeedSize(const QSize& size);
@@ -84,7 +85,7 @@ class ScreenSurface final : public QWidget {
   std::unordered_map<const QWidget*, ScreenItem> items_;
   ScreenMouse mouse_{main_, *this};
   ScreenKeys keys_{main_, *this};
-  std::set<int> undescribed_;  // Locations whose boxes wait to be described
+  std::vector<int> undescribed_;  // Locations whose boxes wait to be described
   QSize needed_{0, 0};
   bool fits_soon_ = false;
 };
