@@ -18,7 +18,7 @@ constexpr std::string_view kHelp =
     "\n"
     "  --device PATH    use this serial device instead, at the speed of --baud\n"
     "  --link PATH      name the pseudo terminal by a symbolic link\n"
-    "  --protocol NAME  tarnlink (the default), zolt or modbus\n"
+    "  --protocol NAME  tarnlink (the default), zolt, modbus, or any: whichever is spoken\n"
     "  --slaves LIST    addresses with commas between them: zolt 0 to F, 0 when not given; modbus\n"
     "                   1 to 247, 1 when not given\n"
     "  --corrupted      zolt: answers a request whose check is wrong as corrupted\n"

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "simulator/problem.h"
+#include "simulator/slave_any.h"
 #include "simulator/slave_modbus.h"
 #include "simulator/slave_tarnlink.h"
 #include "simulator/slave_zolt.h"
@@ -69,6 +70,11 @@ std::unique_ptr<Slave> MakeModbus(const SlaveOptions& options) {
   return std::make_unique<ModbusSlave>(ModbusAddresses(text));
 }
 
+std::unique_ptr<Slave> MakeAny(const SlaveOptions& options) {
+  if (!options.addresses.empty()) throw Problem("Slave addresses need one protocol.");
+  return std::make_unique<AnySlave>(MakeTarnlink({}), MakeZolt({}), MakeModbus({}));
+}
+
 }  // namespace
 
 std::unique_ptr<Slave> MakeSlave(std::string_view protocol, const SlaveOptions& options) {
@@ -78,8 +84,9 @@ std::unique_ptr<Slave> MakeSlave(std::string_view protocol, const SlaveOptions& 
   }
   if (protocol == "tarnlink") return MakeTarnlink(options);
   if (protocol == "modbus") return MakeModbus(options);
+  if (protocol == "any") return MakeAny(options);
   throw Problem("The boiler does not speak the protocol \"" + std::string(protocol) +
-                "\"; it speaks tarnlink, zolt and modbus.");
+                "\"; it speaks tarnlink, zolt, modbus, or any.");
 }
 
 SimulatedBoiler::SimulatedBoiler(const Options& options, LogSink log)

@@ -170,7 +170,7 @@ TEST(SimulatedBoiler, RefusesAProtocolThatItDoesNotSpeak) {
     options.protocol = name;
     EXPECT_EQ(ProblemText([&] { SimulatedBoiler boiler(options); }),
               "The boiler does not speak the protocol \"" + name +
-                  "\"; it speaks tarnlink, zolt and modbus.");
+                  "\"; it speaks tarnlink, zolt, modbus, or any.");
   }
 }
 

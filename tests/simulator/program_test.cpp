@@ -327,8 +327,8 @@ TEST_F(ProgramTest, RefusesToStartWithASentence) {
   };
   for (const Row& row : {
            Row{{"--protocol", "morse"},
-               "The boiler does not speak the protocol \"morse\"; it speaks tarnlink, zolt and "
-               "modbus."},
+               "The boiler does not speak the protocol \"morse\"; it speaks tarnlink, zolt, "
+               "modbus, or any."},
            Row{{"--protocol", "zolt", "--slaves", "G"},
                "The slave addresses \"G\" must be digits 0 to F with commas between them."},
            Row{{"--fault", "oops"}, "Fault \"oops\": there is no fault of this name."},

@@ -1,22 +1,26 @@
-// tarnlink_tour SCREEN.wcr FOLDER: drives the program over a screen and leaves pictures in FOLDER.
+// tarnlink_tour FOLDER SCREEN.wcr...: drives the program over the screens and leaves pictures in
+// FOLDER.
 
 #include <QApplication>
 #include <QDir>
+#include <QStringList>
 #include <iostream>
 
 #include "app/tour/tour.h"
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  if (argc != 3) {
-    std::cerr << "Usage: tarnlink_tour SCREEN.wcr FOLDER" << std::endl;
+  if (argc < 3) {
+    std::cerr << "Usage: tarnlink_tour FOLDER SCREEN.wcr..." << std::endl;
     return 2;
   }
-  const QString pictures = QString::fromLocal8Bit(argv[2]);
+  const QString pictures = QString::fromLocal8Bit(argv[1]);
+  QStringList screens;
+  for (int i = 2; i < argc; ++i) screens << QString::fromLocal8Bit(argv[i]);
   QDir().mkpath(pictures);
 
   tarnlink::Program program;
-  tarnlink::Tour tour(program, argv[1], pictures);
+  tarnlink::Tour tour(program, screens, pictures);
   tour.Begin();
   return QApplication::exec();
 }

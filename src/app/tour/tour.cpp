@@ -3,40 +3,66 @@
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTimer>
 #include <iostream>
 
 namespace tarnlink {
 
-Tour::Tour(Program& program, QString screen, QString pictures)
-    : program_(program), screen_(std::move(screen)), pictures_(std::move(pictures)) {
+Tour::Tour(Program& program, const QStringList& screens, QString pictures)
+    : program_(program), pictures_(std::move(pictures)) {
+  for (const QString& screen : screens) visits_.push_back({screen, {}});
+  // The first one is named on the command line, the others are opened from the menu.
+  Then(0, [this] { program_.Start(visits_.front().screen.toStdString()); });
+  for (Visit& visit : visits_) PlanVisit(visit);
+  PlanDialogs();
+  Then(300, [this] { Finish(); });
+}
+
+void Tour::Then(int milliseconds, std::function<void()> act) {
+  stops_.push_back({milliseconds, std::move(act)});
+}
+
+void Tour::PlanVisit(Visit& visit) {
   constexpr int kSecond = 1000;
-  constexpr int kSecondsOfValues = 10;
-  stops_.push_back({0, [this] { program_.Start(screen_.toStdString()); }});
-  stops_.push_back({500, [this] {
-                      values_.Note(program_.monitor().main);
-                      Picture("1-stopped");
-                    }});
-  stops_.push_back({100, [this] { Press("Toolbar1(2)"); }});
-  for (int i = 0; i < kSecondsOfValues; ++i) {
-    stops_.push_back({kSecond, [this] { values_.Note(program_.monitor().main); }});
+  constexpr int kSecondsOfValues = 7;
+  if (&visit != &visits_.front()) {
+    Then(300, [this] { Press("M_fileopen"); });
+    Then(500, [this, &visit] { ChooseFile(visit.screen); });
   }
-  stops_.push_back({100, [this] { Picture("2-running"); }});
-  stops_.push_back({100, [this] { Press("Toolbar1(3)"); }});
-  stops_.push_back({500, [this] { Press("M_options"); }});
-  stops_.push_back({300, [this] { PictureOfOptions(0, "3-options-communication"); }});
-  stops_.push_back({300, [this] { PictureOfOptions(1, "4-options-files"); }});
-  stops_.push_back({300, [this] { PictureOfOptions(2, "5-options-monitor"); }});
-  stops_.push_back({100, [] { QApplication::activeModalWidget()->close(); }});
-  stops_.push_back({300, [this] { Press("M_About"); }});
-  stops_.push_back({300, [this] { Picture("6-about"); }});
-  stops_.push_back({100, [] { QApplication::activeModalWidget()->close(); }});
-  stops_.push_back({300, [this] { Press("mnuPrint"); }});
-  stops_.push_back({500, [this] { Picture("7-print-preview"); }});
-  stops_.push_back({100, [] { QApplication::activeModalWidget()->close(); }});
-  stops_.push_back({300, [this] { Finish(); }});
+  const QString name = QFileInfo(visit.screen).completeBaseName();
+  Then(500, [this, &visit, name] {
+    ExpectOpen(visit.screen);
+    visit.values.Note(program_.monitor().main);
+    Picture(name + "-stopped");
+  });
+  Then(100, [this] { Press("Toolbar1(2)"); });
+  for (int i = 0; i < kSecondsOfValues; ++i) {
+    Then(kSecond, [this, &visit] { visit.values.Note(program_.monitor().main); });
+  }
+  Then(100, [this, name] { Picture(name + "-running"); });
+  Then(100, [this] { Press("Toolbar1(3)"); });
+}
+
+void Tour::PlanDialogs() {
+  const auto close = [] { QApplication::activeModalWidget()->close(); };
+  Then(500, [this] { Press("M_options"); });
+  Then(300, [this] { PictureOfOptions(0, "options-communication"); });
+  Then(300, [this] { PictureOfOptions(1, "options-files"); });
+  Then(300, [this] { PictureOfOptions(2, "options-monitor"); });
+  Then(100, close);
+  Then(300, [this] { Press("M_About"); });
+  Then(300, [this] { Picture("about"); });
+  Then(100, close);
+  Then(300, [this] { Press("mnuPrint"); });
+  Then(500, [this] { Picture("print-preview"); });
+  Then(100, close);
 }
 
 void Tour::Begin() {
@@ -52,7 +78,7 @@ void Tour::CloseMessageBox() {
   if (box == nullptr) return;
   std::cout << "Box: " << box->windowTitle().toStdString() << ": " << box->text().toStdString()
             << ' ' << box->informativeText().toStdString() << std::endl;
-  box_came_ = true;
+  is_well_ = false;
   box->close();
 }
 
@@ -73,24 +99,46 @@ void Tour::Press(const char* action) {
   found->trigger();
 }
 
-void Tour::Picture(const char* name) {
+void Tour::ChooseFile(const QString& path) {
+  auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+  if (dialog == nullptr) {
+    std::cerr << "No dialog asks for a file." << std::endl;
+    return;
+  }
+  // A relative name would count from the folder that the dialog shows.
+  dialog->findChild<QLineEdit*>()->setText(QFileInfo(path).absoluteFilePath());
+  dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
+}
+
+void Tour::ExpectOpen(const QString& screen) {
+  const QFileInfo open(QString::fromStdString(program_.monitor().main.CurrentTarnLinkFile));
+  if (open == QFileInfo(screen)) return;
+  std::cerr << "The screen is not open: " << screen.toStdString() << std::endl;
+  is_well_ = false;
+}
+
+void Tour::Picture(const QString& what) {
   QWidget* shown = QApplication::activeModalWidget();
   if (shown == nullptr) shown = &program_.window();
-  const QString file = pictures_ + "/" + name + ".png";
+  const QString file = QString("%1/%2-%3.png").arg(pictures_).arg(++pictures_taken_).arg(what);
   if (!shown->grab().save(file)) std::cerr << "No picture: " << file.toStdString() << std::endl;
 }
 
-void Tour::PictureOfOptions(int tab, const char* name) {
+void Tour::PictureOfOptions(int tab, const QString& what) {
   QApplication::activeModalWidget()->findChild<QTabWidget*>("SSTab1")->setCurrentIndex(tab);
-  Picture(name);
+  Picture(what);
 }
 
 void Tour::Finish() {
-  std::cout << "Values of " << screen_.toStdString() << ":\n";
-  values_.Print(std::cout);
-  std::cout << values_.live() << " Locations showed values, " << values_.changing()
-            << " of them changed.\nPictures: " << pictures_.toStdString() << std::endl;
-  QApplication::exit(values_.live() > 0 && values_.changing() > 0 && !box_came_ ? 0 : 1);
+  for (const Visit& visit : visits_) {
+    std::cout << "Values of " << visit.screen.toStdString() << ":\n";
+    visit.values.Print(std::cout);
+    std::cout << visit.values.live() << " Locations showed values, " << visit.values.changing()
+              << " of them changed.\n";
+    is_well_ = is_well_ && visit.values.live() > 0 && visit.values.changing() > 0;
+  }
+  std::cout << "Pictures: " << pictures_.toStdString() << std::endl;
+  QApplication::exit(is_well_ ? 0 : 1);
 }
 
 }  // namespace tarnlink

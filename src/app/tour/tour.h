@@ -4,7 +4,9 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
+#include <deque>
 #include <functional>
 #include <vector>
 
@@ -15,9 +17,9 @@ namespace tarnlink {
 
 class Tour final : public QObject {
  public:
-  // `pictures` is a folder that is there. Ends the event loop with 0 if values came in and no
-  // message box stood in the way.
-  Tour(Program& program, QString screen, QString pictures);
+  // Goes to each screen in turn, which are not empty. `pictures` is a folder that is there. Ends
+  // the event loop with 0 if values came in on every screen and no message box stood in the way.
+  Tour(Program& program, const QStringList& screens, QString pictures);
 
   void Begin();
 
@@ -27,19 +29,30 @@ class Tour final : public QObject {
     std::function<void()> act;
   };
 
+  struct Visit {
+    QString screen;
+    ValueLog values;
+  };
+
+  void PlanVisit(Visit& visit);
+  void PlanDialogs();
+  void Then(int milliseconds, std::function<void()> act);
+
   void Next();
   void CloseMessageBox();
   void Press(const char* action);
-  void Picture(const char* name);
-  void PictureOfOptions(int tab, const char* name);
+  void ChooseFile(const QString& path);
+  void ExpectOpen(const QString& screen);
+  void Picture(const QString& what);
+  void PictureOfOptions(int tab, const QString& what);
   void Finish();
 
   Program& program_;
-  QString screen_;
   QString pictures_;
-  ValueLog values_;
+  int pictures_taken_ = 0;
+  std::deque<Visit> visits_;
   QTimer box_watch_;
-  bool box_came_ = false;
+  bool is_well_ = true;
   std::vector<Stop> stops_;
   std::size_t next_ = 0;
 };
