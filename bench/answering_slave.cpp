@@ -6,24 +6,30 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include "protocols/zolt_frame.h"
+
 namespace bench {
 
 namespace {
 
-constexpr std::size_t kRequestLength = 9;
+constexpr std::size_t kTarnlinkRequestLength = 9;
+
+bool IsZolt(const std::string& request) { return request.front() == tarnlink::zolt_frame::kStart; }
+
+std::size_t LengthOf(const std::string& request) {
+  return IsZolt(request) ? tarnlink::zolt_frame::kLength : kTarnlinkRequestLength;
+}
 
 std::string AnswerTo(const std::string& request, long number) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
-  const char low = kDigits[number % 16];
-  const char high = kDigits[number / 16 % 16];
+  const std::string digits = {kDigits[number / 16 % 16], kDigits[number % 16]};
+  if (IsZolt(request)) {
+    std::string body = request.substr(1, 6) + "00" + digits;
+    body[0] = static_cast<char>(body[0] + tarnlink::zolt_frame::kReadAcknowledge);
+    return tarnlink::zolt_frame::FinishFrame(body);
+  }
   const bool word = request[1] == 0x01;
-  std::string answer = request.substr(0, 6);
-  answer += high;
-  answer += low;
-  if (word) answer += "00";
-  answer += "00";
-  answer += '\x03';
-  return answer;
+  return request.substr(0, 6) + digits + (word ? "00" : "") + "00\x03";
 }
 
 }  // namespace
@@ -63,9 +69,9 @@ void AnsweringSlave::Run() {
     const ssize_t count = read(master_, buffer, sizeof buffer);
     if (count <= 0) break;
     heard.append(buffer, static_cast<std::size_t>(count));
-    while (heard.size() >= kRequestLength) {
+    while (!heard.empty() && heard.size() >= LengthOf(heard)) {
       const std::string answer = AnswerTo(heard, answered_);
-      heard.erase(0, kRequestLength);
+      heard.erase(0, LengthOf(heard));
       ++answered_;
       if (write(master_, answer.data(), answer.size()) < 0) break;
     }

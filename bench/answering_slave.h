@@ -1,4 +1,5 @@
-// A slave on a pseudo terminal that answers each read request at once, in a thread of its own.
+// A slave on a pseudo terminal that answers each read request at once, under the TarnLink and the
+// ZOLT protocol, in a thread of its own.
 #pragma once
 
 #include <atomic>

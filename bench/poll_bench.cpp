@@ -1,5 +1,5 @@
 // How fast the program polls a slave that answers at once, and what an exchange costs it, against a
-// bare exchange loop on the same kind of line.
+// bare exchange loop on the same kind of line; and what ZOLT costs against TarnLink.
 
 #include <QApplication>
 #include <QTemporaryDir>
@@ -99,6 +99,40 @@ void MeasureProgram(int locations, const bench::AnsweringSlave& slave,
   bench::Report("processor time per exchange / bare loop" + of, bench::Median(costs), 2.0, false);
 }
 
+std::string ZoltScreen() {
+  tarnlink::LocationRecord record;
+  record.tag = tarnlink::kIdTag;
+  record.location.Address = "01A0";
+  record.location.Class = 1;
+  return tarnlink::WriteScreenFile(0xE0E0E0, std::vector<tarnlink::ScreenRecord>{record});
+}
+
+// What an exchange costs the program, opened on this screen.
+double CostOf(tarnlink::Program& program, const std::filesystem::path& screen,
+              const bench::AnsweringSlave& slave) {
+  program.monitor().screen.OpenTarnLinkFileBuildScreen(screen.string());
+  program.monitor().run.StartCommunication();
+  const Round round = Measure([&slave] { return slave.answered(); });
+  program.monitor().run.StopCommunication();
+  return round.processor_per_exchange;
+}
+
+void MeasureZolt(const bench::AnsweringSlave& slave, const std::filesystem::path& folder) {
+  std::ofstream(folder / "tarnlink.wcr", std::ios::binary) << ScreenOf(1);
+  std::ofstream(folder / "zolt.wcr", std::ios::binary) << ZoltScreen();
+  tarnlink::Program program;
+  program.Start("");
+  RunFor(kSettling);
+  std::vector<double> costs;
+  for (int i = 0; i < kRounds; ++i) {
+    const double tarnlink = CostOf(program, folder / "tarnlink.wcr", slave);
+    const double zolt = CostOf(program, folder / "zolt.wcr", slave);
+    costs.push_back(zolt / tarnlink);
+    std::printf("ZOLT %.1f us a poll, TarnLink %.1f us\n", zolt * 1e6, tarnlink * 1e6);
+  }
+  bench::Report("processor time per exchange, ZOLT / TarnLink", bench::Median(costs), 1.05, false);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -115,5 +149,6 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   MeasureProgram(1, slave, root);
   MeasureProgram(512, slave, root);
+  MeasureZolt(slave, root);
   return bench::AllHeld() ? 0 : 1;
 }

@@ -12,6 +12,9 @@ namespace tarnlink {
 
 namespace {
 
+// Adapters on USB hand bytes on every 16 ms, whatever the speed of the line.
+constexpr int kAdapterGap = 20;  // ms
+
 void Enable(std::initializer_list<MenuEntry*> entries, bool enabled) {
   for (MenuEntry* entry : entries) entry->Enabled = enabled;
 }
@@ -81,6 +84,8 @@ void CommunicationRun::StartCommunication() {
     main_.DDERowCounter = 2;
     if (options_.chk_GeneralLogging(0).Value) recorder_.PrepareLog();
     if (options_.chk_GeneralLogging(1).Value) recorder_.StartSpreadsheet();
+    doubt_.Clear();
+    main_.SendSecondByte = false;
     main_.CommRunning = true;
     main_.Comm_Timer->SetEnabled(true);
     main_.message_received = true;
@@ -139,7 +144,7 @@ void CommunicationRun::StopZOLTCommunication() {
 // What the two ways of stopping have in common.
 void CommunicationRun::EndRun() {
   main_.CommRunning = false;
-  receive_pause_->SetEnabled(false);
+  EndPause();
   if (main_.Comm->PortOpen()) main_.Comm->SetPortOpen(false);
   main_.Comm_Timer->SetEnabled(false);
   main_.tmr_MsgTimeout->SetEnabled(false);
@@ -160,6 +165,7 @@ void CommunicationRun::StopWithoutPort() {
 
 void CommunicationRun::PollTick() {
   if (!main_.message_received || LossIsAboutToBeTold()) return;
+  if (!LineIsClear()) return;
   main_.message_received = false;
   try {
     if (Protocol* protocol = SelectedProtocol()) protocol->SendNextPoll(*this);
@@ -169,6 +175,22 @@ void CommunicationRun::PollTick() {
   }
   // Also after a poll that stopped the run for want of anything to poll.
   Restart(*main_.tmr_noresponse);
+}
+
+// Whether the next request may go out. Bytes that nobody asked for would be taken for its answer;
+// those that are too few for an event would stand ahead of that and shift all that follow.
+bool CommunicationRun::LineIsClear() {
+  const bool is_receiving = receive_pause_->Enabled();
+  const bool has_bytes = main_.Comm->InBufferCount() > 0;
+  if (has_bytes) doubt_.Raise();
+  if (has_bytes && !is_receiving) main_.Comm->ClearInBuffer();
+  if (!doubt_.AllowsRequest(main_.Comm_Timer->Interval(), TimeOfExchange())) return false;
+  if (is_receiving) {
+    // It has gone on for too long.
+    EndPause();
+    main_.Comm->ClearInBuffer();
+  }
+  return true;
 }
 
 void CommunicationRun::CommEventHandler(int event) {
@@ -196,6 +218,7 @@ void CommunicationRun::Receive() {
     main_.Comm->ClearInBuffer();
     return;
   }
+  if (main_.message_received) doubt_.Raise();  // no request is out
   const int pause = protocol->ReceivePause(options_.opt_Baudrate.Selected());
   if (pause == 0) return TakeResponse();
   // A speed that has no button counts as the fastest, and is it from now on.
@@ -203,26 +226,54 @@ void CommunicationRun::Receive() {
     options_.opt_Baudrate.Select(options_.opt_Baudrate.count() - 1);
   }
   // The threshold is below the frame's length: the rest arrives during the pause. The answer has
-  // begun in time, so the watchdog waits too; no further event comes before the next request.
+  // begun in time, so the watchdog waits too; no further event comes meanwhile.
   main_.tmr_noresponse->SetEnabled(false);
+  threshold_ = main_.Comm->RThreshold();
   main_.Comm->SetRThreshold(0);
   received_ = main_.Comm->InBufferCount();
+  quiet_ = 0;
   receive_pause_->SetInterval(pause);
   receive_pause_->SetEnabled(true);
 }
 
-// A long block takes several pauses on a slow line: while bytes still come, it is not all there.
+// A long block takes several pauses on a slow line, and on a fast one the pause may fall between
+// two handfuls of an adapter: what is too short is not all there before the line has been quiet.
 void CommunicationRun::WaitForTheRest() {
-  receive_pause_->SetEnabled(false);
-  const Protocol* protocol = SelectedProtocol();
+  const int pause = receive_pause_->Interval();
   const int waiting = main_.Comm->InBufferCount();
-  const bool grows = waiting > received_;
-  received_ = waiting;
-  if (protocol != nullptr && grows && waiting < protocol->ResponseLength(main_)) {
-    receive_pause_->SetEnabled(true);
-  } else {
-    TakeResponse();
+  if (waiting == 0 && main_.write_message) {
+    // A write has begun meanwhile and dropped what had come. Its answer raises an event of its own.
+    EndPause();
+    main_.tmr_noresponse->SetEnabled(true);
+    return;
   }
+  const Protocol* protocol = SelectedProtocol();
+  quiet_ = waiting > received_ ? 0 : quiet_ + pause;
+  received_ = waiting;
+  const bool is_short = protocol != nullptr && waiting < protocol->ResponseLength(main_);
+  if (is_short && quiet_ < std::max(pause, kAdapterGap)) return;
+  EndPause();
+  TakeResponse();
+}
+
+// A request and the longest answer to it, in milliseconds.
+int CommunicationRun::TimeOfExchange() const {
+  constexpr int kLongestRequest = 16;  // bytes
+  constexpr int kShortestAnswer = 16;  // at least as much is waited for
+  constexpr int kLongestByte = 12;     // bits, with parity and two stop bits
+  constexpr int kMsPerSecond = 1'000;
+  const Protocol* protocol = SelectedProtocol();
+  const int answer = protocol == nullptr ? 0 : protocol->ResponseLength(main_);
+  const int bytes = kLongestRequest + std::max(answer, kShortestAnswer);
+  const int baud = BaudrateOfIndex(std::max(options_.opt_Baudrate.Selected(), 0));
+  return bytes * kLongestByte * kMsPerSecond / baud;
+}
+
+// Receive events come again.
+void CommunicationRun::EndPause() {
+  if (!receive_pause_->Enabled()) return;
+  receive_pause_->SetEnabled(false);
+  main_.Comm->SetRThreshold(threshold_);
 }
 
 void CommunicationRun::TellProtectedArea() {
@@ -276,7 +327,7 @@ void CommunicationRun::DeviceGone() {
 
 void CommunicationRun::NoResponse() {
   if (LossIsAboutToBeTold()) return;
-  receive_pause_->SetEnabled(false);
+  EndPause();
   try {
     if (main_.Comm->PortOpen()) main_.Comm->SetPortOpen(false);
     main_.Comm->SetPortOpen(true);
@@ -288,6 +339,10 @@ void CommunicationRun::NoResponse() {
   }
   main_.message_received = true;
   main_.Comm->ClearInBuffer();
+  doubt_.Clear();
+  // The first half of a word that nobody acknowledged has no second half: the next acknowledge is
+  // for something else, and the byte would go to an address that nobody meant.
+  main_.SendSecondByte = false;
 }
 
 // Leaves `tmr_noresponse` running and the port's panel alone, and keeps two tools disabled. The

@@ -9,6 +9,7 @@
 #include "common/run_time_error.h"
 #include "monitor/frm_main.h"
 #include "monitor/frm_options.h"
+#include "monitor/line_doubt.h"
 #include "monitor/run_recorder.h"
 #include "protocols/protocol_run.h"
 
@@ -49,6 +50,7 @@ class CommunicationRun final : public ProtocolRun {
   void LogUnreadable(int index) override { recorder_.LogUnreadable(index); }
   void EndLogRow() override { recorder_.EndLogRow(); }
   void TellProtectedArea() override;
+  void DoubtTheLine() override { doubt_.Raise(); }
 
  private:
   Protocol* SelectedProtocol() const;
@@ -59,9 +61,12 @@ class CommunicationRun final : public ProtocolRun {
   void ReportError(const RunTimeError& error);
 
   void PollTick();
+  bool LineIsClear();
   void CommEventHandler(int event);
   void Receive();
   void WaitForTheRest();
+  void EndPause();
+  int TimeOfExchange() const;
   void TakeResponse();
   void LineError(const std::string& text);
   bool LossIsAboutToBeTold() const;
@@ -73,9 +78,12 @@ class CommunicationRun final : public ProtocolRun {
   frm_Options& options_;
   RunRecorder& recorder_;
   ProtocolTable protocols_;
-  std::unique_ptr<Timer> receive_pause_;  // single shot: waits for the rest of a frame
-  int received_ = 0;                      // bytes that had come when it began
-  bool line_error_shown_ = false;         // one box at a time, however many errors come in
+  std::unique_ptr<Timer> receive_pause_;  // waits for the rest of a frame
+  int received_ = 0;                      // bytes that had come when it last expired
+  int quiet_ = 0;                         // how long none has come, in ms
+  int threshold_ = 0;                     // of the port outside the pause
+  LineDoubt doubt_;
+  bool line_error_shown_ = false;  // one box at a time, however many errors come in
 };
 
 }  // namespace tarnlink

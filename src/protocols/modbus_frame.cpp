@@ -77,7 +77,10 @@ std::string WriteOneRequest(std::string_view slave, std::string_view address,
   const char byte = DigitPair(Right(value, 2));
   if (select_byte == kMsb) frame += {byte, '\0'};
   if (select_byte == kLsb) frame += {'\0', byte};
-  if (select_byte == kBoth) frame += RegisterBytes(Stuff(value, kRegisterDigits));
+  if (select_byte == kBoth) {
+    const std::string word = Stuff(value, kRegisterDigits);
+    frame += {DigitPair(Mid(word, 1, 2)), DigitPair(Right(word, 2))};
+  }
   return FinishFrame(std::move(frame));
 }
 

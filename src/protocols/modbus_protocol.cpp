@@ -5,6 +5,7 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "protocols/exchange.h"
 #include "protocols/frame_bytes.h"
 #include "protocols/modbus_frame.h"
 #include "protocols/scan_order.h"
@@ -17,13 +18,8 @@ namespace {
 constexpr std::array<int, 5> kPauses = {80, 40, 20, 10, 5};  // ms
 constexpr int kShortestPause = 1;                            // ms
 
-void SetMessageTimeout(ProtocolRun& run) {
-  // The interval alone: under this protocol only the watchdog ends a silence.
-  run.tmr_MsgTimeout().SetInterval(run.MessageTimeout());
-}
-
 std::uint8_t FunctionOf(const Location& location) {
-  return static_cast<std::uint8_t>(static_cast<std::int64_t>(Val(location.FunctionCode)));
+  return static_cast<std::uint8_t>(ValInt(location.FunctionCode, 0, UINT8_MAX));
 }
 
 // The value of a Location that is written continuously, as the bytes of a request. Its digits are
@@ -96,7 +92,7 @@ void Modbus_Protocol(ProtocolRun& run) {
   }
   std::string held;
   if (fields.CommRunning) {
-    run.ShowPanel(kLocationPanel, std::to_string(index) + ": " + run.NameText(index));
+    if (fields.Nreg > 0) ShowPolledLocation(run, index);
     if ((location.ScanFlags & kContinuousWrite) != 0) {
       for (int r = 0; r < fields.Nreg; ++r) held += HeldBytes(location);
     }
@@ -106,16 +102,16 @@ void Modbus_Protocol(ProtocolRun& run) {
     run.Comm().Output(modbus_frame::ReadRequest(location.LocSlaveAddress, fields.Function_code,
                                                 location.Address, fields.Nreg, held));
   }
-  SetMessageTimeout(run);
+  SetMessageTimeout(run);  // which does not start: only the watchdog ends a silence
 }
 
 void ModbusSlaveResponse(ProtocolRun& run) {
   RunFields& fields = run.fields();
-  run.tmr_noresponse().SetEnabled(false);
-  run.tmr_MsgTimeout().SetEnabled(false);
-  const std::string raw = run.Comm().Input();
+  const std::string raw = TakeInput(run);
   if (!raw.empty()) fields.Function_code = modbus_frame::FunctionOf(raw);
   const bool is_good = !CheckMessage(raw, fields.Function_code, fields.Nreg);
+  const int length = modbus_frame::ExpectedLength(fields.Function_code, fields.Nreg);
+  if (!is_good || static_cast<int>(raw.size()) != length) run.DoubtTheLine();
   const std::uint8_t function = fields.Function_code;
   if (is_good && (function == modbus_frame::kReadHoldingRegisters ||
                   function == modbus_frame::kReadInputRegisters)) {
@@ -129,8 +125,7 @@ void ModbusSlaveResponse(ProtocolRun& run) {
       (function == modbus_frame::kWriteRegister || function == modbus_frame::kWriteRegisters)) {
     TakeWriteAcknowledge(run);
   }
-  fields.message_received = true;
-  fields.write_message = false;
+  EndExchange(fields);
 }
 
 void BuildModbusWriteMessage(ProtocolRun& run, int index, const std::string& value) {
@@ -149,13 +144,8 @@ void BuildModbusWriteMessage(ProtocolRun& run, int index, const std::string& val
         modbus_frame::Begin(location.LocSlaveAddress, fields.Function_code, location.Address));
   }
   fields.building = true;
-  run.Comm().ClearInBuffer();
-  run.Comm().Output(frame);
-  SetMessageTimeout(run);
-  fields.write_message = true;
-  run.Comm_Timer().SetEnabled(true);
-  fields.CommRunning = true;
-  fields.MsgPointer = index;
+  SendWriteFrame(run, frame);
+  AwaitWriteAnswer(run, index);
   run.Comm().SetRThreshold(modbus_frame::kShortestResponse);
 }
 

@@ -83,6 +83,9 @@ class ProtocolRun {
   virtual void TellProtectedArea() = 0;
 
   virtual void StopZOLTCommunication() = 0;
+
+  // What came is no answer to the request: the real one may still be on its way.
+  virtual void DoubtTheLine() = 0;
 };
 
 // One protocol of the main run.

@@ -1,5 +1,6 @@
 #include "protocols/tarnlink_protocol.h"
 
+#include "protocols/exchange.h"
 #include "protocols/scan_order.h"
 #include "protocols/tarnlink_frame.h"
 
@@ -29,11 +30,6 @@ Exchange WriteOf(std::int32_t specification) {
   return {tarnlink_frame::kWriteByte, tarnlink_frame::kByteResponseLength};
 }
 
-void StartMessageTimeout(ProtocolRun& run) {
-  run.tmr_MsgTimeout().SetInterval(run.MessageTimeout());
-  run.tmr_MsgTimeout().SetEnabled(true);
-}
-
 }  // namespace
 
 void Tarnlink_Protocol(ProtocolRun& run) {
@@ -51,7 +47,8 @@ void Tarnlink_Protocol(ProtocolRun& run) {
   run.Comm().SetRThreshold(read.response_length);
   run.ShowPanel(kLocationPanel, location.Alias + ": " + std::to_string(index));
   run.Comm().Output(tarnlink_frame::ReadRequest(read.command, location.Address));
-  StartMessageTimeout(run);
+  SetMessageTimeout(run);
+  run.tmr_MsgTimeout().SetEnabled(true);
   run.LogRequest(index);
 }
 
@@ -63,33 +60,27 @@ void TarnlinkSlaveResponse(ProtocolRun& run) {
     fields.write_message = false;
     return;
   }
-  run.tmr_noresponse().SetEnabled(false);
-  run.tmr_MsgTimeout().SetEnabled(false);
-  const std::string response = run.Comm().Input();
+  const std::string response = TakeInput(run);
+  // A frame is taken by its length alone, so its length is all that can be doubted.
+  if (static_cast<int>(response.size()) != run.Comm().RThreshold()) run.DoubtTheLine();
   const int index = fields.MsgPointer;
   run.ShowValue(index,
                 TarnlinkValueText(tarnlink_frame::ResponseDigits(response, run.Comm().RThreshold()),
                                   run.locations()[index].Representation));
   run.RecordValue(index);
   FinishLocation(run, index);
-  fields.message_received = true;
-  fields.write_message = false;
+  EndExchange(fields);
 }
 
 void BuildTarnlinkWriteMessage(ProtocolRun& run, int index, const std::string& value) {
-  RunFields& fields = run.fields();
   // The command goes by the Location that the scan stands on, not by the written one.
-  const Exchange write = WriteOf(run.locations()[fields.MsgPointer].Specification);
+  const Exchange write = WriteOf(run.locations()[run.fields().MsgPointer].Specification);
   run.Comm().SetRThreshold(write.response_length);
   const std::string frame =
       tarnlink_frame::WriteRequest(write.command, run.locations()[index].Address, value);
-  run.Comm().ClearInBuffer();
-  run.Comm().Output(frame);
-  StartMessageTimeout(run);
-  fields.write_message = true;
-  run.Comm_Timer().SetEnabled(true);
-  fields.CommRunning = true;
-  fields.MsgPointer = index - 1;
+  SendWriteFrame(run, frame);
+  run.tmr_MsgTimeout().SetEnabled(true);
+  AwaitWriteAnswer(run, index - 1);
 }
 
 }  // namespace tarnlink

@@ -1,9 +1,12 @@
 #include "protocols/zolt_protocol.h"
 
+#include <cstdint>
 #include <utility>
 
 #include "common/numbers.h"
+#include "common/run_time_error.h"
 #include "common/text.h"
+#include "protocols/exchange.h"
 #include "protocols/frame_bytes.h"
 #include "protocols/scan_order.h"
 #include "protocols/zolt_frame.h"
@@ -21,12 +24,20 @@ std::string SlaveOf(const Location& location) {
 }
 
 std::uint8_t TypeByte(int kind, int data_class) {
-  return static_cast<std::uint8_t>(kind + data_class);
+  const int type = kind + data_class;
+  if (type > UINT8_MAX) {
+    throw RunTimeError(kOverflow,
+                       "The class " + std::to_string(data_class) + " cannot be written.");
+  }
+  return static_cast<std::uint8_t>(type);
 }
 
-void SetMessageTimeout(ProtocolRun& run) {
-  // The interval alone: under this protocol only the watchdog ends a silence.
-  run.tmr_MsgTimeout().SetInterval(run.MessageTimeout());
+// The address of the byte behind this one, as a number of 16 bits with a sign.
+std::string NextAddress(const std::string& address) {
+  const int next = static_cast<std::int16_t>(HexNumber(address)) + 1;
+  // Sent as 8000 it would reach the EEPROM.
+  if (next > INT16_MAX) throw RunTimeError(kOverflow, "There is no byte behind " + address + ".");
+  return Hex(static_cast<std::int16_t>(next));
 }
 
 // The type byte of the next request, with what has to be remembered until its answer.
@@ -61,7 +72,8 @@ bool TakeWriteAnswer(ProtocolRun& run) {
     run.ShowValue(index, "-");
     --fields.MsgPointer;  // the next poll reads it back
   }
-  if (!fields.SendSecondByte) return false;
+  // Without a dialog so far there is no second byte, only that of the hidden template.
+  if (!fields.SendSecondByte || fields.SecondByteIndex == 0) return false;
   fields.message_received = false;
   fields.ChangeVariableToSecondByteValues = true;
   BuildKEM3WriteMessage(run, fields.SecondByteIndex, fields.SecondByteValue);
@@ -79,6 +91,21 @@ bool IsAccepted(std::uint8_t type, const Location& location) {
   }
   const std::uint8_t kind = zolt_frame::KindOf(type);
   return kind == zolt_frame::kReadAcknowledge || kind == zolt_frame::kWriteAcknowledge;
+}
+
+// A frame of exactly the length of one, sound, and of a kind that only slaves send.
+bool IsAnswer(std::string_view raw) {
+  if (raw.size() != zolt_frame::kLength || CheckMessage(raw)) return false;
+  switch (zolt_frame::KindOf(zolt_frame::TypeOf(raw))) {
+    case zolt_frame::kReadAcknowledge:
+    case zolt_frame::kWriteAcknowledge:
+    case zolt_frame::kCorruptedMessage:
+    case zolt_frame::kOutsideRange:
+    case zolt_frame::kUnknownDataId:
+      return true;
+    default:
+      return false;
+  }
 }
 
 // Answers of memory do not say whose they are.
@@ -133,7 +160,7 @@ std::string DataIdWrite(const Location& location, const std::string& value) {
 std::string MemoryWrite(const RunFields& fields, const Location& location, std::string& value) {
   std::string address = location.Address;
   if (fields.ChangeVariableToSecondByteValues) {
-    address = Hex(static_cast<std::int16_t>(HexNumber(address) + 1));
+    address = NextAddress(address);
     value = fields.SecondByteValue;
   }
   const std::string_view alias = zolt_frame::WriteAlias(Mid(address, 1, 2));
@@ -160,42 +187,33 @@ void KEM3_Protocol(ProtocolRun& run) {
     return;
   }
   if (!fields.CommRunning) return;
-  run.ShowPanel(kLocationPanel, std::to_string(index) + ": " + run.NameText(index));
+  ShowPolledLocation(run, index);
   if (run.Comm().PortOpen()) run.Comm().Output(PollFrame(type, location));
-  SetMessageTimeout(run);
+  SetMessageTimeout(run);  // which does not start: only the watchdog ends a silence
 }
 
 void KEM3SlaveResponse(ProtocolRun& run) {
-  RunFields& fields = run.fields();
-  run.tmr_noresponse().SetEnabled(false);
-  run.tmr_MsgTimeout().SetEnabled(false);
-  const std::string raw = run.Comm().Input();
-  if (fields.write_message) {
+  const std::string raw = TakeInput(run);
+  if (!IsAnswer(raw)) run.DoubtTheLine();
+  if (run.fields().write_message) {
     if (TakeWriteAnswer(run)) return;
   } else if (!TakeReadAnswer(run, raw)) {
     return;
   }
-  fields.message_received = true;
-  fields.write_message = false;
+  EndExchange(run.fields());
 }
 
 void BuildKEM3WriteMessage(ProtocolRun& run, int index, std::string& value) {
-  RunFields& fields = run.fields();
   const Location& location = run.locations()[index];
-  const std::string frame =
-      IsMemory(location) ? MemoryWrite(fields, location, value) : DataIdWrite(location, value);
+  const std::string frame = IsMemory(location) ? MemoryWrite(run.fields(), location, value)
+                                               : DataIdWrite(location, value);
   if (frame.empty()) {
     run.TellProtectedArea();
   } else {
-    run.Comm().ClearInBuffer();
-    run.Comm().Output(frame);
-    SetMessageTimeout(run);
+    SendWriteFrame(run, frame);
   }
   // Also after a refusal: the run waits for an answer that does not come, until the watchdog.
-  fields.write_message = true;
-  run.Comm_Timer().SetEnabled(true);
-  fields.CommRunning = true;
-  fields.MsgPointer = index;
+  AwaitWriteAnswer(run, index);
 }
 
 }  // namespace tarnlink

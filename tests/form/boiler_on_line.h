@@ -4,6 +4,7 @@
 #include <chrono>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "simulator/simulated_boiler.h"
 #include "support/fake_world.h"
@@ -12,8 +13,11 @@ namespace tarnlink {
 
 class BoilerOnLine {
  public:
-  BoilerOnLine(FakeWorld& world, const boiler::SimulatedBoiler::Options& options)
-      : world_(world), boiler_(options) {
+  // Without a sink the boiler's log is thrown away.
+  BoilerOnLine(
+      FakeWorld& world, const boiler::SimulatedBoiler::Options& options,
+      boiler::LogSink log = [](const boiler::LogEntry&) {})
+      : world_(world), boiler_(options, std::move(log)) {
     world_.on_output = [this](FakeSerialPort&, std::string_view bytes) {
       boiler_.line().Hear(Now(), bytes);
       Schedule();

@@ -98,6 +98,8 @@ class MonitorTest : public ::testing::Test {
 
   // The run from now on notes what it records in `recorder`.
   void Record();
+  // The same in a recorder of the test's own.
+  void RecordIn(RunRecorder& run_recorder) { RebuildRun(run_recorder, MakeProtocols()); }
   // The run polls with this protocol when the option `index` is chosen, and chooses it.
   void PollWith(int index, std::unique_ptr<Protocol> protocol);
 

@@ -16,6 +16,11 @@ namespace {
 constexpr int k1200 = 0;  // indices of opt_Baudrate
 constexpr int k9600 = 3;
 
+// How long the line has to be quiet after an answer that is none: 32 bytes of 12 bits and 100 ms,
+// in ticks.
+constexpr int kQuiet = 140;        // ms, at 9600 baud
+constexpr int kQuietAt1200 = 420;  // ms
+
 // Registers from 0200 on are free RAM, a word each from here on.
 constexpr int kFreeRegisters = 0x200;
 constexpr int kFreeRam = 0xF400;
@@ -168,7 +173,7 @@ TEST_F(RunModbusBoiler, ARefusedRegisterIsToldKeepsItsValueAndTheOthersGoOn) {
   Screen({Register("0400"), Register("0201")});
   FreeRegister(0x201, 0xABCD);
   Start();
-  Advance(39);
+  Advance(59);
   EXPECT_EQ(Panel(6), "Exception code:2");
   EXPECT_EQ(monitor.main.Function_code, 0x83);
   EXPECT_EQ(Value(1), "Value 1");
@@ -188,6 +193,8 @@ TEST_F(RunModbusBoiler, AnAnswerWithAWrongCheckIsNotShownAndTheOthersGoOn) {
   boiler.line().AddFault("check_wrong#1");
   Start();
   Advance(60);
+  EXPECT_EQ(Sent(), "20 ms: 01 03 02 00 00 01 85 B2\n");
+  Advance(kQuiet - 20);
   EXPECT_EQ(Value(1), "Value 1");
   EXPECT_EQ(Value(2), "ABCD");
   Advance(20);
@@ -305,13 +312,116 @@ TEST_F(RunModbus, TheRestOfAResponseMayComeDuringThePause) {
   EXPECT_EQ(Value(1), "1234");
 }
 
-TEST_F(RunModbus, AnExceptionIsTakenAfterOnePauseAlthoughMoreWasAskedFor) {
+TEST_F(RunModbus, AnExceptionIsTakenOnceTheLineIsQuietSinceMoreWasAskedFor) {
+  const int quiet[] = {80, 40, 20, 20, 20, 20};
   Screen(Block(0x10, 3));
+  for (int index = 0; index < 6; ++index) {
+    ChooseSpeed(index);
+    Start();
+    Advance(20);
+    Answer(Framed("01 83 02"));
+    Advance(quiet[index] - 1);
+    EXPECT_EQ(Panel(6), "Local Connection Active") << index;
+    Advance(1);
+    EXPECT_EQ(Panel(6), "Exception code:2") << index;
+    Stop();
+  }
+}
+
+TEST_F(RunModbus, HandfulsOfAnAdapterAreOneResponse) {
+  const std::string whole = Framed("01 03 06 00 01 00 02 00 03");
+  Screen(Block(0x10, 3));
+  for (int index = k9600; index < 6; ++index) {
+    ChooseSpeed(index);
+    Start();
+    Advance(20);
+    Answer(whole.substr(0, 6));
+    AnswerIn(16, whole.substr(6, 2));
+    AnswerIn(32, whole.substr(8));
+    Advance(31);
+    EXPECT_EQ(Value(1), "Value 1") << index;
+    Advance(11);
+    EXPECT_EQ(Value(1), "0001") << index;
+    EXPECT_EQ(Value(3), "0003") << index;
+    Stop();
+    for (int i = 1; i <= 3; ++i) monitor.main.RAM_LOC_VAL(i).Text = "Value " + std::to_string(i);
+  }
+}
+
+// A slave that takes its time, at 9600 baud: the next request would be out before its stray answer
+// has been taken, and from then on each value would land in the box behind its own.
+class RunModbusStray : public RunModbus {
+ protected:
+  RunModbusStray() {
+    std::vector<Location> locations;
+    for (int i = 0; i < 5; ++i) {
+      locations.push_back(Register(Stuff(Hex(kFreeRegisters + i), 4)));
+      boiler.controller().WriteWord(static_cast<std::uint16_t>(kFreeRam + 2 * i),
+                                    static_cast<std::uint16_t>(0x1100 + i));
+    }
+    SetTimeout(1);
+    Screen(locations);
+  }
+
+  void ExpectEachValueInItsBox() {
+    Advance(2'000);
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(Value(i + 1), Hex(0x1100 + i));
+  }
+
+  BoilerOnLine boiler{
+      world,
+      {.protocol = "modbus",
+       .line = {.pace = {.baud = 9600, .bits_per_byte = 11}, .answer_delay_us = 12'000}}};
+};
+
+TEST_F(RunModbusStray, AnAnswerThatComesTwiceLeavesTheOthersInTheirBoxes) {
+  Start();
+  Advance(500);
+  const std::string again = Framed("01 03 02 11 00");
+  for (const int when : {1, 7, 13, 19, 26, 38}) AnswerIn(when * 37, again);
+  Advance(38 * 37);
+  ExpectEachValueInItsBox();
+}
+
+TEST_F(RunModbusStray, AnAnswerBehindTheWatchdogLeavesTheOthersInTheirBoxes) {
+  boiler.line().AddFault("late_reply(1010)#3");
+  Start();
+  Advance(5'000);
+  ExpectEachValueInItsBox();
+}
+
+TEST_F(RunModbus, AWriteDuringThePauseGetsItsOwnAcknowledge) {
+  ChooseSpeed(k1200);
+  Screen({Register("0010"), Register("0011")});
   Start();
   Advance(20);
-  Answer(Framed("01 83 02"));
+  Answer(Framed("01 03 02 12 34"));
+  Advance(40);
+  WriteRegister(1, 6, "5678");
+  AnswerIn(120, Framed("01 06 00 10 56 78"));
+  Advance(119);
+  EXPECT_EQ(State(), waiting);
+  EXPECT_EQ(Value(1), "Value 1");
+  Sent();
+  Advance(81);
+  EXPECT_EQ(Value(1), "-");
+  EXPECT_EQ(Sent(), "260 ms: " + HexText(Framed("01 03 00 10 00 01")) + "\n");
+}
+
+TEST_F(RunModbus, AnAnswerThatALineErrorDropsEndsItsExchange) {
+  monitor.options.chk_DisableCommErrors.Value = true;
+  ChooseSpeed(k1200);
+  Screen({Register("0010"), Register("0011")});
+  Start();
+  Advance(20);
+  Answer(Framed("01 03 02 12 34"));
   Advance(10);
-  EXPECT_EQ(Panel(6), "Exception code:2");
+  world.port().RaiseLineError(kCommFrame);
+  Advance(70);
+  EXPECT_EQ(Value(1), "Value 1");
+  Sent();
+  Advance(kQuietAt1200 - 20);
+  EXPECT_EQ(Sent(), "500 ms: " + HexText(Framed("01 03 00 11 00 01")) + "\n");
 }
 
 TEST_F(RunModbus, ALongBlockOnASlowLineArrivesWhole) {
@@ -351,8 +461,8 @@ TEST_F(RunModbus, AResponseThatStopsHalfWayIsTakenAfterOneMorePauseAndThePollGoe
   EXPECT_EQ(State(), "Ready, port open, timers Comm_Timer");
   EXPECT_EQ(Value(1), "Value 1");
   Sent();
-  Advance(19);
-  EXPECT_EQ(Sent(), "200 ms: " + HexText(Framed("01 03 00 20 00 01")) + "\n");
+  Advance(kQuietAt1200 - 1);
+  EXPECT_EQ(Sent(), "600 ms: " + HexText(Framed("01 03 00 20 00 01")) + "\n");
   Answer(Framed("01 03 02 12 34"));
   Advance(80);
   EXPECT_EQ(Value(4), "1234");

@@ -251,7 +251,7 @@ TEST_F(RunProtocols, FollowersOfABlockArePassedOverWhereTheProtocolSaysSo) {
   FrameSlave slave(world);
   PollWith(kZoltProtocol, std::make_unique<FrameProtocol>());
   Start();
-  Advance(60);
+  Advance(70);
   EXPECT_EQ(Asked(world.port()), "0001 at 20, 0002 at 40, 0003 at 60");
   Stop();
   PollWith(kModbusProtocol,
@@ -259,7 +259,7 @@ TEST_F(RunProtocols, FollowersOfABlockArePassedOverWhereTheProtocolSaysSo) {
   Start();
   Advance(60);
   EXPECT_EQ(Asked(world.port()),
-            "0001 at 20, 0002 at 40, 0003 at 60, 0001 at 80, 0003 at 100, 0001 at 120");
+            "0001 at 20, 0002 at 40, 0003 at 60, 0001 at 90, 0003 at 110, 0001 at 130");
 }
 
 TEST_F(RunProtocols, WithoutAChosenProtocolModbusIsPolled) {

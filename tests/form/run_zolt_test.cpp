@@ -306,5 +306,20 @@ TEST_F(RunZolt, AWriteToAProtectedPageIsToldAndTheRunGoesOnAfterTheWatchdog) {
   EXPECT_EQ(Value(2), "0502");
 }
 
+TEST_F(RunZolt, AWordWhoseFirstHalfIsNotAcknowledgedIsNotFinishedByALaterWrite) {
+  SetTimeout(1);
+  Screen({MemoryOf("0", WordAt("F410")), MemoryOf("0", ByteAt("F400"))});
+  Start();
+  Advance(30);
+  boiler.line().AddFault("no_reply#1");
+  WriteZolt(1, "1234");
+  Advance(1'500);
+  WriteZolt(2, "5A");
+  Advance(500);
+  EXPECT_EQ(boiler.controller().memory().Byte(0xF400), 0x5A);
+  EXPECT_EQ(boiler.controller().memory().Byte(0xF401), 0);
+  EXPECT_EQ(Value(2), "5A");
+}
+
 }  // namespace
 }  // namespace tarnlink

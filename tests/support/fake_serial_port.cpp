@@ -77,6 +77,12 @@ void FakeSerialPort::Output(std::string_view bytes) {
 }
 
 std::string FakeSerialPort::Input() {
+  std::string bytes = TakeAll();
+  if (on_input) on_input(bytes);
+  return bytes;
+}
+
+std::string FakeSerialPort::TakeAll() {
   unread_ = false;
   return std::exchange(in_buffer_, {});
 }
@@ -162,6 +168,12 @@ void FakeSerialPort::Fire(int event) {
 void FakeSerialPort::LetGo() {
   handler_ = nullptr;
   if (open_) Close("close");
+}
+
+void FakeSerialPort::Forget() {
+  frames_.clear();
+  taken_ = 0;
+  history_.clear();
 }
 
 std::vector<std::string> FakeSerialPort::TakeSent() {

@@ -45,7 +45,7 @@ class FakeSerialPort final : public SerialPort {
   void Output(std::string_view bytes) override;
   std::string Input() override;
   int InBufferCount() const override { return static_cast<int>(in_buffer_.size()); }
-  void ClearInBuffer() override { Input(); }
+  void ClearInBuffer() override { TakeAll(); }
   int RThreshold() const override { return threshold_; }
   void SetRThreshold(int bytes) override;
   void SetOnComm(std::function<void(int)> handler) override;
@@ -68,6 +68,9 @@ class FakeSerialPort final : public SerialPort {
   // Called inside each `Output`; the far end answers through `ReceiveIn`.
   std::function<void(Micros time, std::string_view bytes)> on_output;
 
+  // Called with what each `Input` takes; bytes that are thrown away do not count.
+  std::function<void(std::string_view bytes)> on_input;
+
   // All that was sent, and since the last `TakeSent` only.
   const std::vector<Frame>& frames() const { return frames_; }
   std::vector<std::string> TakeSent();
@@ -85,12 +88,15 @@ class FakeSerialPort final : public SerialPort {
   // Everything that happened, one line each: "0.020000 output 04 05 30 31".
   const std::vector<std::string>& history() const { return history_; }
   std::string Describe() const;
+  // Drops frames and history, so that a long run does not fill the memory.
+  void Forget();
 
   // The program has destroyed its port: it closes and nobody is told of anything any more.
   void LetGo();
 
  private:
   bool ReceiveDue() const;
+  std::string TakeAll();
   void Arm(Micros delay);
   void FireReceive();
   void Fire(int event);

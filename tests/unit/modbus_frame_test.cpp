@@ -149,8 +149,8 @@ TEST(ModbusRequest, WritesAWord) {
   EXPECT_EQ(Written("G234", kBoth).substr(12, 5), "00 34");
 }
 
-TEST(ModbusRequest, WritesTheFirstFourDigitsOfALongerWord) {
-  EXPECT_EQ(Written("123456", kBoth).substr(12, 5), "12 34");
+TEST(ModbusRequest, WritesTheFirstTwoAndTheLastTwoDigitsOfALongerWord) {
+  EXPECT_EQ(Written("123456", kBoth).substr(12, 5), "12 56");
 }
 
 TEST(ModbusRequest, WritesNoValueForASelectionThatIsNone) {

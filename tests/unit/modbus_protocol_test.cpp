@@ -116,6 +116,28 @@ TEST_F(ModbusRoutines, TheFunctionIsTheLocations) {
   EXPECT_TRUE(Poll(1).ends_with(Output("01 10 00 10 00 01")));
 }
 
+TEST_F(ModbusRoutines, AFunctionThatIsNoByteIsTheNearestOne) {
+  for (const auto& [text, frame] :
+       {std::pair{"259", "01 FF 00 10 00 01"}, std::pair{"1E300", "01 FF 00 10 00 01"},
+        std::pair{"&HFFFF", "01 00 00 10 00 01"}}) {
+    At(1).FunctionCode = text;
+    EXPECT_TRUE(Poll(1).ends_with(Output(frame))) << text;
+  }
+}
+
+TEST_F(ModbusRoutines, ABlockOfNothingIsAskedForAndNotShown) {
+  for (const int count : {0, -1}) {
+    At(1).NumReg = static_cast<std::int16_t>(count);
+    EXPECT_EQ(Poll(1), "log request 1\n" + Output("01 03 00 10 00 00")) << count;
+  }
+}
+
+TEST_F(ModbusRoutines, APollLeavesWhatHasComeInTheBuffer) {
+  run.world.port().Receive("\x01\x03");
+  Poll(1);
+  EXPECT_EQ(run.Comm().InBufferCount(), 2);
+}
+
 TEST_F(ModbusRoutines, AHiddenLocationIsSkippedWithoutARequest) {
   run.visible = {1, 3};
   At(2).FunctionCode = "&H04";
@@ -378,6 +400,19 @@ TEST(ModbusCheckMessage, IsTrueForABadFrame) {
   EXPECT_TRUE(CheckMessage("", 3, 1));
 }
 
+TEST_F(ModbusRoutines, WhatIsTooLongOrWrongIsNoAnswer) {
+  Exchange(1, "01 03 02 12 34");
+  Exchange(1, "01 83 02");
+  EXPECT_EQ(run.doubts, 0);
+  Poll(1);
+  Take(Framed("01 03 02 12 34").substr(0, 6) + "?");
+  EXPECT_EQ(run.doubts, 1);
+  Poll(1);
+  // Sound by its first and last bytes, with two more between them.
+  EXPECT_EQ(Take(Bytes("01 03 02 12 34 FF FF B5 33")), "value 1: 1234\nrecord 1\n");
+  EXPECT_EQ(run.doubts, 2);
+}
+
 // --- Writes ------------------------------------------------------------------------------------
 
 TEST_F(ModbusRoutines, AWriteOfOneRegisterPutsTheValueWhereSelectByteSays) {
@@ -445,7 +480,7 @@ TEST_F(ModbusRoutines, TheAcknowledgeOfOneRegisterShowsOneLocation) {
 
 TEST_F(ModbusRoutines, AnAcknowledgeShowsTheValueOfWhatIsNotSimplyScanned) {
   for (const std::uint8_t flags :
-       std::vector<std::uint8_t>{kScanningDisabled, kContinuousWrite, 3}) {
+       std::vector<std::uint8_t>{kScanningDisabled, kContinuousWrite, 3, 4, 255}) {
     At(1).ScanFlags = flags;
     At(1).RawValue = 0x2A;
     Write(1, 6, "2B");

@@ -47,11 +47,13 @@ class NotingRun final : public ProtocolRun {
   void EndLogRow() override { Note("end of row"); }
   void TellProtectedArea() override { Note("protected area"); }
   void StopZOLTCommunication() override { Note("stop"); }
+  void DoubtTheLine() override { ++doubts; }
 
   std::string TakeNotes() { return std::exchange(notes_, {}); }
 
   FakeWorld world;
   std::set<int> visible = {1, 2};
+  int doubts = 0;
 
  private:
   void Note(const std::string& line) { notes_ += line + "\n"; }

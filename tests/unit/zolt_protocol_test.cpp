@@ -72,6 +72,30 @@ TEST_F(ZoltRoutines, ALocationWrittenContinuouslyIsWrittenByThePoll) {
   }
 }
 
+TEST_F(ZoltRoutines, TheClassGoesOutAsItIsAndMakesNoMemoryOfAnId) {
+  id().Class = 7;
+  EXPECT_TRUE(Poll(1).ends_with("output " + HexText(Reply(0x07, "000010000")) + "\n"));
+  EXPECT_EQ(Answer(1, Reply(0x17, "000021234")), "");
+  EXPECT_FALSE(run.fields().message_received);
+  EXPECT_EQ(Answer(1, Reply(0x17, "000011234")), "value 1: 1234\nrecord 1\n");
+  id().Class = 0x4A;
+  EXPECT_TRUE(Poll(1).ends_with("output " + HexText(Reply(0x4A, "000011234")) + "\n"));
+}
+
+TEST_F(ZoltRoutines, AClassBeyondTheTypeByteCannotBeWritten) {
+  id().ScanFlags = 2;
+  id().Class = 127;
+  EXPECT_TRUE(Poll(1).ends_with("output " + HexText(Reply(0xFF, "000010000")) + "\n"));
+  id().Class = 128;
+  try {
+    Poll(1);
+    ADD_FAILURE() << run.TakeNotes();
+  } catch (const RunTimeError& error) {
+    EXPECT_EQ(error.code(), kOverflow);
+    EXPECT_STREQ(error.what(), "The class 128 cannot be written.");
+  }
+}
+
 TEST_F(ZoltRoutines, AWordOfMemoryWrittenContinuouslyOwesItsSecondByte) {
   memory().ScanFlags = 2;
   for (const std::int32_t type : {kBit, kUnsignedByte, kSignedByte, kUnsignedWord, kSignedWord}) {
@@ -190,6 +214,25 @@ TEST_F(ZoltRoutines, ARefusalShowsNothingAndEndsTheExchange) {
     EXPECT_EQ(Answer(2, Reply(type, "0FFAB1234")), "") << type;
     EXPECT_TRUE(run.fields().message_received);
   }
+}
+
+TEST_F(ZoltRoutines, OnlyWhatASlaveSendsIsAnAnswer) {
+  for (const int kind : {0x10, 0x20, 0x40, 0x60, 0x90}) {
+    Answer(1, Reply(kind + 1, "000010001"));
+    EXPECT_EQ(run.doubts, 0) << kind;
+  }
+  const std::string answer = Reply(0x11, "000010001");
+  for (const std::string& bytes :
+       {Reply(0x01, "000010001"), Reply(0x81, "000010001"), Reply(0x31, "000010001"),
+        Frame(0x11, "0000100010000"), answer + "\n", answer.substr(0, 15), std::string()}) {
+    run.doubts = 0;
+    Answer(1, bytes);
+    EXPECT_EQ(run.doubts, 1) << HexText(bytes);
+  }
+  run.fields().write_message = true;
+  run.doubts = 0;
+  Answer(2, "any");
+  EXPECT_EQ(run.doubts, 1);
 }
 
 TEST_F(ZoltRoutines, AnUnknownDataIdIsShownAndLogged) {

@@ -232,5 +232,35 @@ TEST_F(ZoltWordWrite, TheSecondByteOfAContinuousWriteIsThatOfTheLastDialog) {
   EXPECT_EQ(run.fields().MsgPointer, 2);
 }
 
+TEST_F(ZoltWordWrite, BeforeTheFirstDialogAContinuousWriteHasNoSecondByte) {
+  memory().ScanFlags = 2;
+  memory().RawValue = 0x5678;
+  Poll(2);
+  EXPECT_TRUE(run.fields().SendSecondByte);
+  EXPECT_EQ(Answer(2, Reply(0x97, "0FFAB1234")), "value 2: 5678\n");
+  EXPECT_TRUE(run.fields().message_received);
+  EXPECT_FALSE(run.fields().write_message);
+  EXPECT_EQ(run.fields().MsgPointer, 2);
+}
+
+TEST_F(ZoltWordWrite, ASecondByteThatWasNotSentWaitsForTheNextAcknowledge) {
+  Begin("F134");
+  EXPECT_EQ(Poll(1), "log request 1\npanel 5: 1: Flow\n" +
+                         ("output " + HexText(Reply(0x01, "000010000")) + "\n"));
+  Answer(1, Reply(0x11, "000010000"));
+  Write(2, "56");
+  EXPECT_EQ(Answer(2, Reply(0x97, "0FF323456")), "value 2: -\n" + Out(0x87, "0FF32351216CA"));
+}
+
+// The next byte would lie in the EEPROM, which nobody meant.
+TEST_F(ZoltWordWrite, BehindTheLastAddressOfTheLowerHalfThereIsNoByte) {
+  Begin("7FFF");
+  run.TakeNotes();
+  run.fields().MsgPointer = 2;
+  run.world.port().Receive("any");
+  EXPECT_THROW(KEM3SlaveResponse(run), RunTimeError);
+  EXPECT_EQ(run.TakeNotes(), "value 2: -\n");
+}
+
 }  // namespace
 }  // namespace tarnlink

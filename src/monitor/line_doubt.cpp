@@ -1,0 +1,29 @@
+#include "monitor/line_doubt.h"
+
+namespace tarnlink {
+
+namespace {
+
+// What a slave may take to think, beside the time on the line.
+constexpr int kThinkingTime = 100;  // ms
+// A line that is never quiet is asked all the same.
+constexpr int kLongestWait = 1'000;  // ms
+
+}  // namespace
+
+void LineDoubt::Raise() {
+  if (!raised_) waited_ = 0;
+  raised_ = true;
+  quiet_ = 0;
+}
+
+bool LineDoubt::AllowsRequest(int tick, int exchange) {
+  if (!raised_) return true;
+  quiet_ += tick;
+  waited_ += tick;
+  if (quiet_ < exchange + kThinkingTime && waited_ < kLongestWait) return false;
+  raised_ = false;
+  return true;
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,262 @@
+// A hundred thousand exchanges under Modbus, under every fault.
+
+#include <gtest/gtest.h>
+
+#include "form/fault_run_polled.h"
+#include "protocols/modbus_protocol.h"
+#include "simulator/bytes.h"
+#include "simulator/crc.h"
+#include "simulator/modbus_registers.h"
+
+namespace tarnlink {
+namespace {
+
+constexpr std::size_t kHead = 3;   // slave, function and byte count of an answer to a read
+constexpr std::size_t kCheck = 2;  // bytes of a check
+constexpr std::size_t kWriteAnswer = 8;
+constexpr int k9600 = 3;   // index of opt_Baudrate
+constexpr int kBlock = 2;  // the Locations of which the first reads all three
+
+Location Register(const std::string& address, const std::string& slave, const char* function) {
+  Location location;
+  location.Address = address;
+  location.LocSlaveAddress = slave;
+  location.FunctionCode = function;
+  return location;
+}
+
+Location HeadOf(int registers, Location location) {
+  location.NumReg = static_cast<std::int16_t>(registers);
+  return location;
+}
+
+Location Follower(Location location) {
+  location.RegisterFollower = true;
+  return location;
+}
+
+Location ByteOf(SelectByte byte, Location location) {
+  location.SelectByte = byte;
+  location.StorageType = kUnsignedByte;
+  return location;
+}
+
+const std::vector<Location>& Locations() {
+  static const std::vector<Location> locations = {
+      Register("0200", "1", "&H03"),
+      HeadOf(3, Register("0201", "1", "&H03")),
+      Follower(Register("0202", "1", "&H03")),
+      Follower(Register("0203", "1", "&H03")),
+      HeadOf(2, Register("0021", "0A", "&H04")),
+      Follower(Register("0022", "0A", "&H04")),
+      ByteOf(kMsb, Register("0210", "1", "&H03")),
+      ByteOf(kLsb, Register("0211", "1", "&H03")),
+      Register("0212", "0A", "&H03"),
+  };
+  return locations;
+}
+constexpr std::size_t kPollsPerRound = 6;
+constexpr int kLast = 9;
+
+const Location& At(int index) { return Locations()[static_cast<std::size_t>(index - 1)]; }
+
+int Number(std::string_view bytes, std::size_t at) {
+  return static_cast<unsigned char>(bytes[at]) << 8 | static_cast<unsigned char>(bytes[at + 1]);
+}
+
+std::string TextOfRegister(int number, const Location& location) {
+  if (location.SelectByte == kMsb) return boiler::HexDigits(number >> 8, 2);
+  if (location.SelectByte == kLsb) return boiler::HexDigits(number & 0xFF, 2);
+  return boiler::HexDigits(number, 4);
+}
+
+// Whether the last two bytes are the check of so many from the first on.
+bool CheckHolds(std::string_view bytes, std::size_t covered) {
+  if (bytes.size() < covered + kCheck) return false;
+  const std::uint16_t check = boiler::CrcModbus(bytes.substr(0, covered));
+  return bytes.substr(bytes.size() - kCheck) ==
+         std::string{static_cast<char>(check & 0xFF), static_cast<char>(check >> 8)};
+}
+
+class ModbusReader final : public FrameReader {
+ public:
+  std::vector<int> Shows(std::string_view request) const override {
+    std::vector<int> shows;
+    const int registers = RegistersOf(request);
+    for (int i = 1; i <= kLast; ++i) {
+      if (NumberOf(At(i)) != Number(request, 2)) continue;
+      for (int r = 0; r < registers; ++r) shows.push_back(i + r);
+      break;
+    }
+    return shows;
+  }
+
+  // How long the answer is follows from the request, and only the check has to agree.
+  std::string_view Sound(std::string_view bytes, std::string_view request) const override {
+    const std::size_t covered = kHead + 2 * static_cast<std::size_t>(RegistersOf(request));
+    return CheckHolds(bytes, covered) ? bytes.substr(0, covered + kCheck) : std::string_view();
+  }
+
+  bool Fits(std::string_view bytes, int) const override { return bytes[1] == 3 || bytes[1] == 4; }
+
+  std::string TextOf(std::string_view bytes, int place, int index) const override {
+    return TextOfRegister(Number(bytes, kHead + 2 * static_cast<std::size_t>(place)), At(index));
+  }
+
+  bool IsWord(std::string_view bytes, std::string_view, const std::string& word) const override {
+    return word == "-" && (bytes[1] == 6 || bytes[1] == 16) &&
+           CheckHolds(bytes, kWriteAnswer - kCheck);
+  }
+
+  std::string Held(const boiler::Controller& controller, int index) const override {
+    const Location& location = At(index);
+    return TextOfRegister(boiler::HoldingRegister(controller, NumberOf(location)).value_or(0),
+                          location);
+  }
+
+ private:
+  // That an answer is taken to have; none where one register is written.
+  static int RegistersOf(std::string_view request) {
+    return request[1] == 6 ? 0 : static_cast<unsigned char>(request[5]);
+  }
+};
+
+const ModbusReader kReader;
+
+class ModbusFaultRun : public PolledFaultRun {
+ protected:
+  explicit ModbusFaultRun(std::uint64_t seed, const LineSpeed& speed = kAtOnce)
+      : PolledFaultRun(kReader, {.protocol = "modbus",
+                                 .slave = {.addresses = "1,10"},
+                                 .line = speed.line,
+                                 .seed = seed}) {
+    for (int i = 1; i <= kLast; ++i) {
+      if (!boiler::CanWriteRegister(NumberOf(At(i)))) continue;
+      boiler::WriteRegister(boiler.controller(), NumberOf(At(i)),
+                            static_cast<std::uint16_t>(0x1234 + 0x1011 * i));
+    }
+    // A second acknowledgement of a write to the first Location steps back once more; the next
+    // poll step makes good for it.
+    lowest_pointer = -1;
+    monitor.options.opt_Baudrate.Select(k9600);
+    Begin(kModbusProtocol, Locations(), kPollsPerRound, speed.poll_time);
+  }
+
+  const std::vector<std::string>& RunningStates() const override {
+    static const std::vector<std::string> states = {
+        "Ready, port open, timers Comm_Timer",
+        "Ready, port open, timers Comm_Timer tmr_noresponse",
+        "Waiting, port open, timers Comm_Timer tmr_noresponse",
+        // An answer has begun, and the rest of it is waited for.
+        "Waiting, port open, timers Comm_Timer",
+    };
+    return states;
+  }
+
+  void WriteSomething(std::size_t turn) override {
+    const int number = static_cast<int>(0x2000 + turn);
+    if (write_turn_++ % 2 == 0) {
+      WriteRegister(write_turn_ % 4 == 1 ? 1 : kLast, 6, {}, boiler::HexDigits(number, 4));
+    } else {
+      WriteRegister(kBlock, 16, {boiler::HexDigits(number, 4), boiler::HexDigits(number + 1, 4)},
+                    "");
+    }
+  }
+
+ private:
+  // What the dialog of a write does once the user has given it the value, or the values.
+  void WriteRegister(int index, std::uint8_t function, std::vector<std::string> values,
+                     std::string value) {
+    frm_Main& main = monitor.main;
+    main.Comm_Timer->SetEnabled(false);
+    main.message_received = false;
+    main.Function_code = function;
+    main.StoredRegisters = std::move(values);
+    ModbusProtocol().SendWrite(monitor.run, index, value);
+    main.Comm_Timer->SetEnabled(true);
+    main.tmr_noresponse->SetEnabled(true);
+  }
+
+  int write_turn_ = 0;
+};
+
+std::vector<FaultOfRun> Faults() {
+  std::vector<FaultOfRun> faults = CommonFaults();
+  for (FaultOfRun more : std::initializer_list<FaultOfRun>{
+           {"self_echo", Harm::kNone},
+           {"foreign_traffic", Harm::kNone},
+           {"noise_idle(300)", Harm::kByChance},
+           {"pause_midframe(3500)", Harm::kNone},
+           {"slow_bytes(400)", Harm::kNone},
+           {"long_count", Harm::kByChance},
+           {"refused(6)", Harm::kNone},
+       }) {
+    faults.push_back(more);
+  }
+  return faults;
+}
+
+std::size_t ExchangesEach() { return ExchangesPerRun(Faults()); }
+
+class ModbusFaults : public ModbusFaultRun, public ::testing::WithParamInterface<FaultAndRate> {
+ protected:
+  ModbusFaults() : ModbusFaultRun(SeedOf(GetParam())) {}
+};
+
+TEST_P(ModbusFaults, ShowOnlyWhatSoundFramesSayAndPass) { RunUnder(GetParam(), ExchangesEach()); }
+
+INSTANTIATE_TEST_SUITE_P(EachFault, ModbusFaults,
+                         ::testing::Combine(::testing::ValuesIn(Faults()),
+                                            ::testing::ValuesIn(kRates)),
+                         NameOfRun);
+
+class ModbusLosses : public ModbusFaultRun, public ::testing::WithParamInterface<FaultAndRate> {
+ protected:
+  ModbusLosses() : ModbusFaultRun(SeedOf(GetParam())) {}
+};
+
+TEST_P(ModbusLosses, EndTheRunAndTheNextIsSound) { RunUnderLosses(GetParam(), ExchangesEach()); }
+
+INSTANTIATE_TEST_SUITE_P(EachFault, ModbusLosses,
+                         ::testing::Combine(::testing::ValuesIn(kCableFaults),
+                                            ::testing::ValuesIn(kCableRates)),
+                         NameOfRun);
+
+class ModbusFaultRunOfOne : public ModbusFaultRun {
+ protected:
+  ModbusFaultRunOfOne() : ModbusFaultRun(20240306) {}
+};
+
+TEST_F(ModbusFaultRunOfOne, AStreamWithoutEndIsReadForAsLongAsItLasts) {
+  RunUnderAnEndlessStream();
+}
+
+TEST_F(ModbusFaultRunOfOne, APortThatCanNotBeOpenedIsToldOnce) { RunUnderBusyPort(); }
+
+TEST_F(ModbusFaultRunOfOne, ARandomFramePassesOnceIn65536) { RunUnderRandomFrames(); }
+
+TEST_F(ModbusFaultRunOfOne, ASoundLineShowsTheMemoryAllTheTime) { RunUnderNone(ExchangesEach()); }
+
+// At the speed of the line, with a slave that takes its time.
+class ModbusSlowLine : public ModbusFaultRun, public ::testing::WithParamInterface<FaultOfRun> {
+ protected:
+  ModbusSlowLine() : ModbusFaultRun(20240307, kSlowLine) {}
+};
+
+TEST_P(ModbusSlowLine, IsAsGoodAsNewAfterOneFault) { RunUnderOne(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(EachFault, ModbusSlowLine, ::testing::ValuesIn(Faults()), NameOfFault);
+
+class ModbusSlowLineOfAll : public ModbusFaultRun {
+ protected:
+  ModbusSlowLineOfAll() : ModbusFaultRun(20240308, kSlowLine) {}
+};
+
+TEST_F(ModbusSlowLineOfAll, StandsAllFaultsByTurns) { RunUnderAll(Faults(), 20'000); }
+
+TEST(FaultsOfTheModbusRun, AreAllThatFitTheProtocol) {
+  ExpectAllThatFit("modbus", {NamesOf(Faults()), NamesOf(kCableFaults)});
+}
+
+}  // namespace
+}  // namespace tarnlink

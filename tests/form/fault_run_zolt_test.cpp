@@ -1,0 +1,271 @@
+// A hundred thousand exchanges under the ZOLT protocol, under every fault.
+
+#include <gtest/gtest.h>
+
+#include "form/fault_run_polled.h"
+#include "protocols/zolt_protocol.h"
+#include "simulator/bytes.h"
+#include "simulator/crc.h"
+
+namespace tarnlink {
+namespace {
+
+constexpr std::size_t kFrame = 16;
+constexpr int kSetpoint = 5;  // the Location of the boiler's set point
+
+Location Memory(const std::string& slave, Location location) {
+  location.LocSlaveAddress = slave;
+  return location;
+}
+
+Location Id(const std::string& address, const std::string& slave, int data_class = 1) {
+  Location location;
+  location.Address = address;
+  location.LocSlaveAddress = slave;
+  location.Class = static_cast<std::uint8_t>(data_class);
+  return location;
+}
+
+Location Setpoint() {
+  Location location = Id("056D", "3", 5);
+  location.SelectByte = kMsb;
+  location.StorageType = kUnsignedByte;
+  return location;
+}
+
+const std::vector<Location>& Locations() {
+  static const std::vector<Location> locations = {
+      Id("003D", "0"),
+      Memory("0", ByteAt("F400")),
+      Memory("3", WordAt("F402")),
+      Id("14D9", "3"),
+      Setpoint(),
+      Memory("3", ByteAt("F405")),
+      Id("0BAD", "0"),
+      Id("14D9", "0"),
+      Memory("0", WordAt("F410")),
+  };
+  return locations;
+}
+
+const Location& At(int index) { return Locations()[static_cast<std::size_t>(index - 1)]; }
+
+class ZoltReader final : public FrameReader {
+ public:
+  std::vector<int> Shows(std::string_view request) const override {
+    if (request.size() != kFrame || (request[1] & 0x80) != 0) return {};
+    for (int i = 1; i <= static_cast<int>(Locations().size()); ++i) {
+      const Location& location = At(i);
+      const bool memory = location.Specification == 0;
+      const std::string_view address = request.substr(memory ? 7 : 3, 4);
+      if ((request[1] == 7) == memory && location.LocSlaveAddress == request.substr(2, 1) &&
+          location.Address == address) {
+        return {i};
+      }
+    }
+    return {};
+  }
+
+  std::string_view Sound(std::string_view bytes, std::string_view) const override {
+    if (bytes.size() < kFrame) return {};
+    const std::string check = boiler::HexDigits(boiler::CrcXmodem(bytes.substr(1, 10)), 4);
+    return bytes.substr(11, 4) == check ? bytes.substr(0, kFrame - 1) : std::string_view();
+  }
+
+  bool Fits(std::string_view bytes, int index) const override {
+    const Location& location = At(index);
+    const auto type = static_cast<unsigned char>(bytes[1]);
+    if (location.Specification == 0) return type == 0x17 || type == 0x97;
+    return (type >> 4 == 1 || type >> 4 == 9) && bytes.substr(3, 4) == location.Address &&
+           bytes.substr(2, 1) == location.LocSlaveAddress;
+  }
+
+  std::string TextOf(std::string_view bytes, int, int index) const override {
+    const Location& location = At(index);
+    if (location.StorageType >= kUnsignedWord) return std::string(bytes.substr(7, 4));
+    return std::string(bytes.substr(location.SelectByte == kMsb ? 7 : 9, 2));
+  }
+
+  // Whatever comes after a write is its answer. "Unknown ID" is believed without a check.
+  bool IsWord(std::string_view bytes, std::string_view request,
+              const std::string& word) const override {
+    if (word == "-") return (request[1] & 0x80) != 0;
+    return bytes.size() >= kFrame && static_cast<unsigned char>(bytes[1]) >> 4 == 6;
+  }
+
+  std::string Held(const boiler::Controller& controller, int index) const override {
+    const Location& location = At(index);
+    const auto& memory = controller.memory();
+    const std::uint16_t address = NumberOf(location);
+    if (location.Specification == 0) {
+      const bool word = location.StorageType == kUnsignedWord;
+      return word ? boiler::HexDigits(memory.Word(address), 4)
+                  : boiler::HexDigits(memory.Byte(address), 2);
+    }
+    const auto item = [&](std::string_view name) { return controller.Value(boiler::Item(name)); };
+    if (index == kSetpoint) return boiler::HexDigits(item("flow_setpoint"), 2);
+    if (location.Address == "003D") return "0502";
+    if (location.Address == "0BAD") return "can not read";
+    return boiler::HexDigits(item("software_number") + location.LocSlaveAddress.front() - '0', 4);
+  }
+};
+
+const ZoltReader kReader;
+
+class ZoltFaultRun : public PolledFaultRun {
+ protected:
+  explicit ZoltFaultRun(std::uint64_t seed, const LineSpeed& speed = kAtOnce)
+      : PolledFaultRun(
+            kReader,
+            {.protocol = "zolt", .slave = {.addresses = "0,3"}, .line = speed.line, .seed = seed}) {
+    boiler.controller().WriteByte(0xF400, 0x5A);
+    boiler.controller().WriteWord(0xF402, 0x1234);
+    boiler.controller().WriteByte(0xF405, 0xC3);
+    boiler.controller().WriteWord(0xF410, 0x8FED);
+    Begin(kZoltProtocol, Locations(), static_cast<int>(Locations().size()), speed.poll_time);
+  }
+
+  const std::vector<std::string>& RunningStates() const override {
+    static const std::vector<std::string> states = {
+        "Ready, port open, timers Comm_Timer",
+        "Ready, port open, timers Comm_Timer tmr_noresponse",
+        "Waiting, port open, timers Comm_Timer tmr_noresponse",
+    };
+    return states;
+  }
+
+  void WriteSomething(std::size_t turn) override {
+    const int number = static_cast<int>(turn);
+    switch (write_turn_++ % 3) {
+      case 0:
+        return WriteZolt(2, boiler::HexDigits(number % 256, 2));
+      case 1:
+        return WriteZolt(3, boiler::HexDigits(0x2000 + number % 0x1000, 4));
+      default:
+        if (monitor.main.Locations[kSetpoint].ScanFlags == kScanningDisabled) {
+          return WriteZolt(6, boiler::HexDigits(number % 256, 2));
+        }
+        return WriteZolt(kSetpoint, boiler::HexDigits(30 + number % 50, 2));
+    }
+  }
+
+ private:
+  // What the dialog of a write does once the user has given it the value.
+  void WriteZolt(int index, std::string value) {
+    frm_Main& main = monitor.main;
+    main.Comm_Timer->SetEnabled(false);
+    main.SecondByteIndex = index;
+    if (At(index).Specification == 0 && value.size() == 4) {
+      main.SecondByteValue = value.substr(0, 2);
+      main.SendSecondByte = true;
+    }
+    main.message_received = false;
+    ZoltProtocol().SendWrite(monitor.run, index, value);
+    main.Comm_Timer->SetEnabled(true);
+    main.tmr_noresponse->SetEnabled(true);
+  }
+
+  int write_turn_ = 0;
+};
+
+std::vector<FaultOfRun> Faults() {
+  std::vector<FaultOfRun> faults = CommonFaults();
+  for (FaultOfRun more : std::initializer_list<FaultOfRun>{
+           // The answer of a write that comes behind bytes which were taken for it is shown for the
+           // Location before, if that is memory.
+           {"self_echo", Harm::kAstray},
+           {"foreign_traffic", Harm::kAstray},
+           {"noise_idle(300)", Harm::kAstray},
+           {"pause_midframe(3500)", Harm::kAstray},
+           {"slow_bytes(400)", Harm::kAstray},
+           {"long_count", Harm::kByChance},
+           {"refused(6)", Harm::kNone},
+       }) {
+    faults.push_back(more);
+  }
+  // The check covers neither the first nor the last of the 16 bytes.
+  return WithUncovered(std::move(faults), {{"bit_flip(1)", 16.0 / 128},
+                                           {"bit_flip(2)", 16.0 / 128 * 15 / 127},
+                                           {"bit_flip(3)", 16.0 / 128 * 15 / 127 * 14 / 126},
+                                           {"burst(8)", 2.0 / 121},
+                                           {"byte_replace", 2.0 / 16}});
+}
+
+std::size_t ExchangesEach() { return ExchangesPerRun(Faults()); }
+
+class ZoltFaults : public ZoltFaultRun, public ::testing::WithParamInterface<FaultAndRate> {
+ protected:
+  ZoltFaults() : ZoltFaultRun(SeedOf(GetParam())) {}
+};
+
+TEST_P(ZoltFaults, ShowOnlyWhatSoundFramesSayAndPass) { RunUnder(GetParam(), ExchangesEach()); }
+
+INSTANTIATE_TEST_SUITE_P(EachFault, ZoltFaults,
+                         ::testing::Combine(::testing::ValuesIn(Faults()),
+                                            ::testing::ValuesIn(kRates)),
+                         NameOfRun);
+
+class ZoltLosses : public ZoltFaultRun, public ::testing::WithParamInterface<FaultAndRate> {
+ protected:
+  ZoltLosses() : ZoltFaultRun(SeedOf(GetParam())) {}
+};
+
+TEST_P(ZoltLosses, EndTheRunAndTheNextIsSound) { RunUnderLosses(GetParam(), ExchangesEach()); }
+
+INSTANTIATE_TEST_SUITE_P(EachFault, ZoltLosses,
+                         ::testing::Combine(::testing::ValuesIn(kCableFaults),
+                                            ::testing::ValuesIn(kCableRates)),
+                         NameOfRun);
+
+class ZoltFaultRunOfOne : public ZoltFaultRun {
+ protected:
+  ZoltFaultRunOfOne() : ZoltFaultRun(20240306) {}
+};
+
+TEST_F(ZoltFaultRunOfOne, AStreamWithoutEndIsReadForAsLongAsItLasts) { RunUnderAnEndlessStream(); }
+
+TEST_F(ZoltFaultRunOfOne, APortThatCanNotBeOpenedIsToldOnce) { RunUnderBusyPort(); }
+
+TEST_F(ZoltFaultRunOfOne, ARandomFramePassesOnceIn65536) { RunUnderRandomFrames(); }
+
+TEST_F(ZoltFaultRunOfOne, ASoundLineShowsTheMemoryAllTheTime) { RunUnderNone(ExchangesEach()); }
+
+// At the speed of the line, with a slave that takes its time.
+class ZoltSlowLine : public ZoltFaultRun, public ::testing::WithParamInterface<FaultOfRun> {
+ protected:
+  ZoltSlowLine() : ZoltFaultRun(20240307, kSlowLine) {}
+};
+
+TEST_P(ZoltSlowLine, IsAsGoodAsNewAfterOneFault) { RunUnderOne(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(EachFault, ZoltSlowLine, ::testing::ValuesIn(Faults()), NameOfFault);
+
+// Where nothing but memory is polled no answer says what it is one to.
+class ZoltSlowLineOfMemory : public ZoltSlowLine {
+ protected:
+  ZoltSlowLineOfMemory() {
+    for (int i = 1; i <= monitor.main.MaxId; ++i) {
+      const bool memory = At(i).Specification == 0;
+      monitor.main.Locations[i].ScanFlags = memory ? 0 : kScanningDisabled;
+    }
+  }
+};
+
+TEST_P(ZoltSlowLineOfMemory, IsAsGoodAsNewAfterOneFault) { RunUnderOne(GetParam()); }
+
+INSTANTIATE_TEST_SUITE_P(EachFault, ZoltSlowLineOfMemory, ::testing::ValuesIn(Faults()),
+                         NameOfFault);
+
+class ZoltSlowLineOfAll : public ZoltFaultRun {
+ protected:
+  ZoltSlowLineOfAll() : ZoltFaultRun(20240308, kSlowLine) {}
+};
+
+TEST_F(ZoltSlowLineOfAll, StandsAllFaultsByTurns) { RunUnderAll(Faults(), 20'000); }
+
+TEST(FaultsOfTheZoltRun, AreAllThatFitTheProtocol) {
+  ExpectAllThatFit("zolt", {NamesOf(Faults()), NamesOf(kCableFaults)});
+}
+
+}  // namespace
+}  // namespace tarnlink
