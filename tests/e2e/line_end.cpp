@@ -40,20 +40,23 @@ std::string LineEnd::Receive(std::size_t count, int milliseconds) {
     const auto left =
         std::chrono::duration_cast<std::chrono::milliseconds>(end - SteadyClock::now()).count();
     if (left <= 0) break;
-    // A master whose slave side nobody has open reads as hung up; that passes when it is opened.
-    pollfd wanted{master_, POLLIN, 0};
     constexpr int kSlice = 10;
-    if (poll(&wanted, 1, static_cast<int>(std::min<std::int64_t>(left, kSlice))) <= 0) continue;
-    char buffer[4096];
-    const std::size_t room = std::min(sizeof buffer, count - bytes.size());
-    const ssize_t got = (wanted.revents & POLLIN) != 0 ? read(master_, buffer, room) : 0;
-    if (got > 0) {
-      bytes.append(buffer, static_cast<std::size_t>(got));
-    } else {
-      poll(nullptr, 0, kSlice);
-    }
+    bytes +=
+        ReceiveSome(count - bytes.size(), static_cast<int>(std::min<std::int64_t>(left, kSlice)));
   }
   return bytes;
+}
+
+std::string LineEnd::ReceiveSome(std::size_t most, int milliseconds) {
+  pollfd wanted{master_, POLLIN, 0};
+  if (poll(&wanted, 1, milliseconds) <= 0) return {};
+  char buffer[4096];
+  const std::size_t room = std::min(sizeof buffer, most);
+  const ssize_t got = (wanted.revents & POLLIN) != 0 ? read(master_, buffer, room) : 0;
+  if (got > 0) return {buffer, static_cast<std::size_t>(got)};
+  // A master whose slave side nobody has open reads as hung up; that passes when it is opened.
+  poll(nullptr, 0, milliseconds);
+  return {};
 }
 
 void LineEnd::Drain() {

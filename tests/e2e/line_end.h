@@ -18,6 +18,8 @@ class LineEnd {
   void Send(const std::string& bytes);
   // Waits for `count` bytes and returns what came in time.
   std::string Receive(std::size_t count, int milliseconds);
+  // What has come, as soon as there is anything; empty if nothing came in time.
+  std::string ReceiveSome(std::size_t most, int milliseconds);
   // What the program sent and nobody received yet is thrown away.
   void Drain();
   // The cable is pulled.

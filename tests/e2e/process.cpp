@@ -28,11 +28,14 @@ Process::Process(const std::vector<std::string>& command,
   int to[2];
   int from[2];
   if (pipe2(to, O_CLOEXEC) != 0 || pipe2(from, O_CLOEXEC) != 0) return;
+  // Writing to a child that has ended is a failure of the test, not its end.
+  signal(SIGPIPE, SIG_IGN);
   std::vector<char*> arguments;
   for (const std::string& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
   pid_ = fork();
   if (pid_ == 0) {
+    signal(SIGPIPE, SIG_DFL);
     dup2(to[0], STDIN_FILENO);
     dup2(from[1], STDOUT_FILENO);
     for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);
