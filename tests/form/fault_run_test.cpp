@@ -103,6 +103,10 @@ class FaultRun : public FaultRunTest {
     Start();
     // A write that was never acknowledged costs the first exchange a second event.
     Advance(2 * 60 * (monitor.main.MaxId + 1));
+    ExpectMemoryShown();
+  }
+
+  void ExpectMemoryShown() {
     for (int i = 1; i <= monitor.main.MaxId; ++i) {
       const Location& location = monitor.main.Locations[i];
       const std::uint16_t address = NumberOf(location);
@@ -207,6 +211,22 @@ class SlowLineRun : public FaultRun {
   SlowLineRun()
       : FaultRun({.pace = {.baud = 9600}, .answer_delay_us = 12'000, .idle_gap_us = 50'000}) {}
 };
+
+class SlowNuisanceRun : public SlowLineRun, public ::testing::WithParamInterface<std::string> {};
+
+// Nothing is checked under this protocol, so what a fault leaves on the line must not stay there.
+TEST_P(SlowNuisanceRun, IsAsGoodAsNewAfterOneFault) {
+  for (std::size_t before = 1; before <= 6; ++before) {
+    Exchange(before);
+    boiler.line().AddFault(GetParam().substr(0, GetParam().find('@')) + "#1");
+    Exchange(3);
+    Advance(30'000);  // the longest answer is under way for 21 seconds
+    ExpectMemoryShown();
+  }
+  EXPECT_EQ(world.port().opens(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(EachFault, SlowNuisanceRun, ::testing::ValuesIn(kNuisances), TestName);
 
 TEST_F(SlowLineRun, StandsAllFaultsByTurns) {
   for (const auto* faults : {&kSilences, &kNuisances}) {
