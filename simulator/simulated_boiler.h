@@ -22,7 +22,7 @@ struct SlaveOptions {
 };
 
 // The slave of the named protocol. Throws Problem for a name that it does not know, and for options
-// that the protocol does not have. Each protocol that comes along is named here and nowhere else.
+// that the protocol does not have. Each protocol that comes along is made here.
 std::unique_ptr<Slave> MakeSlave(std::string_view protocol, const SlaveOptions& options = {});
 
 class SimulatedBoiler {

@@ -12,6 +12,16 @@ Program::Program() {
   });
   MakeOnDemand(monitor_.about.form,
                [this] { about_ = std::make_unique<AboutDialog>(monitor_.about, &window_); });
+  MakeOnDemand(monitor_.write_value.form, [this] {
+    write_value_ = std::make_unique<WriteValueDialog>(monitor_.write_value, &window_);
+  });
+  MakeOnDemand(monitor_.write_bit.form, [this] {
+    write_bit_ = std::make_unique<WriteBitDialog>(monitor_.write_bit, &window_);
+  });
+  MakeOnDemand(monitor_.write_registers.form, [this] {
+    write_registers_ =
+        std::make_unique<MultipleRegistersDialog>(monitor_.write_registers, write_value_.get());
+  });
   monitor_.main.Unload = [this] {
     window_.LetGo();
     QCoreApplication::quit();

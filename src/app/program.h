@@ -8,7 +8,10 @@
 #include "platform/qt/qt_platform.h"
 #include "ui/about_dialog.h"
 #include "ui/main_window.h"
+#include "ui/multiple_registers_dialog.h"
 #include "ui/options_dialog.h"
+#include "ui/write_bit_dialog.h"
+#include "ui/write_value_dialog.h"
 
 namespace tarnlink {
 
@@ -29,6 +32,9 @@ class Program {
   MainWindow window_{monitor_.main};
   std::unique_ptr<OptionsDialog> options_;
   std::unique_ptr<AboutDialog> about_;
+  std::unique_ptr<WriteValueDialog> write_value_;
+  std::unique_ptr<WriteBitDialog> write_bit_;
+  std::unique_ptr<MultipleRegistersDialog> write_registers_;
 };
 
 }  // namespace tarnlink

@@ -70,6 +70,9 @@ class TextBox : public PlacedControl {
 
   Property<std::string> Text{this, {}};
   Property<bool> Locked{this, false};
+  // How many characters the user can type; 0 is any number. A longer text that the program has set
+  // stays whole until it is typed over.
+  Property<int> MaxLength{this, 0};
   std::function<void()> Change;     // after each change of Text, by whomever
   std::function<void()> LostFocus;  // reported by the view
 

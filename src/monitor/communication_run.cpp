@@ -12,9 +12,6 @@ namespace tarnlink {
 
 namespace {
 
-// Adapters on USB hand bytes on every 16 ms, whatever the speed of the line.
-constexpr int kAdapterGap = 20;  // ms
-
 void Enable(std::initializer_list<MenuEntry*> entries, bool enabled) {
   for (MenuEntry* entry : entries) entry->Enabled = enabled;
 }
@@ -40,14 +37,13 @@ CommunicationRun::CommunicationRun(frm_Main& main, frm_Options& options, RunReco
       options_(options),
       recorder_(recorder),
       protocols_(std::move(protocols)),
-      receive_pause_(main.platform().CreateTimer()) {
+      receive_pause_(*main.Comm, main.platform().CreateTimer(), [this] { TakeGathered(); }) {
   main_.Toolbar1(2).Click = [this] { StartCommunication(); };
   main_.Toolbar1(3).Click = [this] { StopCommunication(); };
   main_.Comm->SetOnComm([this](int event) { CommEventHandler(event); });
   main_.Comm_Timer->SetOnTimer([this] { PollTick(); });
   main_.tmr_noresponse->SetOnTimer([this] { NoResponse(); });
   main_.tmr_MsgTimeout->SetOnTimer([this] { MessageTimedOut(); });
-  receive_pause_->SetOnTimer([this] { WaitForTheRest(); });
 }
 
 int CommunicationRun::MessageTimeout() const { return options_.sld_MsgTimeout.Value * 1000; }
@@ -84,6 +80,8 @@ void CommunicationRun::StartCommunication() {
     main_.DDERowCounter = 2;
     if (options_.chk_GeneralLogging(0).Value) recorder_.PrepareLog();
     if (options_.chk_GeneralLogging(1).Value) recorder_.StartSpreadsheet();
+    // A device that vanished behind their dialogs has been told.
+    if (!main_.Comm->PortOpen()) return StopCommunication();
     doubt_.Clear();
     main_.SendSecondByte = false;
     main_.CommRunning = true;
@@ -144,7 +142,7 @@ void CommunicationRun::StopZOLTCommunication() {
 // What the two ways of stopping have in common.
 void CommunicationRun::EndRun() {
   main_.CommRunning = false;
-  EndPause();
+  receive_pause_.End();
   if (main_.Comm->PortOpen()) main_.Comm->SetPortOpen(false);
   main_.Comm_Timer->SetEnabled(false);
   main_.tmr_MsgTimeout->SetEnabled(false);
@@ -165,7 +163,13 @@ void CommunicationRun::StopWithoutPort() {
 
 void CommunicationRun::PollTick() {
   if (!main_.message_received || LossIsAboutToBeTold()) return;
-  if (!LineIsClear()) return;
+  NoteUnaskedBytes();
+  if (!doubt_.AllowsRequest(main_.Comm_Timer->Interval(), TimeOfExchange())) return;
+  if (receive_pause_.IsUnderWay()) {
+    // Bytes that go on coming have been waited for long enough.
+    receive_pause_.End();
+    main_.Comm->ClearInBuffer();
+  }
   main_.message_received = false;
   try {
     if (Protocol* protocol = SelectedProtocol()) protocol->SendNextPoll(*this);
@@ -177,20 +181,12 @@ void CommunicationRun::PollTick() {
   Restart(*main_.tmr_noresponse);
 }
 
-// Whether the next request may go out. Bytes that nobody asked for would be taken for its answer;
-// those that are too few for an event would stand ahead of that and shift all that follow.
-bool CommunicationRun::LineIsClear() {
-  const bool is_receiving = receive_pause_->Enabled();
-  const bool has_bytes = main_.Comm->InBufferCount() > 0;
-  if (has_bytes) doubt_.Raise();
-  if (has_bytes && !is_receiving) main_.Comm->ClearInBuffer();
-  if (!doubt_.AllowsRequest(main_.Comm_Timer->Interval(), TimeOfExchange())) return false;
-  if (is_receiving) {
-    // It has gone on for too long.
-    EndPause();
-    main_.Comm->ClearInBuffer();
-  }
-  return true;
+// What waits when the next request is to go out is no answer to it. Too few for an event, the bytes
+// would stand ahead of the answer and shift all that follow.
+void CommunicationRun::NoteUnaskedBytes() {
+  if (main_.Comm->InBufferCount() == 0) return;
+  doubt_.Raise();
+  if (!receive_pause_.IsUnderWay()) main_.Comm->ClearInBuffer();
 }
 
 void CommunicationRun::CommEventHandler(int event) {
@@ -221,59 +217,49 @@ void CommunicationRun::Receive() {
   if (main_.message_received) doubt_.Raise();  // no request is out
   const int pause = protocol->ReceivePause(options_.opt_Baudrate.Selected());
   if (pause == 0) return TakeResponse();
-  // A speed that has no button counts as the fastest, and is it from now on.
-  if (options_.opt_Baudrate.Selected() < 0) {
-    options_.opt_Baudrate.Select(options_.opt_Baudrate.count() - 1);
-  }
-  // The threshold is below the frame's length: the rest arrives during the pause. The answer has
-  // begun in time, so the watchdog waits too; no further event comes meanwhile.
+  options_.opt_Baudrate.Select(SpeedIndex());
+  // The answer has begun in time, so the watchdog waits too.
   main_.tmr_noresponse->SetEnabled(false);
-  threshold_ = main_.Comm->RThreshold();
-  main_.Comm->SetRThreshold(0);
-  received_ = main_.Comm->InBufferCount();
-  quiet_ = 0;
-  receive_pause_->SetInterval(pause);
-  receive_pause_->SetEnabled(true);
+  receive_pause_.Begin(pause);
 }
 
-// A long block takes several pauses on a slow line, and on a fast one the pause may fall between
-// two handfuls of an adapter: what is too short is not all there before the line has been quiet.
-void CommunicationRun::WaitForTheRest() {
-  const int pause = receive_pause_->Interval();
-  const int waiting = main_.Comm->InBufferCount();
-  if (waiting == 0 && main_.write_message) {
+void CommunicationRun::TakeGathered() {
+  if (main_.Comm->InBufferCount() == 0 && main_.write_message) {
     // A write has begun meanwhile and dropped what had come. Its answer raises an event of its own.
-    EndPause();
+    receive_pause_.End();
     main_.tmr_noresponse->SetEnabled(true);
     return;
   }
   const Protocol* protocol = SelectedProtocol();
-  quiet_ = waiting > received_ ? 0 : quiet_ + pause;
-  received_ = waiting;
-  const bool is_short = protocol != nullptr && waiting < protocol->ResponseLength(main_);
-  if (is_short && quiet_ < std::max(pause, kAdapterGap)) return;
-  EndPause();
+  if (!receive_pause_.IsOver(protocol == nullptr ? 0 : protocol->ResponseLength(main_))) return;
+  receive_pause_.End();
   TakeResponse();
 }
 
-// A request and the longest answer to it, in milliseconds.
+// A request and its answer on the line, in milliseconds. A longer answer goes on being heard.
 int CommunicationRun::TimeOfExchange() const {
-  constexpr int kLongestRequest = 16;  // bytes
-  constexpr int kShortestAnswer = 16;  // at least as much is waited for
-  constexpr int kLongestByte = 12;     // bits, with parity and two stop bits
-  constexpr int kMsPerSecond = 1'000;
-  const Protocol* protocol = SelectedProtocol();
-  const int answer = protocol == nullptr ? 0 : protocol->ResponseLength(main_);
-  const int bytes = kLongestRequest + std::max(answer, kShortestAnswer);
-  const int baud = BaudrateOfIndex(std::max(options_.opt_Baudrate.Selected(), 0));
-  return bytes * kLongestByte * kMsPerSecond / baud;
+  constexpr int kBytes = 32;  // twice the longest frame of a fixed length
+  constexpr int kBits = 12;   // of a byte, with parity and two stop bits
+  return kBytes * kBits * 1'000 / BaudrateOfIndex(SpeedIndex());
 }
 
-// Receive events come again.
-void CommunicationRun::EndPause() {
-  if (!receive_pause_->Enabled()) return;
-  receive_pause_->SetEnabled(false);
-  main_.Comm->SetRThreshold(threshold_);
+// A speed that has no button counts as the fastest.
+int CommunicationRun::SpeedIndex() const {
+  const int chosen = options_.opt_Baudrate.Selected();
+  return chosen >= 0 ? chosen : options_.opt_Baudrate.count() - 1;
+}
+
+void CommunicationRun::SendWrite(int index, std::string& value) {
+  if (LossIsAboutToBeTold()) return;
+  main_.message_received = false;
+  try {
+    if (Protocol* protocol = SelectedProtocol()) protocol->SendWrite(*this, index, value);
+  } catch (const RunTimeError& error) {
+    main_.platform().dialogs().MessageBox({.text = SystemErrorText(error.code()),
+                                           .title = "Internal System Error",
+                                           .icon = Icon::kCritical,
+                                           .detail = error.what()});
+  }
 }
 
 void CommunicationRun::TellProtectedArea() {
@@ -327,7 +313,7 @@ void CommunicationRun::DeviceGone() {
 
 void CommunicationRun::NoResponse() {
   if (LossIsAboutToBeTold()) return;
-  EndPause();
+  receive_pause_.End();
   try {
     if (main_.Comm->PortOpen()) main_.Comm->SetPortOpen(false);
     main_.Comm->SetPortOpen(true);

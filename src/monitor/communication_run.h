@@ -10,6 +10,7 @@
 #include "monitor/frm_main.h"
 #include "monitor/frm_options.h"
 #include "monitor/line_doubt.h"
+#include "monitor/receive_pause.h"
 #include "monitor/run_recorder.h"
 #include "protocols/protocol_run.h"
 
@@ -30,6 +31,9 @@ class CommunicationRun final : public ProtocolRun {
   void StopCommunication();
   // Stops the run from anywhere, without a word.
   void StopZOLTCommunication() override;
+  // Sends a write of `value`, prepared hexadecimal text, to Location `index`; what was not sent is
+  // cut from it. An error is told and leaves the exchange to the watchdog.
+  void SendWrite(int index, std::string& value);
   // The end of a Start, or of the run, by an error: says what it was and stops.
   void FailurePath(const RunTimeError& error);
 
@@ -61,12 +65,12 @@ class CommunicationRun final : public ProtocolRun {
   void ReportError(const RunTimeError& error);
 
   void PollTick();
-  bool LineIsClear();
+  void NoteUnaskedBytes();
   void CommEventHandler(int event);
   void Receive();
-  void WaitForTheRest();
-  void EndPause();
+  void TakeGathered();
   int TimeOfExchange() const;
+  int SpeedIndex() const;
   void TakeResponse();
   void LineError(const std::string& text);
   bool LossIsAboutToBeTold() const;
@@ -78,10 +82,7 @@ class CommunicationRun final : public ProtocolRun {
   frm_Options& options_;
   RunRecorder& recorder_;
   ProtocolTable protocols_;
-  std::unique_ptr<Timer> receive_pause_;  // waits for the rest of a frame
-  int received_ = 0;                      // bytes that had come when it last expired
-  int quiet_ = 0;                         // how long none has come, in ms
-  int threshold_ = 0;                     // of the port outside the pause
+  ReceivePause receive_pause_;
   LineDoubt doubt_;
   bool line_error_shown_ = false;  // one box at a time, however many errors come in
 };

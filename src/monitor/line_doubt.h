@@ -19,8 +19,9 @@ class LineDoubt {
 
  private:
   bool raised_ = false;
-  int quiet_ = 0;   // ms since it was last raised
-  int waited_ = 0;  // ms since it was first raised
+  // Of the ticks at which a request was wanted, in ms.
+  int quiet_ = 0;   // since it was last raised
+  int waited_ = 0;  // since it was first raised
 };
 
 }  // namespace tarnlink

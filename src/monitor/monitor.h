@@ -7,16 +7,20 @@
 #include "monitor/export_commands.h"
 #include "monitor/frm_about.h"
 #include "monitor/frm_main.h"
+#include "monitor/frm_multiple_reg.h"
 #include "monitor/frm_options.h"
+#include "monitor/frm_write_bit_value.h"
+#include "monitor/frm_write_value.h"
 #include "monitor/help_topics.h"
 #include "monitor/look_commands.h"
 #include "monitor/object_commands.h"
 #include "monitor/print_commands.h"
 #include "monitor/project_commands.h"
-#include "monitor/run_recorder.h"
+#include "monitor/run_records.h"
 #include "monitor/screen_commands.h"
 #include "monitor/screen_drag.h"
 #include "monitor/start_and_leave.h"
+#include "monitor/write_commands.h"
 
 namespace tarnlink {
 
@@ -27,7 +31,7 @@ struct Monitor {
   frm_Main main;
   frm_Options options;
   frmAbout about{main};
-  NoRecorder recorder;
+  RunRecords recorder{main, options};
   CommunicationRun run{main, options, recorder, MakeProtocols()};
   EditHistory history{main};
   ScreenCommands screen{main, options, run, recorder, history};
@@ -36,6 +40,10 @@ struct Monitor {
   LookCommands look{main, drag, history};
   ObjectCommands objects{main, options, history};
   ProjectCommands project{main};
+  frm_WriteValue write_value;
+  frm_WriteBitValue write_bit;
+  frm_multiple_reg write_registers{main};
+  WriteCommands write{main, options, run, write_value, write_bit, write_registers};
   ExportCommands doc_export{main};
   PrintCommands print{main};
   HelpTopics help{main};

@@ -4,7 +4,7 @@
 namespace tarnlink {
 
 // The hooks that the run calls, in the order of a run. A recorder looks for itself which Locations
-// are to be recorded, and sets and clears `filelogging`. `NoRecorder` keeps no record.
+// are to be recorded, and sets and clears `filelogging`. `RunRecords` is the real one.
 class RunRecorder {
  public:
   virtual ~RunRecorder() = default;
@@ -22,19 +22,9 @@ class RunRecorder {
   virtual void LogUnreadable(int index) = 0;
 
   virtual void EndLogRow() = 0;
-  // Closes the log if it is open. Never throws.
+  // The run has ended, or its screen goes: closes the log if it is open, and saves the spreadsheet.
+  // Never throws.
   virtual void CloseLogFile() = 0;
-};
-
-class NoRecorder final : public RunRecorder {
- public:
-  void PrepareLog() override {}
-  void StartSpreadsheet() override {}
-  void LogRequest(int) override {}
-  void RecordValue(int) override {}
-  void LogUnreadable(int) override {}
-  void EndLogRow() override {}
-  void CloseLogFile() override {}
 };
 
 }  // namespace tarnlink

@@ -14,6 +14,7 @@
 #include "platform/settings_store.h"
 #include "platform/shell.h"
 #include "platform/timer.h"
+#include "platform/workbook.h"
 
 namespace tarnlink {
 
@@ -25,6 +26,8 @@ class Platform {
   virtual std::unique_ptr<Timer> CreateTimer() = 0;
   // A page on the printer that was picked last; it is printed when the surface is destroyed.
   virtual std::unique_ptr<DrawingSurface> CreatePage(const PageSetup& setup) = 0;
+  // An empty workbook at `path`, in place of what is there. Throws RunTimeError 61, 70, 76 or 57.
+  virtual std::unique_ptr<Workbook> CreateWorkbook(const std::string& path) = 0;
   virtual Clock& clock() = 0;
   virtual Locale& locale() = 0;
   virtual SettingsStore& settings() = 0;

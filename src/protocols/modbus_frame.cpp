@@ -96,16 +96,8 @@ std::string WriteSeveralRequest(std::string_view slave, std::string_view address
 }
 
 int ExpectedLength(std::uint8_t function, int nreg) {
-  switch (function) {
-    case kReadHoldingRegisters:
-    case kReadInputRegisters:
-      return nreg * kRegisterLength + kShortestResponse;
-    case kWriteRegister:
-    case kWriteRegisters:
-      return kAcknowledgeLength;
-    default:
-      return kShortestResponse;
-  }
+  if (IsRead(function)) return nreg * kRegisterLength + kShortestResponse;
+  return IsWrite(function) ? kAcknowledgeLength : kShortestResponse;
 }
 
 bool IsGood(std::string_view raw, std::uint8_t function, int nreg) {

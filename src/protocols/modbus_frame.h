@@ -61,6 +61,12 @@ int ExpectedLength(std::uint8_t function, int nreg);
 // Bytes between the two do not count, so that a response may be too long.
 bool IsGood(std::string_view raw, std::uint8_t function, int nreg);
 
+constexpr bool IsRead(std::uint8_t function) {
+  return function == kReadHoldingRegisters || function == kReadInputRegisters;
+}
+constexpr bool IsWrite(std::uint8_t function) {
+  return function == kWriteRegister || function == kWriteRegisters;
+}
 constexpr bool IsException(std::uint8_t function) { return function > kException; }
 
 // Parts of a response. One that ends before them throws RunTimeError 9.

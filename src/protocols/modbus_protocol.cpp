@@ -62,6 +62,18 @@ void TakeWriteAcknowledge(ProtocolRun& run) {
   --fields.MsgPointer;  // the next poll reads it back
 }
 
+void TakeSound(ProtocolRun& run, std::string_view raw) {
+  const std::uint8_t function = run.fields().Function_code;
+  if (modbus_frame::IsRead(function)) {
+    TakeRead(run, raw);
+  } else if (modbus_frame::IsWrite(function)) {
+    TakeWriteAcknowledge(run);
+  } else if (modbus_frame::IsException(function)) {
+    run.ShowPanel(kConnectionPanel,
+                  "Exception code:" + std::to_string(modbus_frame::ExceptionCode(raw)));
+  }
+}
+
 }  // namespace
 
 int ModbusProtocol::ReceivePause(int baud_index) const {
@@ -98,6 +110,7 @@ void Modbus_Protocol(ProtocolRun& run) {
     }
   }
   fields.building = true;
+  // Also without a run, unlike the other protocols: the port alone decides.
   if (run.Comm().PortOpen()) {
     run.Comm().Output(modbus_frame::ReadRequest(location.LocSlaveAddress, fields.Function_code,
                                                 location.Address, fields.Nreg, held));
@@ -112,19 +125,7 @@ void ModbusSlaveResponse(ProtocolRun& run) {
   const bool is_good = !CheckMessage(raw, fields.Function_code, fields.Nreg);
   const int length = modbus_frame::ExpectedLength(fields.Function_code, fields.Nreg);
   if (!is_good || static_cast<int>(raw.size()) != length) run.DoubtTheLine();
-  const std::uint8_t function = fields.Function_code;
-  if (is_good && (function == modbus_frame::kReadHoldingRegisters ||
-                  function == modbus_frame::kReadInputRegisters)) {
-    TakeRead(run, raw);
-  }
-  if (is_good && modbus_frame::IsException(function)) {
-    run.ShowPanel(kConnectionPanel,
-                  "Exception code:" + std::to_string(modbus_frame::ExceptionCode(raw)));
-  }
-  if (is_good &&
-      (function == modbus_frame::kWriteRegister || function == modbus_frame::kWriteRegisters)) {
-    TakeWriteAcknowledge(run);
-  }
+  if (is_good) TakeSound(run, raw);
   EndExchange(fields);
 }
 

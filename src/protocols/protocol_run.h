@@ -42,13 +42,13 @@ struct RunFields {
   // The bit of the last value that had one: what a Bit Location shows that reads whole words.
   bool BitState = false;
 
-  // The Modbus message under way.
+  // The Modbus message under way: the function that was asked for, then the one of the answer.
   std::uint8_t Function_code = 0;
   std::int16_t Nreg = 1;
   // The registers of a write, four hexadecimal digits each.
   std::vector<std::string> StoredRegisters;
 
-  bool building = false;  // a screen, or a Modbus message, is being built
+  bool building = false;  // a screen is being built, or a Modbus message has been since
 };
 
 // The run as a protocol sees it. `CommunicationRun` is the real one.
@@ -110,8 +110,8 @@ class Protocol {
   // speed is selected.
   virtual int ReceivePause(int /*baud_index*/) const { return 0; }
 
-  // How long the response to the request that is out may be. One that is shorter after the pause
-  // and still growing is waited for.
+  // How long the response is that is coming in, by the message under way. One that is shorter after
+  // the pause is waited for. 0 where each event brings a whole response.
   virtual int ResponseLength(const RunFields& /*fields*/) const { return 0; }
 };
 

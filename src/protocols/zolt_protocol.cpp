@@ -44,7 +44,8 @@ std::string NextAddress(const std::string& address) {
 std::uint8_t TypeOfPoll(RunFields& fields, const Location& location) {
   const bool writes = (location.ScanFlags & kContinuousWrite) != 0;
   fields.write_message = writes;
-  if (!IsMemory(location)) return TypeByte(writes ? zolt_frame::kWrite : 0, location.Class);
+  if (!IsMemory(location))
+    return TypeByte(writes ? zolt_frame::kWrite : zolt_frame::kRead, location.Class);
   if (!writes) return zolt_frame::kReadMemory;
   if (location.StorageType >= kUnsignedWord) fields.SendSecondByte = true;
   return zolt_frame::kWriteMemory;
@@ -59,6 +60,23 @@ std::string PollFrame(std::uint8_t type, const Location& location) {
   return zolt_frame::Request(type, SlaveOf(location), location.Address,
                              HexDigits(location.RawValue, 4));
 }
+
+// While it lives a write is one of the second byte, and afterwards no longer, however it ended.
+class SecondByteWrite {
+ public:
+  explicit SecondByteWrite(RunFields& fields) : fields_(fields) {
+    fields_.ChangeVariableToSecondByteValues = true;
+  }
+  ~SecondByteWrite() {
+    fields_.SendSecondByte = false;
+    fields_.ChangeVariableToSecondByteValues = false;
+  }
+  SecondByteWrite(const SecondByteWrite&) = delete;
+  SecondByteWrite& operator=(const SecondByteWrite&) = delete;
+
+ private:
+  RunFields& fields_;
+};
 
 // Any answer to a write will do: neither its kind nor its CRC is looked at. True if the second half
 // of a word has gone out after it.
@@ -75,12 +93,13 @@ bool TakeWriteAnswer(ProtocolRun& run) {
   // Without a dialog so far there is no second byte, only that of the hidden template.
   if (!fields.SendSecondByte || fields.SecondByteIndex == 0) return false;
   fields.message_received = false;
-  fields.ChangeVariableToSecondByteValues = true;
-  BuildKEM3WriteMessage(run, fields.SecondByteIndex, fields.SecondByteValue);
+  {
+    const SecondByteWrite second_byte(fields);
+    BuildKEM3WriteMessage(run, fields.SecondByteIndex, fields.SecondByteValue);
+  }
+  if (!fields.CommRunning) return true;
   run.Comm_Timer().SetEnabled(true);
   run.tmr_noresponse().SetEnabled(true);
-  fields.SendSecondByte = false;
-  fields.ChangeVariableToSecondByteValues = false;
   return true;
 }
 
@@ -133,6 +152,8 @@ bool TakeReadAnswer(ProtocolRun& run, std::string_view raw) {
   const Location& location = run.locations()[index];
   if (raw.empty()) return true;
   const std::uint8_t type = zolt_frame::TypeOf(raw);
+  // Ahead of the look at the CRC: users want to know of an ID that is not there, and a frame that
+  // is damaged besides is asked for again.
   if (zolt_frame::KindOf(type) == zolt_frame::kUnknownDataId) {
     run.ShowValue(index, "can not read");
     run.LogUnreadable(index);
@@ -208,7 +229,10 @@ void BuildKEM3WriteMessage(ProtocolRun& run, int index, std::string& value) {
   const std::string frame = IsMemory(location) ? MemoryWrite(run.fields(), location, value)
                                                : DataIdWrite(location, value);
   if (frame.empty()) {
+    const bool was_running = run.fields().CommRunning;
     run.TellProtectedArea();
+    // The run may have ended behind the box, and nothing is to begin it again.
+    if (was_running && !run.fields().CommRunning) return;
   } else {
     SendWriteFrame(run, frame);
   }

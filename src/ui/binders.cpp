@@ -1,8 +1,10 @@
 #include "ui/binders.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QFocusEvent>
 #include <QSignalBlocker>
+#include <QValidator>
 #include <algorithm>
 #include <functional>
 #include <utility>
@@ -54,6 +56,27 @@ class FocusWatch final : public QObject {
       if (!for_a_while) control_.LostFocus();
     }
     return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  const TextBox& control_;
+};
+
+// Holds what is typed or pasted to a length: of what would be too much the end is left out. A text
+// that is longer already may be shortened and typed over.
+class LengthLimit final : public QValidator {
+ public:
+  LengthLimit(QObject* parent, const TextBox& control) : QValidator(parent), control_(control) {}
+
+  State validate(QString& input, int& cursor) const override {
+    const int longest = control_.MaxLength;
+    const qsizetype room = std::max<qsizetype>(longest, ToQt(control_.Text.get()).size());
+    const auto excess = static_cast<int>(std::min<qsizetype>(input.size() - room, cursor));
+    if (longest > 0 && excess > 0) {
+      input.remove(cursor - excess, excess);
+      cursor -= excess;
+    }
+    return Acceptable;
   }
 
  private:
@@ -129,7 +152,22 @@ void Bind(QLineEdit* edit, TextBox& control) {
   });
   QObject::connect(edit, &QLineEdit::textEdited,
                    [&control](const QString& text) { control.Text = FromQt(text); });
+  if (control.MaxLength > 0) edit->setValidator(new LengthLimit(edit, control));
   new FocusWatch(edit, control);
+}
+
+void Bind(QLabel* label, Label& control) {
+  label->setTextFormat(Qt::PlainText);
+  Follow(label, control, [label, &control] {
+    constexpr Colour kGray = static_cast<Colour>(0x80000011);
+    ShowCommon(label, control);
+    label->setText(ToQt(control.Caption.get()));
+    const auto group = control.ForeColor == kGray ? QPalette::Disabled : QPalette::Active;
+    const QPalette usual = QApplication::palette(label);
+    QPalette colours = label->palette();
+    colours.setColor(QPalette::WindowText, usual.color(group, QPalette::WindowText));
+    label->setPalette(colours);
+  });
 }
 
 void Bind(QSlider* slider, Slider& control) {

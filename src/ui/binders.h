@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -27,6 +28,8 @@ void BindPath(QAction* action, MenuEntry& entry);
 void Bind(QPushButton* button, CommandButton& control);
 void Bind(QCheckBox* box, CheckBox& control);
 void Bind(QLineEdit* edit, TextBox& control);
+// Its colour is taken as far as it says that the label is grey.
+void Bind(QLabel* label, Label& control);
 void Bind(QSlider* slider, Slider& control);
 void Bind(QComboBox* combo, ComboBox& control);
 void Bind(TextPlate* plate, StatusPanel& panel);

@@ -38,6 +38,9 @@ class RealLinePlatform final : public Platform {
   std::unique_ptr<DrawingSurface> CreatePage(const PageSetup& setup) override {
     return world_.CreatePage(setup);
   }
+  std::unique_ptr<Workbook> CreateWorkbook(const std::string& path) override {
+    return world_.CreateWorkbook(path);
+  }
   FakeClock& clock() override { return world_.clock(); }
   FakeLocale& locale() override { return world_.locale(); }
   FakeSettingsStore& settings() override { return world_.settings(); }

@@ -12,6 +12,7 @@
 #include "common/text.h"
 #include "form/boiler_on_line.h"
 #include "form/monitor_fixture.h"
+#include "form/readable_ids.h"
 #include "simulator/data_ids.h"
 #include "simulator/memory_layout.h"
 #include "support/zolt_text.h"
@@ -37,15 +38,6 @@ bool IsDeleted(int index) { return index % 50 == 7 && !IsDisabled(index); }
 bool IsHeld(int index) { return index == 101; }
 
 std::string SlaveOf(int index) { return std::string(1, "03A"[index % 3]); }
-
-// The IDs that can be read without further ado.
-std::vector<const boiler::DataId*> ReadableIds() {
-  std::vector<const boiler::DataId*> ids;
-  for (const boiler::DataId& id : boiler::DataIds()) {
-    if (id.read && id.positions == 0) ids.push_back(&id);
-  }
-  return ids;
-}
 
 std::string Digits(int number) { return Stuff(Hex32(number), 4); }
 

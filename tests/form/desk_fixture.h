@@ -56,6 +56,9 @@ class NotedWorld final : public Platform {
   std::unique_ptr<DrawingSurface> CreatePage(const PageSetup& setup) override {
     return world_.CreatePage(setup);
   }
+  std::unique_ptr<Workbook> CreateWorkbook(const std::string& path) override {
+    return world_.CreateWorkbook(path);
+  }
   Clock& clock() override { return world_.clock(); }
   Locale& locale() override { return world_.locale(); }
   SettingsStore& settings() override { return store_; }

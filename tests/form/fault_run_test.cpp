@@ -228,7 +228,7 @@ TEST_P(SlowNuisanceRun, IsAsGoodAsNewAfterOneFault) {
 
 INSTANTIATE_TEST_SUITE_P(EachFault, SlowNuisanceRun, ::testing::ValuesIn(kNuisances), TestName);
 
-TEST_F(SlowLineRun, StandsAllFaultsByTurns) {
+TEST_F(SlowLineRun, StandsAllFaultsTogether) {
   for (const auto* faults : {&kSilences, &kNuisances}) {
     for (const std::string& text : *faults) {
       boiler.line().AddFault(text.substr(0, text.find('@')) + "@0.01");

@@ -24,6 +24,7 @@
 #include "support/fake_settings_store.h"
 #include "support/fake_shell.h"
 #include "support/fake_timer.h"
+#include "support/fake_workbook.h"
 #include "support/fault_plan.h"
 #include "support/recording_surface.h"
 #include "support/virtual_time.h"
@@ -59,10 +60,14 @@ class FakeWorld final : public Platform {
   FaultPlan& faults() { return faults_; }
   // The disk behind `files()`.
   FakeFiles& disk() { return disk_; }
+  const FakeFiles& disk() const { return disk_; }
 
   std::unique_ptr<SerialPort> CreatePort() override;
   std::unique_ptr<Timer> CreateTimer() override { return std::make_unique<FakeTimer>(time_); }
   std::unique_ptr<DrawingSurface> CreatePage(const PageSetup& setup) override;
+  std::unique_ptr<Workbook> CreateWorkbook(const std::string& path) override {
+    return std::make_unique<FakeWorkbook>(path, files_, time_);
+  }
   FakeClock& clock() override { return clock_; }
   FakeLocale& locale() override { return locale_; }
   FakeSettingsStore& settings() override { return settings_; }

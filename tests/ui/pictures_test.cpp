@@ -254,6 +254,32 @@ TEST_P(Pictures, ShowTheAboutBox) {
   Save(*about, "about");
 }
 
+TEST_P(Pictures, ShowTheDialogsOfAWrite) {
+  BeginLarge();
+  OpenScreen(BoilerScreen());
+  monitor.options.opt_Protocol.Select(kModbusProtocol);
+  Click("Toolbar1(2)");
+  monitor.main.RAM_LOC_VAL(1).Text = "705";
+  monitor.main.RAM_LOC_VAL.DblClick(1);
+  WaitForActive(write_value.get());
+  Save(*write_value, "write-value");
+  Click("Option1(1)");
+  Type("Text1", "8");
+  Click("Values");
+  WaitForActive(write_registers.get());
+  Save(*write_registers, "write-registers");
+  Type("value(1)", "10");
+  Click("Command1");
+  WaitForActive(write_value.get());
+  Save(*write_value, "write-block");
+  Click("cmd_WriteCancel");
+  monitor.main.Locations[1].StorageType = kBit;
+  monitor.main.RAM_LOC_VAL.DblClick(1);
+  WaitForActive(write_bit.get());
+  Save(*write_bit, "write-bit");
+  Click("cmd_Cancel");
+}
+
 INSTANTIATE_TEST_SUITE_P(Looks, Pictures, testing::Values(Look{"light", false}, Look{"dark", true}),
                          [](const testing::TestParamInfo<Look>& look) { return look.param.name; });
 

@@ -49,6 +49,16 @@ void UiTest::Begin() {
   });
   MakeOnDemand(monitor.about.form,
                [this] { about = std::make_unique<AboutDialog>(monitor.about, window.get()); });
+  MakeOnDemand(monitor.write_value.form, [this] {
+    write_value = std::make_unique<WriteValueDialog>(monitor.write_value, window.get());
+  });
+  MakeOnDemand(monitor.write_bit.form, [this] {
+    write_bit = std::make_unique<WriteBitDialog>(monitor.write_bit, window.get());
+  });
+  MakeOnDemand(monitor.write_registers.form, [this] {
+    write_registers =
+        std::make_unique<MultipleRegistersDialog>(monitor.write_registers, write_value.get());
+  });
   monitor.main.Unload = [this] { window->LetGo(); };
   monitor.start.Form_Load();
   window->ShowPlace();

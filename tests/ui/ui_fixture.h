@@ -22,7 +22,10 @@
 #include "support/fake_world.h"
 #include "ui/about_dialog.h"
 #include "ui/main_window.h"
+#include "ui/multiple_registers_dialog.h"
 #include "ui/options_dialog.h"
+#include "ui/write_bit_dialog.h"
+#include "ui/write_value_dialog.h"
 
 // What a failed comparison says.
 inline void PrintTo(const QPoint& place, std::ostream* out) {
@@ -106,6 +109,9 @@ class UiTest : public ::testing::Test {
   std::unique_ptr<MainWindow> window;
   std::unique_ptr<OptionsDialog> options;
   std::unique_ptr<AboutDialog> about;
+  std::unique_ptr<WriteValueDialog> write_value;
+  std::unique_ptr<WriteBitDialog> write_bit;
+  std::unique_ptr<MultipleRegistersDialog> write_registers;
 };
 
 // A picture of what a widget shows, with the box above it if there is one, for a person to look at.

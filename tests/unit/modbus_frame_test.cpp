@@ -227,7 +227,7 @@ TEST(ModbusResponse, WithAWrongBitIsBad) {
   }
 }
 
-TEST(ModbusResponse, IsRefused) {
+TEST(ModbusResponse, IsRefusedWhenItIsShortOrOneOfItsBytesIsWrong) {
   const std::vector<Response> refused = {
       {"", 3, 1},
       {"FF", 3, 1},

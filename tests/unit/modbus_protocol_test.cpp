@@ -528,7 +528,7 @@ TEST_F(ModbusRoutines, AnAcknowledgeBeyondTheTableIsLeftToTheWatchdog) {
 
 // --- The protocol object -----------------------------------------------------------------------
 
-TEST_F(ModbusRoutines, TheProtocolObjectIsTheThreeRoutines) {
+TEST_F(ModbusRoutines, PollsTakesAndWritesAsTheProtocolOfTheRun) {
   ModbusProtocol protocol;
   protocol.SendNextPoll(run);
   EXPECT_EQ(run.fields().MsgPointer, 1);

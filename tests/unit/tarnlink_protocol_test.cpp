@@ -272,7 +272,7 @@ TEST_F(TarnlinkRoutines, AWriteToTheFirstLocationLeavesTheScanOnTheTemplate) {
   EXPECT_EQ(run.fields().MsgPointer, 0);
 }
 
-TEST_F(TarnlinkRoutines, TheProtocolObjectIsTheThreeRoutines) {
+TEST_F(TarnlinkRoutines, PollsTakesAndWritesAsTheProtocolOfTheRun) {
   TarnlinkProtocol protocol;
   protocol.SendNextPoll(run);
   EXPECT_EQ(run.fields().MsgPointer, 1);

@@ -108,7 +108,7 @@ TEST(ZoltFrame, IsGoodWhateverItsStartAndEndAndWhatFollows) {
   EXPECT_TRUE(IsGood(Frame(0x01, "000010000D7AF") + "\r\x01"));
 }
 
-TEST(ZoltFrame, IsRefused) {
+TEST(ZoltFrame, IsRefusedWhenItIsShortOrItsDigitsAreNotThoseOfTheCrc) {
   const std::vector<std::string> refused = {
       "",
       "\r",

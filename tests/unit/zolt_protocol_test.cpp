@@ -447,7 +447,7 @@ TEST(CheckMessage, IsTrueOfABadFrame) {
   EXPECT_TRUE(CheckMessage(""));
 }
 
-TEST_F(ZoltRoutines, TheProtocolObjectIsTheThreeRoutines) {
+TEST_F(ZoltRoutines, PollsTakesAndWritesAsTheProtocolOfTheRun) {
   ZoltProtocol protocol;
   protocol.SendNextPoll(run);
   EXPECT_EQ(run.fields().MsgPointer, 1);

@@ -260,6 +260,9 @@ TEST_F(ZoltWordWrite, BehindTheLastAddressOfTheLowerHalfThereIsNoByte) {
   run.world.port().Receive("any");
   EXPECT_THROW(KEM3SlaveResponse(run), RunTimeError);
   EXPECT_EQ(run.TakeNotes(), "value 2: -\n");
+  // A later write is one of its own byte.
+  memory().Address = "F134";
+  EXPECT_EQ(Write(2, "56"), "output " + HexText(Reply(0x87, "0FF323456")) + "\n");
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_surface.h"
 #include "platform/qt/qt_timer.h"
+#include "platform/qt/xlsx_workbook.h"
 
 namespace tarnlink {
 
@@ -20,6 +21,10 @@ std::unique_ptr<DrawingSurface> QtPlatform::CreatePage(const PageSetup& setup) {
   QPrinter& printer = dialogs_.printer();
   printer.setPageOrientation(setup.landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
   return std::make_unique<QtSurface>(printer);
+}
+
+std::unique_ptr<Workbook> QtPlatform::CreateWorkbook(const std::string& path) {
+  return std::make_unique<XlsxWorkbook>(path);
 }
 
 }  // namespace tarnlink

@@ -21,6 +21,7 @@ class QtPlatform final : public Platform {
   std::unique_ptr<SerialPort> CreatePort() override;
   std::unique_ptr<Timer> CreateTimer() override;
   std::unique_ptr<DrawingSurface> CreatePage(const PageSetup& setup) override;
+  std::unique_ptr<Workbook> CreateWorkbook(const std::string& path) override;
   QtClock& clock() override { return clock_; }
   QtLocale& locale() override { return locale_; }
   QtSettingsStore& settings() override { return settings_; }

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QTimer>
 #include <QWidget>
 #include <cstdio>
@@ -58,6 +59,8 @@ QString Driver::Obey(const QString& line) {
   if (verb == "title") return Property(rest, "windowTitle");
   if (verb == "modal") return Modal();
   if (verb == "click") return Click(rest);
+  if (verb == "twice") return Twice(rest);
+  if (verb == "focus") return Focus(rest);
   if (verb == "type") return Type(rest);
   if (verb == "picture") return Picture(rest);
   return "unknown: " + line;
@@ -98,6 +101,30 @@ QString Driver::Click(const QString& text) {
     return "ok";
   }
   return "no such: " + text;
+}
+
+// A double click.
+QString Driver::Twice(const QString& name) {
+  auto* widget = qobject_cast<QWidget*>(Find(name));
+  if (widget == nullptr) return "no such: " + name;
+  QTimer::singleShot(0, widget, [widget] {
+    const QPointF place = widget->rect().center();
+    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
+                                    QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease}) {
+      const bool is_down = type != QEvent::MouseButtonRelease;
+      QMouseEvent event(type, place, widget->mapToGlobal(place), Qt::LeftButton,
+                        is_down ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+      QApplication::sendEvent(widget, &event);
+    }
+  });
+  return "ok";
+}
+
+QString Driver::Focus(const QString& name) {
+  auto* widget = qobject_cast<QWidget*>(Find(name));
+  if (widget == nullptr) return "no such: " + name;
+  widget->setFocus();
+  return widget->hasFocus() ? "ok" : "no focus: " + name;
 }
 
 // In place of what stands in the edit field that has the keyboard.

@@ -20,6 +20,8 @@ class Driver final : public QObject {
   QString Property(const QString& name, const char* property);
   QString Modal();
   QString Click(const QString& button);
+  QString Twice(const QString& name);
+  QString Focus(const QString& name);
   QString Type(const QString& text);
   QString Picture(const QString& file);
 

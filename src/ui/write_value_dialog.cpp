@@ -1,0 +1,134 @@
+#include "ui/write_value_dialog.h"
+
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "platform/qt/qt_text.h"
+#include "ui/binders.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr int kCountWidth = 60;    // pixels: room for a number of registers
+constexpr int kDialogWidth = 420;  // pixels: room for the name of a Location in the title
+
+}  // namespace
+
+WriteValueDialog::WriteValueDialog(frm_WriteValue& form, QWidget* parent)
+    : QDialog(parent), form_(form) {
+  setObjectName(ToQt(form_.form.name()));
+  setModal(true);
+  setMinimumWidth(kDialogWidth);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(BuildValue());
+  layout->addWidget(BuildFormats());
+  layout->addWidget(BuildBlock());
+  layout->addStretch();
+  layout->addWidget(BuildButtons());
+  form_.caption.SetView([this] { setWindowTitle(ToQt(form_.caption.Caption.get())); });
+  form_.SetFocus = [this] {
+    value_->setFocus(Qt::OtherFocusReason);
+    value_->selectAll();
+  };
+  form_.form.SetView([this] { ShowForm(); });
+  setWindowTitle(ToQt(form_.caption.Caption.get()));
+  ShowForm();
+}
+
+WriteValueDialog::~WriteValueDialog() {
+  form_.form.SetView({});
+  form_.caption.SetView({});
+  form_.SetFocus = {};
+}
+
+// Escape and the frame's close button are "Write Cancel".
+void WriteValueDialog::reject() { form_.cmd_WriteCancel.Press(); }
+
+void WriteValueDialog::ShowForm() {
+  setVisible(form_.form.Visible);
+  if (form_.form.Visible) form_.SetFocus();
+}
+
+QWidget* WriteValueDialog::BuildValue() {
+  auto* rows = new QWidget(this);
+  auto* layout = new QVBoxLayout(rows);
+  layout->setContentsMargins(0, 0, 0, 0);
+  value_ = new QLineEdit(rows);
+  Bind(value_, form_.txt_WriteValue);
+  value_->setAccessibleName(tr("Value"));
+  auto* label = new QLabel(tr("&Value"), rows);
+  label->setBuddy(value_);
+  auto* goes_out = new QLabel(rows);
+  goes_out->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  goes_out->setWordWrap(true);
+  Bind(goes_out, form_.lbl_GoesOut);
+  layout->addWidget(label);
+  layout->addWidget(value_);
+  layout->addWidget(goes_out);
+  return rows;
+}
+
+QGroupBox* WriteValueDialog::BuildFormats() {
+  auto* frame = new QGroupBox(tr("&Format"), this);
+  auto* layout = new QHBoxLayout(frame);
+  std::vector<QRadioButton*> buttons;
+  for (int i = 0; i < form_.opt_WriteValueFormat.count(); ++i) {
+    buttons.push_back(new QRadioButton(frame));
+    QSizePolicy kept = buttons.back()->sizePolicy();
+    kept.setRetainSizeWhenHidden(true);
+    buttons.back()->setSizePolicy(kept);
+    layout->addWidget(buttons.back());
+  }
+  layout->addStretch();
+  Bind(buttons, form_.opt_WriteValueFormat);
+  return frame;
+}
+
+QGroupBox* WriteValueDialog::BuildBlock() {
+  auto* frame = new QGroupBox(tr("&ModBus"), this);
+  auto* layout = new QVBoxLayout(frame);
+  auto* choice = new QHBoxLayout;
+  std::vector<QRadioButton*> buttons;
+  for (int i = 0; i < form_.Option1.count(); ++i) {
+    buttons.push_back(new QRadioButton(frame));
+    choice->addWidget(buttons.back());
+  }
+  choice->addStretch();
+  Bind(buttons, form_.Option1);
+  auto* row = new QHBoxLayout;
+  count_label_ = new QLabel(frame);
+  Bind(count_label_, form_.Label3);
+  auto* count = new QLineEdit(frame);
+  Bind(count, form_.Text1);
+  count->setAccessibleName(count_label_->text());
+  count->setMaximumWidth(kCountWidth);
+  auto* values = new QPushButton(frame);
+  Bind(values, form_.Values);
+  values->setAutoDefault(false);
+  row->addWidget(count_label_);
+  row->addWidget(count);
+  row->addWidget(values);
+  row->addStretch();
+  layout->addLayout(choice);
+  layout->addLayout(row);
+  return frame;
+}
+
+QWidget* WriteValueDialog::BuildButtons() {
+  auto* row = new QWidget(this);
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addStretch();
+  auto* ok = new QPushButton(row);
+  Bind(ok, form_.cmd_WriteOk);
+  ok->setDefault(true);
+  auto* cancel = new QPushButton(row);
+  Bind(cancel, form_.cmd_WriteCancel);
+  layout->addWidget(ok);
+  layout->addWidget(cancel);
+  return row;
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,33 @@
+// The widget of the dialog that asks for a value to be written.
+#pragma once
+
+#include <QDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+
+#include "monitor/frm_write_value.h"
+
+namespace tarnlink {
+
+class WriteValueDialog final : public QDialog {
+ public:
+  // Shows `form`, which outlives it, whenever it is visible.
+  WriteValueDialog(frm_WriteValue& form, QWidget* parent);
+  ~WriteValueDialog() override;
+
+  void reject() override;
+
+ private:
+  QWidget* BuildValue();
+  QGroupBox* BuildFormats();
+  QGroupBox* BuildBlock();
+  QWidget* BuildButtons();
+  void ShowForm();
+
+  frm_WriteValue& form_;
+  QLineEdit* value_ = nullptr;
+  QLabel* count_label_ = nullptr;
+};
+
+}  // namespace tarnlink
