@@ -252,6 +252,7 @@ int CommunicationRun::SpeedIndex() const {
 void CommunicationRun::SendWrite(int index, std::string& value) {
   if (LossIsAboutToBeTold()) return;
   main_.message_received = false;
+  recorder_.WriteSent();
   try {
     if (Protocol* protocol = SelectedProtocol()) protocol->SendWrite(*this, index, value);
   } catch (const RunTimeError& error) {

@@ -32,6 +32,7 @@ class RunLog {
   void LogRequest(int index);
   void RecordValue(int index);
   void LogUnreadable(int index);
+  void WriteSent() { requested_ = 0; }
   void EndLogRow();
   void CloseLogFile();
 
@@ -59,7 +60,7 @@ class RunLog {
   std::unique_ptr<RowWriter> rows_;
   LogEncoding encoding_;
 
-  int requested_ = 0;  // the Location of the last request in this row, 0 for none
+  int requested_ = 0;  // the Location whose answer is awaited, 0 for none
   int column_ = 0;     // the last one that stands in this row, counted from 1
   bool filled_ = false;
 

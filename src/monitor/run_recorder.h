@@ -21,6 +21,9 @@ class RunRecorder {
   // In place of a value: the slave does not have what was asked.
   virtual void LogUnreadable(int index) = 0;
 
+  // A write goes out in place of what was asked for: the next answer is no value of that.
+  virtual void WriteSent() {}
+
   virtual void EndLogRow() = 0;
   // The run has ended, or its screen goes: closes the log if it is open, and saves the spreadsheet.
   // Never throws.

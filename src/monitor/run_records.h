@@ -18,6 +18,7 @@ class RunRecords final : public RunRecorder {
   void LogRequest(int index) override { log_.LogRequest(index); }
   void RecordValue(int index) override;
   void LogUnreadable(int index) override { log_.LogUnreadable(index); }
+  void WriteSent() override { log_.WriteSent(); }
   void EndLogRow() override { log_.EndLogRow(); }
   void CloseLogFile() override;
 

@@ -35,7 +35,8 @@ void WriteCommands::Begin(int index) {
   index_ = index;
   main_.Comm_Timer->SetEnabled(false);
   main_.tmr_MsgTimeout->SetEnabled(false);
-  main_.SecondByteIndex = index;
+  // The second half of an earlier word may still be owed: it belongs to that Location.
+  if (!main_.SendSecondByte) main_.SecondByteIndex = index;
   if (Target().StorageType != kBit) {
     AskForValue(Target());
   } else {
@@ -123,6 +124,7 @@ void WriteCommands::Send(WriteText text) {
   main_.Comm_Timer->SetEnabled(false);
   // One that is left from an earlier write belongs to that.
   main_.SendSecondByte = text.SendSecondByte;
+  main_.SecondByteIndex = index_;
   if (text.SendSecondByte) main_.SecondByteValue = text.SecondByteValue;
   if (IsModbus()) {
     const bool block = IsBlock() && Target().StorageType != kBit;

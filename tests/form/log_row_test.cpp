@@ -269,6 +269,21 @@ TEST_F(LogRow, AWriteFurtherBackDoesNotFillAFieldTwice) {
   EXPECT_EQ(rows.substr(0, 40), "14:07:09|A1|A2|A3\n14:07:09|55|A2|A3\n14:0") << rows;
 }
 
+TEST_F(LogRow, TheAcknowledgeOfAWriteIsNoValueOfALocationThatNeverAnswered) {
+  Screen({Logged(ByteAt("0001")), Logged(ByteAt("0002"))});
+  StartLog();
+  Tick();
+  std::string value = "55";
+  monitor.run.SendWrite(2, value);
+  Answer(AnswerOf("0002", "55"));
+  Advance(1);  // the first event only ends the write
+  EXPECT_EQ(Value(1), "55");
+  EXPECT_EQ(Rows(), "14:07:09|");
+  Tick();
+  Answer(AnswerOf("0002", "55"));
+  EXPECT_EQ(Rows(), "14:07:09||55\n14:07:09");
+}
+
 TEST_F(LogRow, TheLocationThatWasAskedForWhenAWriteCameInIsFilledAfterIt) {
   RunThree();
   Advance(45);

@@ -97,8 +97,8 @@ TEST_F(ZoltDialogWrite, ASlaveThatFallsSilentInTheMiddleOfAWordIsLeftAfterTheWat
   SetTimeout(1);
   Run({WordAt("F410"), ByteAt("F400")});
   WriteHexadecimal(1, "1234");
+  boiler.line().AddFault("no_reply#1");  // the first half has been heard
   Advance(5);
-  boiler.line().AddFault("no_reply#1");
   Sent();
   Advance(2'000);
   EXPECT_TRUE(monitor.main.CommRunning);
@@ -109,6 +109,18 @@ TEST_F(ZoltDialogWrite, ASlaveThatFallsSilentInTheMiddleOfAWordIsLeftAfterTheWat
   Advance(8);
   EXPECT_EQ(Sent(), "");
   EXPECT_EQ(boiler.controller().memory().Byte(0xF400), 0x5A);
+}
+
+TEST_F(ZoltDialogWrite, TheSecondHalfGoesToItsWordAlthoughTheNextDialogIsUp) {
+  Run({WordAt("F410"), ByteAt("F400")});
+  WriteHexadecimal(1, "1234");
+  Advance(2);
+  Ask(2);
+  Advance(10);
+  EXPECT_EQ(Memory(0), 0x34);
+  EXPECT_EQ(Memory(1), 0x12);
+  EXPECT_EQ(boiler.controller().memory().Byte(0xF401), 0);
+  dialog().cmd_WriteCancel.Press();
 }
 
 TEST_F(ZoltDialogWrite, AWordWhoseFirstByteIsNotAnsweredHasNoSecond) {
