@@ -17,14 +17,16 @@ int main(int argc, char** argv) {
   arguments.setApplicationDescription("A service tool for the digital controllers of gas boilers.");
   arguments.addHelpOption();
   arguments.addVersionOption();
-  arguments.addPositionalArgument("FILE.wcr", "The screen to open.", "[FILE.wcr]");
+  arguments.addPositionalArgument(
+      "FILE", "A screen (.wcr) or a project (.prj) to open, or a file to add to a project.",
+      "[FILE]");
   arguments.process(application);
   const QStringList files = arguments.positionalArguments();
   if (files.size() > 1) arguments.showHelp(2);
 
   tarnlink::Program program;
   // Whole, so that the history finds it from any folder.
-  const QString screen = files.isEmpty() ? QString() : QFileInfo(files.first()).absoluteFilePath();
-  program.Start(screen.toStdString());
+  const QString file = files.isEmpty() ? QString() : QFileInfo(files.first()).absoluteFilePath();
+  program.Start(file.toStdString());
   return QApplication::exec();
 }

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 
+#include "common/text.h"
 #include "ui/on_demand.h"
 
 namespace tarnlink {
@@ -12,6 +13,9 @@ Program::Program() {
   });
   MakeOnDemand(monitor_.about.form,
                [this] { about_ = std::make_unique<AboutDialog>(monitor_.about, &window_); });
+  MakeOnDemand(monitor_.settings.form, [this] {
+    settings_ = std::make_unique<SettingsDialog>(monitor_.settings, &window_);
+  });
   MakeOnDemand(monitor_.write_value.form, [this] {
     write_value_ = std::make_unique<WriteValueDialog>(monitor_.write_value, &window_);
   });
@@ -28,11 +32,16 @@ Program::Program() {
   };
 }
 
-void Program::Start(const std::string& screen) {
+void Program::Start(const std::string& file) {
   monitor_.start.Form_Load();
   window_.ShowPlace();
   window_.show();
-  if (!screen.empty()) monitor_.screen.OpenTarnLinkFileBuildScreen(screen);
+  if (file.empty()) return;
+  if (ToLower(file).ends_with(".wcr")) {
+    monitor_.screen.OpenTarnLinkFileBuildScreen(file);
+  } else {
+    monitor_.project_files.AddDroppedFile(file);
+  }
 }
 
 }  // namespace tarnlink

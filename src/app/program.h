@@ -10,6 +10,7 @@
 #include "ui/main_window.h"
 #include "ui/multiple_registers_dialog.h"
 #include "ui/options_dialog.h"
+#include "ui/settings_dialog.h"
 #include "ui/write_bit_dialog.h"
 #include "ui/write_value_dialog.h"
 
@@ -20,8 +21,9 @@ class Program {
   // Needs a QApplication. Ends its event loop when the user leaves.
   Program();
 
-  // Loads the main form, shows it, and opens `screen` if it is not empty.
-  void Start(const std::string& screen);
+  // Loads the main form, shows it, and opens `file` if it is not empty: a screen is opened, any
+  // other file counts as dropped, so that a project is opened.
+  void Start(const std::string& file);
 
   Monitor& monitor() { return monitor_; }
   MainWindow& window() { return window_; }
@@ -32,6 +34,7 @@ class Program {
   MainWindow window_{monitor_.main};
   std::unique_ptr<OptionsDialog> options_;
   std::unique_ptr<AboutDialog> about_;
+  std::unique_ptr<SettingsDialog> settings_;
   std::unique_ptr<WriteValueDialog> write_value_;
   std::unique_ptr<WriteBitDialog> write_bit_;
   std::unique_ptr<MultipleRegistersDialog> write_registers_;

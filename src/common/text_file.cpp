@@ -125,12 +125,48 @@ std::string EncodeText(std::string_view utf8) {
   return *bytes;
 }
 
+namespace {
+
+std::string_view WithoutReturn(std::string_view line) {
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  return line;
+}
+
+}  // namespace
+
 bool LineReader::Next(std::string_view& line) {
   if (position_ >= text_.size()) return false;
   const std::size_t end = std::min(text_.find('\n', position_), text_.size());
-  line = text_.substr(position_, end - position_);
-  if (line.ends_with('\r')) line.remove_suffix(1);
+  line = WithoutReturn(text_.substr(position_, end - position_));
   position_ = end + 1;
+  return true;
+}
+
+bool PieceLines::Next(std::string_view& line) {
+  if (begun_is_out_) begun_.clear();
+  begun_is_out_ = false;
+  const std::size_t end = piece_.find('\n');
+  if (end == std::string_view::npos) {
+    Keep(piece_);
+    piece_ = {};
+    return false;
+  }
+  line = piece_.substr(0, end);
+  if (!begun_.empty()) {
+    Keep(line);
+    begun_is_out_ = true;
+    line = begun_;
+  }
+  line = WithoutReturn(line.substr(0, kLongest));
+  piece_.remove_prefix(end + 1);
+  return true;
+}
+
+void PieceLines::Keep(std::string_view part) { begun_ += part.substr(0, kLongest - begun_.size()); }
+
+bool PieceLines::Last(std::string_view& line) {
+  if (begun_is_out_ || begun_.empty()) return false;
+  line = WithoutReturn(begun_);
   return true;
 }
 

@@ -30,4 +30,25 @@ class LineReader {
   std::size_t position_ = 0;
 };
 
+// The same lines of a text that comes in pieces. Every piece is fed and then walked to its end
+// before the next one; what it holds of an unfinished line is kept. Of a line that is longer than
+// `kLongest` the rest is dropped.
+class PieceLines {
+ public:
+  static constexpr std::size_t kLongest = 65'536;  // bytes
+
+  void Feed(std::string_view piece) { piece_ = piece; }
+  // False when the piece holds no further whole line. `line` is valid until the next call.
+  bool Next(std::string_view& line);
+  // Once, behind the last piece: the last line, if it had no end.
+  bool Last(std::string_view& line);
+
+ private:
+  void Keep(std::string_view part);
+
+  std::string_view piece_;
+  std::string begun_;  // of the line whose end has not come yet
+  bool begun_is_out_ = false;
+};
+
 }  // namespace tarnlink

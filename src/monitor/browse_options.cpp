@@ -1,11 +1,9 @@
 // The browse buttons of the options dialog.
 
-#include "common/run_time_error.h"
 #include "common/text.h"
-#include "common/text_file.h"
-#include "files/map_file_type.h"
 #include "monitor/frm_main.h"
 #include "monitor/frm_options.h"
+#include "monitor/memory_map.h"
 #include "platform/path_resolver.h"
 
 namespace tarnlink {
@@ -17,12 +15,7 @@ void frm_Options::BrowseMapFile() {
                                     .folder = FolderOf(txt_MapFile.Text.get(), platform_.files())});
   if (!chosen) return;
 
-  std::int16_t type = kUnknownMap;
-  try {
-    type = CheckMapFileType(*chosen, DecodeText(platform_.files().ReadWhole(*chosen)));
-  } catch (const RunTimeError&) {
-    // A file that cannot be read is no map.
-  }
+  const std::int16_t type = CheckMapFileType(platform_.files(), *chosen);
   static constexpr const char* kFound[] = {"ATMEGA map file found.", "XMEGA map file found.",
                                            "NEC map file found."};
   if (type == kUnknownMap) {

@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "common/numbers.h"
+#include "monitor/file_error_box.h"
 #include "protocols/modbus_protocol.h"
 #include "protocols/tarnlink_protocol.h"
 #include "protocols/zolt_protocol.h"
@@ -249,17 +250,19 @@ int CommunicationRun::SpeedIndex() const {
   return chosen >= 0 ? chosen : options_.opt_Baudrate.count() - 1;
 }
 
-void CommunicationRun::SendWrite(int index, std::string& value) {
-  if (LossIsAboutToBeTold()) return;
+bool CommunicationRun::SendWrite(int index, std::string& value) {
+  if (LossIsAboutToBeTold()) return false;
+  // An answer that is still awaited would pass for that of the write.
+  if (!main_.message_received) doubt_.Raise();
   main_.message_received = false;
   recorder_.WriteSent();
   try {
     if (Protocol* protocol = SelectedProtocol()) protocol->SendWrite(*this, index, value);
+    return true;
   } catch (const RunTimeError& error) {
-    main_.platform().dialogs().MessageBox({.text = SystemErrorText(error.code()),
-                                           .title = "Internal System Error",
-                                           .icon = Icon::kCritical,
-                                           .detail = error.what()});
+    ReportFileError(main_.platform().dialogs(), error, "During writing a value to ",
+                    NameText(index));
+    return false;
   }
 }
 

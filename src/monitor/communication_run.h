@@ -32,8 +32,9 @@ class CommunicationRun final : public ProtocolRun {
   // Stops the run from anywhere, without a word.
   void StopZOLTCommunication() override;
   // Sends a write of `value`, prepared hexadecimal text, to Location `index`; what was not sent is
-  // cut from it. An error is told and leaves the exchange to the watchdog.
-  void SendWrite(int index, std::string& value);
+  // cut from it. False if there is no message for it: that is told, and the exchange is left to the
+  // watchdog.
+  bool SendWrite(int index, std::string& value);
   // The end of a Start, or of the run, by an error: says what it was and stops.
   void FailurePath(const RunTimeError& error);
 
@@ -52,6 +53,7 @@ class CommunicationRun final : public ProtocolRun {
   void LogRequest(int index) override { recorder_.LogRequest(index); }
   void RecordValue(int index) override { recorder_.RecordValue(index); }
   void LogUnreadable(int index) override { recorder_.LogUnreadable(index); }
+  void EndRound() override { recorder_.EndRound(); }
   void EndLogRow() override { recorder_.EndLogRow(); }
   void TellProtectedArea() override;
   void DoubtTheLine() override { doubt_.Raise(); }

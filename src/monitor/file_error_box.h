@@ -1,4 +1,4 @@
-// The box that tells of a file that could not be read or written.
+// The box that tells of a file, or a Location, that could not be read or written.
 #pragma once
 
 #include <string>

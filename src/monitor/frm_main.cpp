@@ -52,6 +52,8 @@ frm_Main::frm_Main(Platform& platform)
   Toolbar1(4).ToolTipText = "Adds text info on the screen.";
   Toolbar1(5).ToolTipText = "Hide/Show project window";
   Toolbar1(6).ToolTipText = "Reloads the Map file and also the screen";
+  ShowNotice(lbl_MapNotice, "");
+  ShowNotice(lbl_IdNotice, "");
   BuildTemplates();
 }
 
@@ -109,6 +111,11 @@ void frm_Main::ShowLocationCount() {
 void frm_Main::MarkChanged() {
   WCRChanged = true;
   ShowTitle();
+}
+
+void frm_Main::ShowNotice(Label& line, const std::string& text) {
+  line.Caption = text;
+  line.Visible = !text.empty();
 }
 
 void frm_Main::TellStoreFailure() {

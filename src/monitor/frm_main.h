@@ -76,7 +76,7 @@ class frm_Main : public RunFields {
  public:
   explicit frm_Main(Platform& platform);
 
-  Platform& platform() { return platform_; }
+  Platform& platform() const { return platform_; }
 
   Window form{"frm_Main"};
 
@@ -136,9 +136,17 @@ class frm_Main : public RunFields {
   MenuEntry M_HelpTopics{"M_HelpTopics", "Help Topics"};
   MenuEntry M_About{"M_About", "About"};
 
-  // The project window.
+  // The project window. Its view reports what the user does to a node, by its key, and the files
+  // that are dropped on it.
   Control sstProject{"sstProject"};
   ProjectTree trvProject;
+  std::function<void(const std::string& key)> trvProject_DblClick;
+  std::function<void(const std::string& key)> trvProject_DeleteKey;
+  std::function<void(const std::vector<std::string>& paths)> trvProject_FilesDropped;
+
+  // What the readers of names have to say, each in a line of its own; hidden while it is empty.
+  Label lbl_MapNotice{"lbl_MapNotice"};
+  Label lbl_IdNotice{"lbl_IdNotice"};
 
   // The screen. Member 0 of each array is the template.
   ControlArray<TextBox> RAM_LOC_TEXT{"RAM_LOC_TEXT"};
@@ -158,6 +166,7 @@ class frm_Main : public RunFields {
   bool WCRChanged = false;
   bool ProjectChanged = false;
   std::string CurrentTarnLinkFile;
+  std::string CurrentProjectFile;  // empty for a project that has no file yet
   std::string ParameterFile;
   std::string GraphicFile;
   std::int16_t MicroType = 0;  // 0 ATMega, 1 XMega, 2 NEC, 3 Renesas
@@ -185,6 +194,9 @@ class frm_Main : public RunFields {
   // The screen differs from its file from now on, and the caption says so.
   void MarkChanged();
 
+  // Shows a line of the readers of names; without a text the line is gone.
+  static void ShowNotice(Label& line, const std::string& text);
+
   // Tells the user, once, that the settings could not be written.
   void TellStoreFailure();
 
@@ -196,6 +208,10 @@ class frm_Main : public RunFields {
   // tell the user themselves what went wrong and never throw.
   std::function<void(const std::string& FileName)> LoadClass7;
   std::function<void(const std::string& FileName)> ReadIDItems;
+
+  // The tools that a project's files open: those of parameters and of graphs hook in here.
+  std::function<void()> ShowParameters;
+  std::function<void()> ShowGraphic;
 
   // The screen is another one, or begins anew: nothing of it can be undone.
   std::function<void()> ForgetEdits;

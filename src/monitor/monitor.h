@@ -9,13 +9,18 @@
 #include "monitor/frm_main.h"
 #include "monitor/frm_multiple_reg.h"
 #include "monitor/frm_options.h"
+#include "monitor/frm_settings.h"
 #include "monitor/frm_write_bit_value.h"
 #include "monitor/frm_write_value.h"
 #include "monitor/help_topics.h"
+#include "monitor/id_names.h"
+#include "monitor/location_settings.h"
 #include "monitor/look_commands.h"
+#include "monitor/memory_map.h"
 #include "monitor/object_commands.h"
 #include "monitor/print_commands.h"
 #include "monitor/project_commands.h"
+#include "monitor/project_files.h"
 #include "monitor/run_records.h"
 #include "monitor/screen_commands.h"
 #include "monitor/screen_drag.h"
@@ -34,12 +39,18 @@ struct Monitor {
   RunRecords recorder{main, options};
   CommunicationRun run{main, options, recorder, MakeProtocols()};
   EditHistory history{main};
-  ScreenCommands screen{main, options, run, recorder, history};
+  MemoryMap map{main, options};
+  IdNames ids{main, options};
+  AddressCheck addresses{main, map};
+  ScreenCommands screen{main, options, run, recorder, history, addresses};
   AddCommands add{main, options, run, history};
   ScreenDrag drag{main, options, history};
   LookCommands look{main, drag, history};
   ObjectCommands objects{main, options, history};
-  ProjectCommands project{main};
+  frm_Settings settings{main, options, map, ids};
+  LocationSettings location_settings{main, settings, objects, history};
+  ProjectCommands project{main, options, map};
+  ProjectFiles project_files{main, project, screen, map};
   frm_WriteValue write_value;
   frm_WriteBitValue write_bit;
   frm_multiple_reg write_registers{main};

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "monitor/scan_mark.h"
+
 namespace tarnlink {
 
 namespace {
@@ -118,12 +120,10 @@ void ObjectCommands::ScanCheckClicked(int index) {
   const auto flags = static_cast<std::uint8_t>(other_flags | (is_scanned ? 0 : kScanningDisabled));
   // A box that is made, or set with its record, has nothing to tell.
   if (flags == location.ScanFlags) return;
-  TextBox& name = main_.RAM_LOC_TEXT(index);
-  const ScreenEdit edit = history_.Begin("scanning of " + EditName(name.Text)).Location(index);
+  const ScreenEdit edit =
+      history_.Begin("scanning of " + EditName(main_.RAM_LOC_TEXT(index).Text)).Location(index);
   location.ScanFlags = flags;
-  Font font = name.TextFont;
-  font.italic = flags != 0;
-  name.TextFont = font;
+  ShowScanMark(main_, index);
   history_.Commit(edit, Effect::kChangesQuietly);
 }
 

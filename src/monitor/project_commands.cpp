@@ -1,36 +1,34 @@
 #include "monitor/project_commands.h"
 
-#include "common/numbers.h"
 #include "common/paths.h"
 #include "common/run_time_error.h"
-#include "common/text.h"
 #include "common/text_file.h"
+#include "files/project_file.h"
 #include "monitor/file_error_box.h"
+#include "monitor/project_paths.h"
 #include "platform/path_resolver.h"
 
 namespace tarnlink {
 
 namespace {
 
-// One quoted entry a line, groups too, in tree order.
-std::string ProjectText(const ProjectTree& tree) {
-  std::string text;
-  for (const ProjectNode& node : tree.Nodes()) {
-    text += '"';
-    text += node.key;
-    text += '"';
-    text += kLineEnd;
-  }
-  return text;
-}
+constexpr const char* kProjectFilter = "Project Files (*.prj)|*.prj";
 
 }  // namespace
 
-ProjectCommands::ProjectCommands(frm_Main& main) : main_(main) {
+ProjectCommands::ProjectCommands(frm_Main& main, const frm_Options& options, MemoryMap& map)
+    : main_(main), options_(options), map_(map) {
   main_.mnuViewProjectWindow.Click = [this] { mnuViewProjectWindow(); };
   main_.Toolbar1(5).Click = [this] { mnuViewProjectWindow(); };
+  main_.mnuNewProject.Click = [this] { mnuNewProject(); };
+  main_.mnuOpenProject.Click = [this] { mnuOpenProject(); };
   main_.mnuSaveProject.Click = [this] { mnuSaveProject(); };
-  main_.form.FileDropped = [this](const std::string& path) { AddDroppedFile(path); };
+  for (int i = main_.M_fileHistPrj.first(); i <= main_.M_fileHistPrj.last(); ++i) {
+    main_.M_fileHistPrj(i).Click = [this, i] {
+      const std::string path = main_.M_fileHistPrj(i).Caption;
+      if (OfferToSaveProject()) ReadProject(path);
+    };
+  }
 }
 
 void ProjectCommands::mnuViewProjectWindow() {
@@ -38,59 +36,117 @@ void ProjectCommands::mnuViewProjectWindow() {
   main_.mnuViewProjectWindow.Checked = main_.sstProject.Visible.get();
 }
 
-void ProjectCommands::mnuSaveProject() {
+// --- New, Open -----------------------------------------------------------------------------------
+
+void ProjectCommands::ShowNewProject() {
+  main_.trvProject.InitNewProjectTree();
+  main_.CurrentProjectFile.clear();
+  main_.ProjectChanged = false;
+}
+
+void ProjectCommands::mnuNewProject() {
+  if (!OfferToSaveProject()) return;
+  ShowNewProject();
+  if (main_.ReadIDItems) main_.ReadIDItems(options_.txt_ZOLTIDDef.Text);
+}
+
+void ProjectCommands::mnuOpenProject() {
+  if (!OfferToSaveProject()) return;
+  const auto path = main_.platform().dialogs().OpenFile(
+      {.title = "Open",
+       .filter = kProjectFilter,
+       .folder = UsableFolder(main_.PrjCmnDlg.InitDir, main_.platform().files()),
+       .extension = "prj"});
+  if (!path || path->empty()) return;
+  main_.PrjCmnDlg.InitDir = FolderOfPath(*path);
+  ReadProject(*path);
+}
+
+void ProjectCommands::ReadProject(const std::string& FileName) {
+  // A caption of the history changes with the project.
+  const std::string path = FileName;
+  ShowNewProject();
+  std::string text;
+  try {
+    text = DecodeText(main_.platform().files().ReadWhole(path));
+  } catch (const RunTimeError& error) {
+    return SayCannotRead(error.what());
+  }
+  main_.CurrentProjectFile = path;
+  if (!AddEntries(text)) return;
+  main_.trvProject.SetRootText(StripFileFromPath(path));
+  main_.LoadShortCutsPrj(path);
+  const auto ids = main_.trvProject.FirstChild("ids");
+  if (ids && main_.ReadIDItems) main_.ReadIDItems(*ids);
+}
+
+bool ProjectCommands::AddEntries(const std::string& text) {
+  for (const std::string& entry : ReadProjectEntries(text)) {
+    const auto group = GroupOfEntry(entry);
+    if (!group || !main_.trvProject.AddFileToProject(*group, entry)) {
+      ShowNewProject();
+      SayCannotRead("The entry \"" + entry + "\" " +
+                    (group ? "stands in it twice." : "is of no kind that a project holds."));
+      return false;
+    }
+    if (*group == "lst") ReadMap(entry);
+  }
+  return true;
+}
+
+// A listing is read as it is, without a look at what it says of itself.
+void ProjectCommands::ReadMap(const std::string& entry) {
+  const std::string path = FoundFile(main_, entry);
+  if (!main_.platform().files().Exists(path)) {
+    const RunTimeError gone(kFileNotFound, "There is no such file.");
+    ReportFileError(main_.platform().dialogs(), gone, "During reading memory map ", path);
+  } else if (StripExtFromPath(entry) == "map") {
+    map_.LoadClass7(path);
+  } else {
+    map_.ReadNECLstFile(path);
+    main_.MicroType = kNecListing;
+  }
+}
+
+void ProjectCommands::SayCannotRead(const std::string& reason) {
+  main_.platform().dialogs().MessageBox({.text = "Can not read project file.",
+                                         .title = std::string(kProgramTitle),
+                                         .icon = Icon::kExclamation,
+                                         .detail = reason});
+}
+
+// --- Save ----------------------------------------------------------------------------------------
+
+bool ProjectCommands::mnuSaveProject() {
   const auto path = main_.platform().dialogs().SaveFile(
       {.title = "Save As",
-       .filter = "Project Files (*.prj)|*.prj",
+       .filter = kProjectFilter,
        .file_name = main_.trvProject.RootText(),
        .folder = UsableFolder(main_.PrjCmnDlg.InitDir, main_.platform().files()),
        .extension = "prj",
        .confirm_overwrite = true});
-  if (!path || path->empty()) return;
+  if (!path || path->empty()) return false;
   try {
-    main_.platform().files().WriteWhole(*path, EncodeText(ProjectText(main_.trvProject)));
+    main_.platform().files().WriteWhole(*path, EncodeText(WriteProjectFile(main_.trvProject)));
   } catch (const RunTimeError& error) {
     ReportFileError(main_.platform().dialogs(), error, "During saving prj file ", *path);
-    return;
+    return false;
   }
   main_.trvProject.SetRootText(StripFileFromPath(*path));
   main_.PrjCmnDlg.InitDir = FolderOfPath(*path);
+  main_.CurrentProjectFile = *path;
   main_.ProjectChanged = false;
   main_.LoadShortCutsPrj(*path);
+  return true;
 }
 
-bool ProjectCommands::AddTo(const std::string& group, const std::string& path) {
-  const bool added = main_.trvProject.AddFileToProject(group, path);
-  if (added) main_.ProjectChanged = true;
-  return added;
-}
-
-void ProjectCommands::Say(const std::string& text, std::string_view title) {
-  main_.platform().dialogs().MessageBox(
-      {.text = text, .title = std::string(title), .icon = Icon::kExclamation});
-}
-
-void ProjectCommands::AddDroppedFile(const std::string& path) {
-  const std::string kind = ToLower(Right(path, 3));
-  const auto has_one = [this](const char* group) {
-    return main_.trvProject.FirstChild(group).has_value();
-  };
-  if (kind == "wcr" || kind == "par" || kind == "grp") {
-    AddTo(kind, path);
-  } else if (kind == "lst" || kind == "map") {
-    if (!has_one("lst") && AddTo("lst", path) && main_.LoadClass7) main_.LoadClass7(path);
-  } else if (kind == "erc") {
-    if (has_one("erc"))
-      return Say("First remove the current error description file from project.", kProgramTitle);
-    AddTo("erc", path);
-  } else if (kind == "ids") {
-    if (has_one("ids")) return Say("First remove the current id file from project.", kProgramTitle);
-    if (AddTo("ids", path) && main_.ReadIDItems) main_.ReadIDItems(path);
-  } else if (kind == "prj") {
-    Say("This version cannot open projects yet.", kProgramTitle);
-  } else {
-    Say("Unknown file type.", kQuestionTitle);
-  }
+bool ProjectCommands::OfferToSaveProject() {
+  if (!main_.ProjectChanged) return true;
+  const Answer answer =
+      main_.platform().dialogs().MessageBox({.text = "Project has changed. Save Project ?",
+                                             .title = "Project Changed",
+                                             .buttons = Buttons::kOkCancel});
+  return answer != Answer::kOk || mnuSaveProject();
 }
 
 }  // namespace tarnlink

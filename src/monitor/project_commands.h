@@ -1,33 +1,45 @@
-// The commands of the Project menu and of the project window.
+// A project as a whole: new, open, save, and its window.
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "monitor/frm_main.h"
+#include "monitor/frm_options.h"
+#include "monitor/memory_map.h"
 
 namespace tarnlink {
 
 class ProjectCommands {
  public:
-  // Binds the entries. `main` outlives it.
-  explicit ProjectCommands(frm_Main& main);
+  // Binds the entries. All outlive it.
+  ProjectCommands(frm_Main& main, const frm_Options& options, MemoryMap& map);
 
   // Hides the project window or shows it.
   void mnuViewProjectWindow();
 
-  // Asks for a name and writes the project there. The old file stays when it cannot be written.
-  void mnuSaveProject();
+  // An empty project. Asks about a changed one first.
+  void mnuNewProject();
+  void mnuOpenProject();
+  // Asks for a name and writes the project there; false if it was not saved. The old file stays
+  // when it cannot be written.
+  bool mnuSaveProject();
 
-  // A file that was dropped from the desktop goes to the group of its extension. A group that holds
-  // one file refuses a second, and so does the project a file that it has.
-  void AddDroppedFile(const std::string& path);
+  // Loads a project, with the map and the IDs that it names. One that cannot be read leaves an
+  // empty project and a word.
+  void ReadProject(const std::string& FileName);
+  // Whether the project may go: it is unchanged, has been saved, or the user wants it so.
+  bool OfferToSaveProject();
 
  private:
-  bool AddTo(const std::string& group, const std::string& path);
-  void Say(const std::string& text, std::string_view title);
+  void ShowNewProject();
+  bool AddEntries(const std::string& text);
+  bool AddEntry(const std::string& entry);
+  void ReadMap(const std::string& entry);
+  void SayCannotRead(const std::string& reason);
 
   frm_Main& main_;
+  const frm_Options& options_;
+  MemoryMap& map_;
 };
 
 }  // namespace tarnlink

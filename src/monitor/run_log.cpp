@@ -1,10 +1,7 @@
 #include "monitor/run_log.h"
 
-#include <utility>
-
 #include "common/paths.h"
 #include "common/text_file.h"
-#include "monitor/file_error_box.h"
 #include "platform/path_resolver.h"
 
 namespace tarnlink {
@@ -13,15 +10,11 @@ namespace {
 
 constexpr const char* kNoPlainFile = "C:\\";  // the folder in place of one without a plain file
 constexpr Date kHalfADay = 0.5;
-constexpr int kSoon = 1;  // ms
 
 }  // namespace
 
 RunLog::RunLog(frm_Main& main, const frm_Options& options)
-    : main_(main), options_(options), failure_box_(main.platform().CreateTimer()) {
-  failure_box_->SetInterval(kSoon);
-  failure_box_->SetOnTimer([this] { TellFailure(); });
-}
+    : main_(main), options_(options), failures_(main.platform(), "During writing log file ") {}
 
 // --- Start ---------------------------------------------------------------------------------------
 
@@ -73,9 +66,7 @@ void RunLog::Open(const std::string& path) {
   path_ = path;
   rows_ = main_.platform().files().OpenRows(path, false);
   main_.filelogging = true;
-  requested_ = 0;
   column_ = 0;
-  filled_ = false;
   rows_->Append(encoding_.Bytes(heading));
   rows_->Append(encoding_.Bytes(Time()));
 }
@@ -88,14 +79,6 @@ std::string RunLog::Time() const {
 
 bool RunLog::IsShown(int index) const {
   return main_.RAM_LOC_TEXT.Has(index) && main_.RAM_LOC_TEXT(index).Visible;
-}
-
-// Whether a value that has come in answers the request that is out: for that Location, or for one
-// of its register block. The answer to a write is taken as a value of another Location, and a block
-// that goes beyond the last one as values of the first.
-bool RunLog::IsAnswered(int index) const {
-  return index == requested_ ||
-         (requested_ > 0 && index > requested_ && main_.Locations[index].RegisterFollower);
 }
 
 // The tabs that are owed up to `column`: one for each that the scan has passed over, and its own.
@@ -111,13 +94,11 @@ std::string RunLog::TabsUpTo(int column) const {
 
 void RunLog::LogRequest(int index) {
   if (!main_.filelogging) return;
-  requested_ = index;
   const int column = column_of_.at(static_cast<std::size_t>(index));
   // A write sends the scan back to its Location, whose field may stand in this row already.
   if (column <= column_) return;
   const std::string tabs = TabsUpTo(column);
   column_ = column;
-  filled_ = false;
   Write(tabs);
 }
 
@@ -129,22 +110,19 @@ void RunLog::RecordValue(int index) {
 void RunLog::LogUnreadable(int index) { WriteField(index, "NA"); }
 
 void RunLog::WriteField(int index, std::string_view text) {
-  if (!main_.filelogging || !IsAnswered(index) || !IsShown(index)) return;
+  if (!main_.filelogging || !IsShown(index)) return;
   if (main_.Locations[index].LogEnable != 1) return;
   const int column = column_of_.at(static_cast<std::size_t>(index));
-  if (column < column_ || column == 0 || (column == column_ && filled_)) return;
+  if (column == 0) return;
   const std::string field = TabsUpTo(column) + LogField(text);
   column_ = column;
-  filled_ = true;
   Write(field);
 }
 
 void RunLog::EndLogRow() {
   if (!main_.filelogging) return;
   const std::string tabs = TabsUpTo(static_cast<int>(columns_.size()));
-  requested_ = 0;
   column_ = 0;
-  filled_ = false;
   Write(tabs + std::string(kLineEnd));
   Write(Time());
 }
@@ -161,16 +139,8 @@ void RunLog::Write(std::string_view piece) {
     rows_->Append(encoding_.Bytes(piece));
   } catch (const RunTimeError& error) {
     CloseLogFile();
-    failure_ = error;
-    failure_box_->SetEnabled(true);
+    failures_.Tell(error, path_);
   }
-}
-
-void RunLog::TellFailure() {
-  failure_box_->SetEnabled(false);
-  const auto failure = std::exchange(failure_, {});
-  if (!failure) return;
-  ReportFileError(main_.platform().dialogs(), *failure, "During writing log file ", path_);
 }
 
 }  // namespace tarnlink

@@ -5,15 +5,14 @@
 
 #include <array>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "common/run_time_error.h"
 #include "files/log_file.h"
 #include "monitor/frm_main.h"
 #include "monitor/frm_options.h"
+#include "monitor/later_file_errors.h"
 
 namespace tarnlink {
 
@@ -27,12 +26,12 @@ class RunLog {
   // had.
   void PrepareLog();
 
-  // None of these throws. A log that cannot be written any more is closed with its last whole row,
+  // Values come in the order of the scan, one of each Location in a round (`RoundValues`). None of
+  // these throws. A log that cannot be written any more is closed with its last whole row,
   // the user is told once, and the run goes on.
   void LogRequest(int index);
   void RecordValue(int index);
   void LogUnreadable(int index);
-  void WriteSent() { requested_ = 0; }
   void EndLogRow();
   void CloseLogFile();
 
@@ -43,11 +42,9 @@ class RunLog {
   std::string Time() const;
 
   bool IsShown(int index) const;
-  bool IsAnswered(int index) const;
   std::string TabsUpTo(int column) const;
   void WriteField(int index, std::string_view text);
   void Write(std::string_view piece);
-  void TellFailure();
 
   frm_Main& main_;
   const frm_Options& options_;
@@ -60,12 +57,9 @@ class RunLog {
   std::unique_ptr<RowWriter> rows_;
   LogEncoding encoding_;
 
-  int requested_ = 0;  // the Location whose answer is awaited, 0 for none
-  int column_ = 0;     // the last one that stands in this row, counted from 1
-  bool filled_ = false;
+  int column_ = 0;  // the last one that stands in this row, counted from 1
 
-  std::optional<RunTimeError> failure_;
-  std::unique_ptr<Timer> failure_box_;  // shows it outside the exchange, which need not wait
+  LaterFileErrors failures_;
 };
 
 }  // namespace tarnlink

@@ -24,6 +24,8 @@ class RunRecorder {
   // A write goes out in place of what was asked for: the next answer is no value of that.
   virtual void WriteSent() {}
 
+  // The scan begins again; with the log open EndLogRow follows.
+  virtual void EndRound() {}
   virtual void EndLogRow() = 0;
   // The run has ended, or its screen goes: closes the log if it is open, and saves the spreadsheet.
   // Never throws.

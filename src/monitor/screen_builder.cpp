@@ -1,5 +1,7 @@
 #include "monitor/screen_builder.h"
 
+#include "monitor/scan_mark.h"
+
 namespace tarnlink {
 
 namespace {
@@ -19,9 +21,7 @@ void BuildBoxes(frm_Main& main, const frm_Options& options, int index,
   name.ToolTipText = location.ActualVariable;
   name.Top = record.name_top;
   name.Left = record.name_left;
-  Font font = name.TextFont;
-  font.italic = location.ScanFlags != 0;
-  name.TextFont = font;
+  ShowScanMark(main, index);
 
   const bool in_block = location.NumReg > 1 || location.RegisterFollower;
   if (record.tag != kMemoryTag && in_block) {

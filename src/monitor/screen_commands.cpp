@@ -49,8 +49,13 @@ std::string ProposedName(const std::string& last_name) {
 }  // namespace
 
 ScreenCommands::ScreenCommands(frm_Main& main, frm_Options& options, CommunicationRun& run,
-                               RunRecorder& recorder, EditHistory& history)
-    : main_(main), options_(options), run_(run), recorder_(recorder), history_(history) {
+                               RunRecorder& recorder, EditHistory& history, AddressCheck& addresses)
+    : main_(main),
+      options_(options),
+      run_(run),
+      recorder_(recorder),
+      history_(history),
+      addresses_(addresses) {
   main_.M_fileopen.Click = [this] { M_fileopen(); };
   main_.M_filesave(0).Click = [this] { M_filesave(0); };
   main_.M_filesave(1).Click = [this] { M_filesave(1); };
@@ -106,6 +111,7 @@ int ScreenCommands::ReplaceScreen(const std::string& path) {
 
 void ScreenCommands::BuildScreen(const std::string& text) {
   ScreenFileReader reader(text);
+  addresses_.Begin();
   main_.form.BackColor = reader.ReadColour();
   // The counts follow each object that stands, so that a bad record leaves a whole screen.
   while (const auto record = reader.Next()) {
@@ -113,7 +119,7 @@ void ScreenCommands::BuildScreen(const std::string& text) {
       BuildLocation(main_, options_, main_.MaxId + 1, *location);
       ++main_.MaxId;
       main_.LocationCount = main_.MaxId;
-      if (location->tag == kMemoryTag && AdaptAddress) AdaptAddress(main_.MaxId);
+      if (location->tag == kMemoryTag) addresses_.AdaptAddress(main_.MaxId);
     } else {
       BuildLabel(main_, main_.TextInfoCount + 1, std::get<LabelRecord>(*record));
       ++main_.TextInfoCount;

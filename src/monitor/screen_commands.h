@@ -2,10 +2,10 @@
 // histories.
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "files/screen_file.h"
+#include "monitor/address_check.h"
 #include "monitor/communication_run.h"
 #include "monitor/edit_history.h"
 #include "monitor/frm_main.h"
@@ -18,7 +18,7 @@ class ScreenCommands {
  public:
   // Binds the entries of the File menu and the Refresh button. All arguments outlive it.
   ScreenCommands(frm_Main& main, frm_Options& options, CommunicationRun& run, RunRecorder& recorder,
-                 EditHistory& history);
+                 EditHistory& history, AddressCheck& addresses);
 
   // Replaces the screen by the file, and with it the selected protocol and the port's presets. A
   // file that cannot be read to its end is told; what was built of it stays, without a file, so
@@ -46,9 +46,6 @@ class ScreenCommands {
   // Destroys all controls of the screen, stops the watchdog and closes the port.
   void UnloadObjects();
 
-  // Adapts the address of a Location just built to the memory map; the map's reader hooks in here.
-  std::function<void(int index)> AdaptAddress;
-
  private:
   // Gives the protocol that the file's tags tell.
   int ReplaceScreen(const std::string& path);
@@ -63,6 +60,7 @@ class ScreenCommands {
   CommunicationRun& run_;
   RunRecorder& recorder_;
   EditHistory& history_;
+  AddressCheck& addresses_;
 };
 
 }  // namespace tarnlink

@@ -1,5 +1,7 @@
 #include "monitor/screen_state.h"
 
+#include "monitor/scan_mark.h"
+
 namespace tarnlink {
 
 namespace {
@@ -75,6 +77,7 @@ void RestoreLocation(frm_Main& main, int index, const LocationState& state) {
   TextBox& name = main.RAM_LOC_TEXT.Load(index);
   name.Text = state.name_text;
   SetLook(name, state.name);
+  ShowScanMark(main, index);
   CheckBox& check = main.RAM_LOC_CHECK.Load(index);
   check.Value = (state.location.ScanFlags & kScanningDisabled) == 0;
   SetLook(check, state.check);

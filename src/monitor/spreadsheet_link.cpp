@@ -7,7 +7,6 @@
 #include "common/dates.h"
 #include "common/paths.h"
 #include "common/text.h"
-#include "monitor/file_error_box.h"
 #include "platform/path_resolver.h"
 
 namespace tarnlink {
@@ -69,13 +68,11 @@ SheetCell BoxLink::Cell() const {
 }
 
 SpreadsheetLink::SpreadsheetLink(frm_Main& main, const frm_Options& options)
-    : main_(main), options_(options), tell_(main.platform().CreateTimer()) {
-  tell_->SetInterval(1);
-  tell_->SetOnTimer([this] { TellAll(); });
-}
+    : main_(main), options_(options), failures_(main.platform(), "During writing spreadsheet ") {}
 
 void SpreadsheetLink::Start() {
   told_.clear();
+  left_out_.clear();
   gave_up_ = false;
   Retire();
   if (!AnyLinked()) return;
@@ -99,14 +96,15 @@ void SpreadsheetLink::Poke(int index) {
     if (!workbook_) Open();
   } catch (const RunTimeError& error) {
     gave_up_ = true;
-    return TellLater(error, Folder());
+    return TellOnce(error, Folder());
   }
   try {
     PokeBoxes(index);
   } catch (const RunTimeError& error) {
+    if (!left_out_.insert(index).second) return;
     const std::string reason =
         main_.RAM_LOC_TEXT(index).Text.get() + ": " + error.what() + " Its values are left out.";
-    TellLater(RunTimeError(error.code(), reason), workbook_->path());
+    failures_.Tell(RunTimeError(error.code(), reason), workbook_->path());
   }
 }
 
@@ -143,7 +141,7 @@ void SpreadsheetLink::Open() {
   workbook_ = main_.platform().CreateWorkbook(NewPath());
   poked_ = false;
   workbook_->SetOnFailure(
-      [this, path = workbook_->path()](const RunTimeError& error) { TellLater(error, path); });
+      [this, path = workbook_->path()](const RunTimeError& error) { TellOnce(error, path); });
 }
 
 void SpreadsheetLink::StartProgram() {
@@ -190,21 +188,8 @@ void SpreadsheetLink::PokeBoxes(int index) {
   poked_ = true;
 }
 
-// A box inside an exchange would hold the run up until somebody answers it.
-void SpreadsheetLink::TellLater(const RunTimeError& error, const std::string& path) {
-  if (!told_.insert(error.code()).second) return;
-  untold_.push_back({error, path});
-  tell_->SetEnabled(true);
-}
-
-void SpreadsheetLink::TellAll() {
-  while (!untold_.empty()) {
-    const Failure failure = untold_.front();
-    untold_.pop_front();
-    ReportFileError(main_.platform().dialogs(), failure.error, "During writing spreadsheet ",
-                    failure.path);
-  }
-  tell_->SetEnabled(false);
+void SpreadsheetLink::TellOnce(const RunTimeError& error, const std::string& path) {
+  if (told_.insert(error.code()).second) failures_.Tell(error, path);
 }
 
 }  // namespace tarnlink

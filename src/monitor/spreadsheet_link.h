@@ -1,7 +1,6 @@
 // The spreadsheet of a run: a workbook beside the log, one row for each round.
 #pragma once
 
-#include <deque>
 #include <memory>
 #include <set>
 #include <string>
@@ -10,6 +9,7 @@
 #include "common/run_time_error.h"
 #include "monitor/frm_main.h"
 #include "monitor/frm_options.h"
+#include "monitor/later_file_errors.h"
 #include "platform/workbook.h"
 
 namespace tarnlink {
@@ -37,7 +37,8 @@ class BoxLink {
 
 // Every run that has something to send gets a workbook of its own, in the log's folder, named by
 // screen, date and time, so that nothing is overwritten. What cannot be written is told once in a
-// run, outside the exchange that met it; the run goes on, and the workbook is tried again.
+// run, for each Location whose column is none and for each reason besides, outside the exchange
+// that met it; the run goes on, and the workbook is tried again.
 class SpreadsheetLink {
  public:
   // Both outlive it.
@@ -53,11 +54,6 @@ class SpreadsheetLink {
   void Save();
 
  private:
-  struct Failure {
-    RunTimeError error;
-    std::string path;
-  };
-
   bool IsLinked(int index) const;
   bool AnyLinked() const;
   void Retire();
@@ -66,15 +62,14 @@ class SpreadsheetLink {
   std::string Folder() const;
   std::string NewPath() const;
   void PokeBoxes(int index);
-  void TellLater(const RunTimeError& error, const std::string& path);
-  void TellAll();
+  void TellOnce(const RunTimeError& error, const std::string& path);
 
   frm_Main& main_;
   const frm_Options& options_;
-  std::unique_ptr<Timer> tell_;
-  std::deque<Failure> untold_;
-  std::set<int> told_;    // the codes that this run has told
-  bool gave_up_ = false;  // on a workbook that could not even be made
+  LaterFileErrors failures_;
+  std::set<int> told_;      // the codes that this run has told
+  std::set<int> left_out_;  // the Locations whose column is none, each of them told
+  bool gave_up_ = false;    // on a workbook that could not even be made
   bool poked_ = false;
   // Those of earlier runs that still have something to save.
   std::vector<std::unique_ptr<Workbook>> leaving_;

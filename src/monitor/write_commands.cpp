@@ -120,6 +120,9 @@ void WriteCommands::Send(WriteText text) {
   // The dialog may have stood for long: the run goes on behind it.
   if (!main_.CommRunning) return TellNothingWritten("communication is stopped");
   if (!run_.NameVisible(index_)) return TellNothingWritten("the location is gone");
+  if (OwesSecondByte()) {
+    return TellNothingWritten("the slave has not yet answered the write before");
+  }
   main_.Comm->ClearInBuffer();
   main_.Comm_Timer->SetEnabled(false);
   // One that is left from an earlier write belongs to that.
@@ -131,10 +134,17 @@ void WriteCommands::Send(WriteText text) {
     main_.Function_code = block ? modbus_frame::kWriteRegisters : modbus_frame::kWriteRegister;
     if (block) text.value = kBlockValue;
   }
-  run_.SendWrite(index_, text.value);
+  if (!run_.SendWrite(index_, text.value)) return;
   main_.Locations[index_].RawValue =
       ValInt("&H" + text.value, std::numeric_limits<std::int32_t>::min(),
              std::numeric_limits<std::int32_t>::max());
+}
+
+// Whether the first half of a word is under way. Another write in between would leave the word
+// torn.
+bool WriteCommands::OwesSecondByte() const {
+  return options_.SelectedProtocol() == kZoltProtocol && main_.write_message &&
+         main_.SendSecondByte && main_.SecondByteIndex != 0;
 }
 
 void WriteCommands::TellNothingWritten(const std::string& reason) {

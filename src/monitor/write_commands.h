@@ -35,6 +35,7 @@ class WriteCommands {
   // Whether the message is one for a block of registers.
   bool IsBlock() const;
   bool IsEmptyWrite() const;
+  bool OwesSecondByte() const;
   WriteText TypedText() const;
   std::string GoesOut() const;
   const Location& Target() const { return main_.Locations[index_]; }

@@ -2,6 +2,7 @@
 // `QtFiles`; fake: `FakeFiles`.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -27,6 +28,11 @@ class Files {
 
   // Throws 53 (no such file), 76 (no such folder), 70 (not permitted), 57 (anything else).
   virtual std::string ReadWhole(const std::string& path) = 0;
+
+  // Hands a file on in pieces of any size, in order and none of them kept, until its end or until
+  // `take` returns false. For files that are too long to be held. Throws as ReadWhole does.
+  virtual void ReadPieces(const std::string& path,
+                          const std::function<bool(std::string_view)>& take) = 0;
 
   // Replaces the whole file or leaves the old one as it was: written beside it, checked, synced,
   // renamed. Throws 61 (disk full), 70, 76 or 57; a target that is no regular file is refused

@@ -77,6 +77,7 @@ class ProtocolRun {
   virtual void LogRequest(int index) = 0;     // at the request: opens the Location's field
   virtual void RecordValue(int index) = 0;    // after ShowValue: log field and spreadsheet cell
   virtual void LogUnreadable(int index) = 0;  // in place of a value: the slave does not have it
+  virtual void EndRound() {}                  // the scan begins again
   virtual void EndLogRow() = 0;               // ends the row and begins the next with the time
 
   // Tells the user that a page may not be written.

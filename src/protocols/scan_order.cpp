@@ -2,12 +2,20 @@
 
 namespace tarnlink {
 
+namespace {
+
+void EndRound(ProtocolRun& run) {
+  run.fields().MsgPointer = 0;
+  run.EndRound();
+  if (run.fields().filelogging) run.EndLogRow();
+}
+
+}  // namespace
+
 void StepToNextLocation(ProtocolRun& run) {
   RunFields& fields = run.fields();
   ++fields.MsgPointer;
-  if (fields.MsgPointer <= fields.MaxId) return;
-  fields.MsgPointer = 0;
-  if (fields.filelogging) run.EndLogRow();
+  if (fields.MsgPointer > fields.MaxId) EndRound(run);
 }
 
 void StepToNextScannedLocation(ProtocolRun& run, bool skip_followers) {
@@ -30,9 +38,8 @@ void StepToNextScannedLocation(ProtocolRun& run, bool skip_followers) {
 void FinishLocation(ProtocolRun& run, int index) {
   RunFields& fields = run.fields();
   if (index < fields.MaxId) return;
-  fields.MsgPointer = 0;
   ++fields.DDERowCounter;
-  if (fields.filelogging) run.EndLogRow();
+  EndRound(run);
 }
 
 }  // namespace tarnlink

@@ -39,6 +39,17 @@ void ReportPresses(QAction* action, MenuEntry& entry) {
   });
 }
 
+void ShowRows(QComboBox* combo, const ComboBox& control) {
+  const auto& items = control.List.get();
+  bool same = combo->count() == static_cast<int>(items.size());
+  for (int i = 0; same && i < combo->count(); ++i) {
+    same = combo->itemText(i) == ToQt(items[static_cast<std::size_t>(i)].text);
+  }
+  if (same) return;
+  combo->clear();
+  for (const ComboBox::Item& item : items) combo->addItem(ToQt(item.text), item.data);
+}
+
 // Reports that the user has gone to another field of the program. A menu over the field, a message
 // box or another program's window takes the keyboard only for a while.
 class FocusWatch final : public QObject {
@@ -184,20 +195,45 @@ void Bind(QComboBox* combo, ComboBox& control) {
   Follow(combo, control, [combo, &control] {
     const QSignalBlocker quiet(combo);
     ShowCommon(combo, control);
-    const auto& items = control.List.get();
-    bool same = combo->count() == static_cast<int>(items.size());
-    for (int i = 0; same && i < combo->count(); ++i) {
-      same = combo->itemText(i) == ToQt(items[static_cast<std::size_t>(i)].text);
-    }
-    if (!same) {
-      combo->clear();
-      for (const ComboBox::Item& item : items) combo->addItem(ToQt(item.text), item.data);
-    }
+    ShowRows(combo, control);
     const QString text = ToQt(control.Text.get());
     if (combo->currentText() != text) combo->setCurrentText(text);
   });
   QObject::connect(combo, &QComboBox::currentTextChanged,
                    [&control](const QString& text) { control.Text = FromQt(text); });
+}
+
+void Bind(QComboBox* combo, PickBox& control) {
+  Follow(combo, control, [combo, &control] {
+    const QSignalBlocker quiet(combo);
+    ShowCommon(combo, control);
+    ShowRows(combo, control);
+    const QString text = ToQt(control.Text.get());
+    if (combo->currentIndex() != control.ListIndex) combo->setCurrentIndex(control.ListIndex);
+    if (!combo->isEditable()) {
+      combo->setPlaceholderText(text);
+    } else if (combo->currentText() != text) {
+      combo->setEditText(text);
+    }
+  });
+  QObject::connect(combo, &QComboBox::activated, [&control](int row) { control.Pick(row); });
+  if (!combo->isEditable()) return;
+  QObject::connect(combo->lineEdit(), &QLineEdit::editingFinished, [combo, &control] {
+    const std::string text = FromQt(combo->currentText());
+    if (text != control.Text.get()) control.Accept(text);
+  });
+}
+
+void Bind(QToolButton* up, QToolButton* down, SpinButton& control) {
+  const auto show = [up, down, &control] {
+    ShowCommon(up, control);
+    ShowCommon(down, control);
+  };
+  Follow(up, control, show);
+  up->setObjectName(ToQt(control.name() + ".Up"));
+  down->setObjectName(ToQt(control.name() + ".Down"));
+  QObject::connect(up, &QToolButton::clicked, [&control] { control.Press(1); });
+  QObject::connect(down, &QToolButton::clicked, [&control] { control.Press(-1); });
 }
 
 void Bind(TextPlate* plate, StatusPanel& panel) {
@@ -209,6 +245,13 @@ void Bind(TextPlate* plate, StatusPanel& panel) {
 
 void Bind(QGroupBox* frame, Control& control) {
   Follow(frame, control, [frame, &control] { ShowCommon(frame, control); });
+}
+
+void Bind(QGroupBox* frame, GroupBox& control) {
+  Follow(frame, control, [frame, &control] {
+    ShowCommon(frame, control);
+    frame->setTitle(ToQt(control.Caption.get()));
+  });
 }
 
 void Bind(const std::vector<QRadioButton*>& buttons, OptionGroup& group) {

@@ -17,6 +17,7 @@
 
 #include "common/control_array.h"
 #include "common/controls.h"
+#include "common/dialog_controls.h"
 #include "ui/text_plate.h"
 
 namespace tarnlink {
@@ -32,9 +33,17 @@ void Bind(QLineEdit* edit, TextBox& control);
 void Bind(QLabel* label, Label& control);
 void Bind(QSlider* slider, Slider& control);
 void Bind(QComboBox* combo, ComboBox& control);
+// Rows that are picked, and a text that is accepted when the user leaves it or presses Enter. Only
+// an editable combo takes a text; the text of another one stands in its place while no row is
+// picked.
+void Bind(QComboBox* combo, PickBox& control);
+// The two arrows of a spin button: the upper one, the lower one.
+void Bind(QToolButton* up, QToolButton* down, SpinButton& control);
 void Bind(TextPlate* plate, StatusPanel& panel);
 // A frame around other controls; its title is the widget's own.
 void Bind(QGroupBox* frame, Control& control);
+// With a title that changes.
+void Bind(QGroupBox* frame, GroupBox& control);
 // The buttons must have one common parent, in which nothing else is a radio button.
 void Bind(const std::vector<QRadioButton*>& buttons, OptionGroup& group);
 

@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <QToolBar>
 #include <QUrl>
+#include <QVBoxLayout>
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
@@ -24,6 +25,7 @@ namespace tarnlink {
 namespace {
 
 constexpr QSize kSmallestWindow(800, 480);
+constexpr int kNoticeMargin = 3;    // pixels
 constexpr int kProjectWidth = 171;  // pixels: 2565 units
 
 // A stored place may belong to a monitor that is gone: enough of the window must be in sight to
@@ -58,7 +60,21 @@ MainWindow::MainWindow(frm_Main& main)
   splitter->addWidget(scroll);
   splitter->setStretchFactor(1, 1);
   splitter->setSizes({kProjectWidth, width()});
-  setCentralWidget(splitter);
+  auto* middle = new QWidget;
+  auto* layout = new QVBoxLayout(middle);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(splitter, 1);
+  for (Label* notice : {&main_.lbl_MapNotice, &main_.lbl_IdNotice}) {
+    auto* line = new QLabel;
+    line->setTextFormat(Qt::PlainText);
+    line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // a long one is cut
+    line->setMargin(kNoticeMargin);
+    line->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    Bind(line, *notice);
+    layout->addWidget(line);
+  }
+  setCentralWidget(middle);
 
   main_.form.SetView([this] { ShowForm(); });
   ShowForm();

@@ -7,6 +7,7 @@
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
+#include "ui/frames.h"
 
 namespace tarnlink {
 
@@ -112,18 +113,6 @@ QWidget* OptionsDialog::BuildButtons() {
   return row;
 }
 
-QGroupBox* OptionsDialog::RadioFrame(const QString& title, OptionGroup& group, int columns) {
-  auto* frame = new QGroupBox(title);
-  auto* layout = new QGridLayout(frame);
-  std::vector<QRadioButton*> buttons;
-  for (int i = 0; i < group.count(); ++i) {
-    buttons.push_back(new QRadioButton(frame));
-    layout->addWidget(buttons.back(), i / columns, i % columns);
-  }
-  Bind(buttons, group);
-  return frame;
-}
-
 QGroupBox* OptionsDialog::PortFrame() {
   QGroupBox* frame = RadioFrame(tr("Communication Port"), options_.opt_CommPort, 2);
   auto* layout = static_cast<QGridLayout*>(frame->layout());
@@ -181,17 +170,6 @@ QGroupBox* OptionsDialog::PathFrame(const QString& title, TextBox& box, CommandB
   button->setAccessibleName(tr("Browse: %1").arg(title));
   layout->addWidget(edit);
   layout->addWidget(button);
-  return frame;
-}
-
-QGroupBox* OptionsDialog::CheckFrame(const QString& title, const std::vector<CheckBox*>& boxes) {
-  auto* frame = new QGroupBox(title);
-  auto* layout = new QVBoxLayout(frame);
-  for (CheckBox* control : boxes) {
-    auto* box = new QCheckBox;
-    Bind(box, *control);
-    layout->addWidget(box);
-  }
   return frame;
 }
 

@@ -27,11 +27,9 @@ class OptionsDialog final : public QDialog {
   QWidget* BuildMonitorTab();
   QWidget* BuildButtons();
 
-  QGroupBox* RadioFrame(const QString& title, OptionGroup& group, int columns);
   QGroupBox* PortFrame();
   QGroupBox* TimeoutFrame();
   QGroupBox* PathFrame(const QString& title, TextBox& box, CommandButton& browse);
-  QGroupBox* CheckFrame(const QString& title, const std::vector<CheckBox*>& boxes);
 
   void ShowForm();
 

@@ -1,5 +1,6 @@
 #include "ui/write_value_dialog.h"
 
+#include <QFocusEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -46,6 +47,19 @@ WriteValueDialog::~WriteValueDialog() {
 // Escape and the frame's close button are "Write Cancel".
 void WriteValueDialog::reject() { form_.cmd_WriteCancel.Press(); }
 
+// Focus by a click selects the whole text as any other focus does. The press itself would undo
+// that, so it is done at the release, unless the mouse has selected a part.
+bool WriteValueDialog::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn) {
+    clicked_into_value_ =
+        static_cast<QFocusEvent*>(event)->reason() == Qt::FocusReason::MouseFocusReason;
+  } else if (event->type() == QEvent::MouseButtonRelease && clicked_into_value_) {
+    clicked_into_value_ = false;
+    if (!value_->hasSelectedText()) value_->selectAll();
+  }
+  return QDialog::eventFilter(watched, event);
+}
+
 void WriteValueDialog::ShowForm() {
   setVisible(form_.form.Visible);
   if (form_.form.Visible) form_.SetFocus();
@@ -57,6 +71,7 @@ QWidget* WriteValueDialog::BuildValue() {
   layout->setContentsMargins(0, 0, 0, 0);
   value_ = new QLineEdit(rows);
   Bind(value_, form_.txt_WriteValue);
+  value_->installEventFilter(this);
   value_->setAccessibleName(tr("Value"));
   auto* label = new QLabel(tr("&Value"), rows);
   label->setBuddy(value_);
@@ -73,6 +88,10 @@ QWidget* WriteValueDialog::BuildValue() {
 QGroupBox* WriteValueDialog::BuildFormats() {
   auto* frame = new QGroupBox(tr("&Format"), this);
   auto* layout = new QHBoxLayout(frame);
+  QSizePolicy kept_frame = frame->sizePolicy();
+  kept_frame.setRetainSizeWhenHidden(true);
+  frame->setSizePolicy(kept_frame);
+  formats_ = frame;
   std::vector<QRadioButton*> buttons;
   for (int i = 0; i < form_.opt_WriteValueFormat.count(); ++i) {
     buttons.push_back(new QRadioButton(frame));
@@ -97,6 +116,9 @@ QGroupBox* WriteValueDialog::BuildBlock() {
   }
   choice->addStretch();
   Bind(buttons, form_.Option1);
+  // Without its buttons the frame of the formats would stand empty.
+  connect(buttons.at(kMultipleWrite), &QRadioButton::toggled, formats_,
+          [this](bool multiple) { formats_->setVisible(!multiple); });
   auto* row = new QHBoxLayout;
   count_label_ = new QLabel(frame);
   Bind(count_label_, form_.Label3);

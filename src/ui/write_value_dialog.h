@@ -17,6 +17,7 @@ class WriteValueDialog final : public QDialog {
   ~WriteValueDialog() override;
 
   void reject() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   QWidget* BuildValue();
@@ -27,7 +28,9 @@ class WriteValueDialog final : public QDialog {
 
   frm_WriteValue& form_;
   QLineEdit* value_ = nullptr;
+  QGroupBox* formats_ = nullptr;
   QLabel* count_label_ = nullptr;
+  bool clicked_into_value_ = false;  // the press that gave it the focus
 };
 
 }  // namespace tarnlink

@@ -18,7 +18,9 @@ class FilesContract : public testing::Test {
   void ReadingFails(int code, const std::string& name) {
     const std::string path = bench.path(name);
     ExpectError(code, path, [&] { bench.files().ReadWhole(path); });
+    ExpectError(code, path, [&] { bench.files().ReadPieces(path, TakeAll); });
   }
+  static bool TakeAll(std::string_view) { return true; }
   void WritingFails(int code, const std::string& name) {
     const std::string path = bench.path(name);
     ExpectError(code, path, [&] { bench.files().WriteWhole(path, "new"); });
@@ -45,6 +47,30 @@ TYPED_TEST(FilesContract, ReadsBackWhatWasWritten) {
     EXPECT_EQ(this->bench.Get("file"), bytes);
     EXPECT_EQ(this->bench.files().ReadWhole(this->bench.path("file")), bytes);
   }
+}
+
+TYPED_TEST(FilesContract, ReadsInPiecesUntilTheEndOrUntilNoMoreAreTaken) {
+  std::string all;
+  for (int i = 0; i < 3'000; ++i) all += EveryByte();
+  this->bench.Put("long", all);
+  std::string read;
+  int pieces = 0;
+  this->bench.files().ReadPieces(this->bench.path("long"), [&](std::string_view piece) {
+    EXPECT_FALSE(piece.empty());
+    read += piece;
+    return ++pieces > 0;
+  });
+  EXPECT_EQ(read, all);
+  EXPECT_GT(pieces, 1);
+  pieces = 0;
+  this->bench.files().ReadPieces(this->bench.path("long"),
+                                 [&](std::string_view) { return ++pieces < 2; });
+  EXPECT_EQ(pieces, 2);
+  this->bench.Put("empty", "");
+  this->bench.files().ReadPieces(this->bench.path("empty"), [](std::string_view) {
+    ADD_FAILURE() << "An empty file has no pieces.";
+    return true;
+  });
 }
 
 TYPED_TEST(FilesContract, ReadingTellsWhatIsWrong) {

@@ -1,5 +1,4 @@
-// Writes to slaves that stand on other people's libraries: the monitor's run over a real port, one
-// level below the dialogs that will ask the user for the values.
+// Writes through the dialogs to slaves that stand on other people's libraries, over a real port.
 
 #include <gtest/gtest.h>
 
@@ -8,23 +7,21 @@
 #include <QTimer>
 #include <algorithm>
 #include <functional>
+#include <vector>
 
+#include "form/user_writes.h"
 #include "modbus_peer.h"
 #include "modbus_screen.h"
 #include "monitor/monitor.h"
 #include "monitor/setting_keys.h"
 #include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_timer.h"
-#include "protocols/modbus_protocol.h"
 #include "support/fake_world.h"
 
 namespace e2e {
 namespace {
 
 using namespace tarnlink;
-
-constexpr int kSingle = 6;
-constexpr int kSeveral = 16;
 
 // Ports and timers are the machine's, all else is a test's.
 class RealLinePlatform final : public Platform {
@@ -100,21 +97,11 @@ class ModbusWrites : public testing::TestWithParam<Peer> {
     ASSERT_TRUE(Shows(static_cast<int>(locations.size()), Digits(ModbusPeer::FirstValue(3, last))));
   }
 
-  // What the dialog of a write does once the user has given it the value.
-  void Write(int location, std::uint8_t function, std::string value) {
-    frm_Main& main = monitor.main;
-    ASSERT_TRUE(Until([&] { return main.message_received; })) << "The last exchange has no end.";
-    main.Comm_Timer->SetEnabled(false);
-    main.message_received = false;
-    main.Function_code = function;
-    ModbusProtocol().SendWrite(monitor.run, location, value);
-    main.tmr_noresponse->SetEnabled(true);
-    ASSERT_TRUE(Until([&] { return main.message_received; })) << "The write has no answer.";
+  void Write(int location, const std::string& hexadecimal) {
+    Exchange([&] { TypeAndWrite(monitor, location, kHexadecimal, hexadecimal); });
   }
-  void WriteSeveral(int location, const std::vector<std::uint16_t>& values) {
-    monitor.main.StoredRegisters.clear();
-    for (const int value : values) monitor.main.StoredRegisters.push_back(Digits(value));
-    Write(location, kSeveral, "");
+  void WriteSeveral(int location, const std::vector<int>& values) {
+    Exchange([&] { TypeAndWriteBlock(monitor, location, values); });
   }
 
   std::string Value(int location) { return monitor.main.RAM_LOC_VAL(location).Text; }
@@ -134,6 +121,16 @@ class ModbusWrites : public testing::TestWithParam<Peer> {
   ModbusPeer peer{GetParam()};
   RealLinePlatform platform{peer.line().master_path()};
   Monitor monitor{platform};
+
+ private:
+  // Between two polls, so that the next answer is the one to the write.
+  void Exchange(const std::function<void()>& write) {
+    ASSERT_TRUE(Until([&] { return monitor.main.message_received; }))
+        << "The last exchange has no end.";
+    write();
+    ASSERT_FALSE(monitor.main.message_received) << "Nothing has been written.";
+    ASSERT_TRUE(Until([&] { return monitor.main.message_received; })) << "The write has no answer.";
+  }
 };
 
 INSTANTIATE_TEST_SUITE_P(EveryPeer, ModbusWrites, testing::ValuesIn(kPeers),
@@ -141,10 +138,10 @@ INSTANTIATE_TEST_SUITE_P(EveryPeer, ModbusWrites, testing::ValuesIn(kPeers),
 
 TEST_P(ModbusWrites, OfOneRegisterArriveAndAreReadBack) {
   Start({Register(0x12), Register(0x13), Register(0x14)});
-  Write(2, kSingle, "12AB");
+  Write(2, "12AB");
   ExpectHeld(0x13, {0x12AB});
   ASSERT_TRUE(Shows(2, "12AB"));
-  Write(2, kSingle, "7");
+  Write(2, "7");
   ExpectHeld(0x13, {0x0007});
   ASSERT_TRUE(Shows(2, "0007"));
   EXPECT_EQ(Value(1), Digits(ModbusPeer::FirstValue(3, 0x12)));
@@ -158,12 +155,12 @@ TEST_P(ModbusWrites, OfOneByteGoIntoItsHalfOfTheRegister) {
   screen[1].SelectByte = kLsb;
   for (int i = 0; i < 2; ++i) screen[i].StorageType = kUnsignedByte;
   Start(screen);
-  Write(1, kSingle, "AB");
+  Write(1, "AB");
   ExpectHeld(0x12, {0xAB00});
   ASSERT_TRUE(Shows(1, "AB"));
   ASSERT_TRUE(Shows(2, "00"));
   ASSERT_TRUE(Shows(3, "AB00"));
-  Write(2, kSingle, "CD");
+  Write(2, "CD");
   ExpectHeld(0x12, {0x00CD});
   ASSERT_TRUE(Shows(1, "00"));
   ASSERT_TRUE(Shows(2, "CD"));
@@ -176,11 +173,9 @@ TEST_P(ModbusWrites, OfSeveralRegistersArriveInOrderAndAreReadBack) {
   AddBlock(screen, kFirst, kMostRegisters);
   Start(screen);
   std::vector<std::uint16_t> held = ModbusPeer::FirstValues(3, kFirst, kMostRegisters);
-  for (const int count : {1, 2, 3, 29, kMostRegisters}) {
-    std::vector<std::uint16_t> values;
-    for (int i = 0; i < count; ++i) {
-      values.push_back(static_cast<std::uint16_t>(1013 * count + 257 * i));
-    }
+  for (const int count : {1, 2, 3, 19, kRegisterLines}) {
+    std::vector<int> values;
+    for (int i = 0; i < count; ++i) values.push_back((1013 * count + 257 * i) % 0x10000);
     WriteSeveral(1, values);
     std::copy(values.begin(), values.end(), held.begin());
     ExpectHeld(kFirst, held);
@@ -200,16 +195,16 @@ TEST_P(ModbusWrites, ThatTheSlaveRefusesAreToldAndChangeNothing) {
   EXPECT_EQ(Panel(6), "Local Connection Active");
   for (const int code : {1, 4, 6}) {
     peer.Refuse(kRefused, code);
-    Write(1, kSingle, "1234");
+    Write(1, "1234");
     EXPECT_EQ(Panel(6), "Exception code:" + std::to_string(code));
     peer.Refuse(kRefused, code + 1);
     WriteSeveral(1, {1, 2});
     EXPECT_EQ(Panel(6), "Exception code:" + std::to_string(code + 1));
   }
-  Write(3, kSingle, "1234");
+  Write(3, "1234");
   EXPECT_EQ(Panel(6), "Exception code:2");
   peer.Refuse(kRefused, 6);
-  Write(1, kSingle, "1234");
+  Write(1, "1234");
   WriteSeveral(2, {1, 2});
   EXPECT_EQ(Panel(6), "Exception code:2");
   ExpectHeld(0, {});

@@ -9,10 +9,11 @@
 #include <vector>
 
 #include "common/numbers.h"
-#include "common/text.h"
 #include "form/boiler_on_line.h"
+#include "form/day.h"
 #include "form/monitor_fixture.h"
 #include "form/readable_ids.h"
+#include "simulator/bytes.h"
 #include "simulator/data_ids.h"
 #include "simulator/memory_layout.h"
 #include "support/zolt_text.h"
@@ -23,12 +24,10 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int kLocations = 200;
-constexpr Micros kDay = 24h;
 // 16 bytes at 2400 baud and 10 bits each way, and the slave's 5 ms: the tick after that is the
 // seventh.
 constexpr Micros kExchange = 140ms;
 constexpr Micros kTick = 20ms;
-constexpr const char* kUnknownId = "EEEE";
 
 bool IsMemory(int index) { return index % 2 == 0; }
 bool IsUnknown(int index) { return index % 40 == 13; }
@@ -39,11 +38,10 @@ bool IsHeld(int index) { return index == 101; }
 
 std::string SlaveOf(int index) { return std::string(1, "03A"[index % 3]); }
 
-std::string Digits(int number) { return Stuff(Hex32(number), 4); }
+std::string Digits(int number) { return boiler::HexDigits(static_cast<unsigned>(number), 4); }
 
 // Memory every four addresses of the free RAM, IDs of all classes; every kind of value.
 Location LocationAt(int index) {
-  static const std::vector<const boiler::DataId*> ids = ReadableIds();
   Location location;
   location.LocSlaveAddress = SlaveOf(index);
   location.LogEnable = 1;
@@ -56,9 +54,8 @@ Location LocationAt(int index) {
     location.Address = Digits(boiler::kFreeRamFirst + 4 * index);
     return location;
   }
-  const boiler::DataId& id = *ids[static_cast<std::size_t>(index) % ids.size()];
-  location.Address = IsUnknown(index) ? kUnknownId : Digits(id.id);
-  location.Class = static_cast<std::uint8_t>(id.data_class);
+  ShowReadableId(location, index);
+  if (IsUnknown(index)) location.Address = kUnknownId;
   location.SelectByte = static_cast<std::uint8_t>(index % 3);
   return location;
 }

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "form/fault_run_polled.h"
-#include "protocols/modbus_protocol.h"
+#include "form/locations.h"
 #include "simulator/bytes.h"
 #include "simulator/crc.h"
 #include "simulator/modbus_registers.h"
@@ -17,41 +17,23 @@ constexpr std::size_t kWriteAnswer = 8;
 constexpr int k9600 = 3;   // index of opt_Baudrate
 constexpr int kBlock = 2;  // the Locations of which the first reads all three
 
-Location Register(const std::string& address, const std::string& slave, const char* function) {
-  Location location;
-  location.Address = address;
-  location.LocSlaveAddress = slave;
-  location.FunctionCode = function;
-  return location;
-}
-
-Location HeadOf(int registers, Location location) {
-  location.NumReg = static_cast<std::int16_t>(registers);
-  return location;
-}
-
-Location Follower(Location location) {
-  location.RegisterFollower = true;
-  return location;
-}
-
-Location ByteOf(SelectByte byte, Location location) {
-  location.SelectByte = byte;
-  location.StorageType = kUnsignedByte;
+Location InputAt(const std::string& address, const std::string& slave) {
+  Location location = RegisterAt(address, slave);
+  location.FunctionCode = "&H04";
   return location;
 }
 
 const std::vector<Location>& Locations() {
   static const std::vector<Location> locations = {
-      Register("0200", "1", "&H03"),
-      HeadOf(3, Register("0201", "1", "&H03")),
-      Follower(Register("0202", "1", "&H03")),
-      Follower(Register("0203", "1", "&H03")),
-      HeadOf(2, Register("0021", "0A", "&H04")),
-      Follower(Register("0022", "0A", "&H04")),
-      ByteOf(kMsb, Register("0210", "1", "&H03")),
-      ByteOf(kLsb, Register("0211", "1", "&H03")),
-      Register("0212", "0A", "&H03"),
+      RegisterAt("0200", "1"),
+      HeadOf(3, RegisterAt("0201", "1")),
+      Follower(RegisterAt("0202", "1")),
+      Follower(RegisterAt("0203", "1")),
+      HeadOf(2, InputAt("0021", "0A")),
+      Follower(InputAt("0022", "0A")),
+      Selected(kMsb, RegisterAt("0210", "1")),
+      Selected(kLsb, RegisterAt("0211", "1")),
+      RegisterAt("0212", "0A"),
   };
   return locations;
 }
@@ -154,29 +136,15 @@ class ModbusFaultRun : public PolledFaultRun {
   }
 
   void WriteSomething(std::size_t turn) override {
-    const int number = static_cast<int>(0x2000 + turn);
+    const int number = static_cast<int>((0x2000 + turn) % 0xF000);
     if (write_turn_++ % 2 == 0) {
-      WriteRegister(write_turn_ % 4 == 1 ? 1 : kLast, 6, {}, boiler::HexDigits(number, 4));
+      Write(write_turn_ % 4 == 1 ? 1 : kLast, boiler::HexDigits(number, 4));
     } else {
-      WriteRegister(kBlock, 16, {boiler::HexDigits(number, 4), boiler::HexDigits(number + 1, 4)},
-                    "");
+      WriteBlock(kBlock, {number, number + 1});
     }
   }
 
  private:
-  // What the dialog of a write does once the user has given it the value, or the values.
-  void WriteRegister(int index, std::uint8_t function, std::vector<std::string> values,
-                     std::string value) {
-    frm_Main& main = monitor.main;
-    main.Comm_Timer->SetEnabled(false);
-    main.message_received = false;
-    main.Function_code = function;
-    main.StoredRegisters = std::move(values);
-    ModbusProtocol().SendWrite(monitor.run, index, value);
-    main.Comm_Timer->SetEnabled(true);
-    main.tmr_noresponse->SetEnabled(true);
-  }
-
   int write_turn_ = 0;
 };
 

@@ -10,9 +10,9 @@ namespace tarnlink {
 namespace {
 
 constexpr int kWatchdog = 3'000;  // ms
-// After bytes that nobody asked for, the line has to be quiet before the next request.
-constexpr int kQuiet = 160;  // ms
 constexpr int kTick = 20;
+// After bytes that nobody asked for, the next request waits.
+constexpr int kQuiet = kQuietAt9600 + kTick;
 
 boiler::Fault FaultOf(const std::string& name) { return boiler::ParseFaultPlan(name).fault; }
 
@@ -301,6 +301,7 @@ void PolledFaultRun::ExpectShare(const FaultOfRun& fault, double rate) const {
   using enum boiler::FaultKind;
   const boiler::Fault& kind = FaultOf(fault.name);
   const FaultCounts& counts = judge.counts;
+  EXPECT_GT(counts.writes, 0) << judge.Text();
   int hits = counts.struck;
   int tries = counts.exchanges;
   if (StrikesWritesOnly(fault)) tries = counts.writes;

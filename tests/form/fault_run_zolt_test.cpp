@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "form/fault_run_polled.h"
-#include "protocols/zolt_protocol.h"
+#include "form/locations.h"
 #include "simulator/bytes.h"
 #include "simulator/crc.h"
 
@@ -13,37 +13,17 @@ namespace {
 constexpr std::size_t kFrame = 16;
 constexpr int kSetpoint = 5;  // the Location of the boiler's set point
 
-Location Memory(const std::string& slave, Location location) {
-  location.LocSlaveAddress = slave;
-  return location;
-}
-
-Location Id(const std::string& address, const std::string& slave, int data_class = 1) {
-  Location location;
-  location.Address = address;
-  location.LocSlaveAddress = slave;
-  location.Class = static_cast<std::uint8_t>(data_class);
-  return location;
-}
-
-Location Setpoint() {
-  Location location = Id("056D", "3", 5);
-  location.SelectByte = kMsb;
-  location.StorageType = kUnsignedByte;
-  return location;
-}
-
 const std::vector<Location>& Locations() {
   static const std::vector<Location> locations = {
-      Id("003D", "0"),
-      Memory("0", ByteAt("F400")),
-      Memory("3", WordAt("F402")),
-      Id("14D9", "3"),
-      Setpoint(),
-      Memory("3", ByteAt("F405")),
-      Id("0BAD", "0"),
-      Id("14D9", "0"),
-      Memory("0", WordAt("F410")),
+      IdAt("003D", "0"),
+      OfSlave("0", ByteAt("F400")),
+      OfSlave("3", WordAt("F402")),
+      IdAt("14D9", "3"),
+      Selected(kMsb, IdAt("056D", "3", 5)),
+      OfSlave("3", ByteAt("F405")),
+      IdAt("0BAD", "0"),
+      IdAt("14D9", "0"),
+      OfSlave("0", WordAt("F410")),
   };
   return locations;
 }
@@ -134,37 +114,28 @@ class ZoltFaultRun : public PolledFaultRun {
     return states;
   }
 
+  // The user does not write between the halves of a word.
+  bool MayWrite() const override {
+    const frm_Main& main = monitor.main;
+    return PolledFaultRun::MayWrite() && !(main.write_message && main.SendSecondByte);
+  }
+
   void WriteSomething(std::size_t turn) override {
     const int number = static_cast<int>(turn);
     switch (write_turn_++ % 3) {
       case 0:
-        return WriteZolt(2, boiler::HexDigits(number % 256, 2));
+        return Write(2, boiler::HexDigits(number % 256, 2));
       case 1:
-        return WriteZolt(3, boiler::HexDigits(0x2000 + number % 0x1000, 4));
+        return Write(3, boiler::HexDigits(0x2000 + number % 0x1000, 4));
       default:
         if (monitor.main.Locations[kSetpoint].ScanFlags == kScanningDisabled) {
-          return WriteZolt(6, boiler::HexDigits(number % 256, 2));
+          return Write(6, boiler::HexDigits(number % 256, 2));
         }
-        return WriteZolt(kSetpoint, boiler::HexDigits(30 + number % 50, 2));
+        return Write(kSetpoint, boiler::HexDigits(30 + number % 50, 2));
     }
   }
 
  private:
-  // What the dialog of a write does once the user has given it the value.
-  void WriteZolt(int index, std::string value) {
-    frm_Main& main = monitor.main;
-    main.Comm_Timer->SetEnabled(false);
-    main.SecondByteIndex = index;
-    if (At(index).Specification == 0 && value.size() == 4) {
-      main.SecondByteValue = value.substr(0, 2);
-      main.SendSecondByte = true;
-    }
-    main.message_received = false;
-    ZoltProtocol().SendWrite(monitor.run, index, value);
-    main.Comm_Timer->SetEnabled(true);
-    main.tmr_noresponse->SetEnabled(true);
-  }
-
   int write_turn_ = 0;
 };
 

@@ -117,8 +117,9 @@ TEST_F(HistoryTest, AFreeEntryThatMovesDownStaysDisabled) {
 }
 
 TEST_F(HistoryTest, AFreeEntryOpensNothing) {
+  const int before = world.faults().CountOf("Files.ReadWhole");
   main().M_fileHist(0).Press();
-  EXPECT_EQ(world.faults().CountOf("Files.ReadWhole"), 0);
+  EXPECT_EQ(world.faults().CountOf("Files.ReadWhole"), before);
 }
 
 TEST_F(HistoryTest, AnEntryOpensItsScreenAndMovesToTheTop) {

@@ -1,36 +1,40 @@
-// A log that cannot be written any more: told once by name and reason, whole up to its last row,
-// and the run goes on.
+// A log that cannot be written any more, under each protocol: told once by name and reason, whole
+// up to its last row, and the run goes on.
 
 #include <gtest/gtest.h>
 
-#include "form/log_fixture.h"
+#include "form/log_boiler_fixture.h"
 
 namespace tarnlink {
 namespace {
 
 using namespace std::chrono_literals;
 
-class LogFailure : public LogTest {
+class LogFailure : public TwoLogged {
  protected:
+  // One row is whole and the next has begun.
   void RunTwo() {
-    Screen({Logged(ByteAt("0001")), Logged(ByteAt("0002"))});
-    SlaveHolds({{"0001", "A1"}, {"0002", "A2"}});
+    BoilerHolds(0xA1, 0xA2);
     StartLog();
-    Advance(45);
+    FinishRow();
   }
 
   void FillDisk(std::size_t left) { world.disk().SetFreeSpace(left); }
 
   void ExpectRunGoesOn() {
     EXPECT_EQ(Panel(4), "Communication Running");
-    SlaveHolds({{"0001", "B1"}, {"0002", "B2"}});
+    BoilerHolds(0xB1, 0xB2);
     Advance(100);
     EXPECT_EQ(Value(1), "B1");
     EXPECT_EQ(Value(2), "B2");
   }
 };
 
-TEST_F(LogFailure, AFullDiskIsToldOnceAndTheRunGoesOn) {
+INSTANTIATE_TEST_SUITE_P(Protocols, LogFailure,
+                         ::testing::Values(kTarnlinkBoiler, kZoltBoiler, kModbusBoiler),
+                         NameOfProtocol);
+
+TEST_P(LogFailure, AFullDiskIsToldOnceAndTheRunGoesOn) {
   RunTwo();
   FillDisk(5);
   ExpectLogFailure(kDiskFull);
@@ -40,7 +44,7 @@ TEST_F(LogFailure, AFullDiskIsToldOnceAndTheRunGoesOn) {
   ExpectRunGoesOn();
 }
 
-TEST_F(LogFailure, NamesTheReason) {
+TEST_P(LogFailure, NamesTheReason) {
   RunTwo();
   FillDisk(0);
   world.dialogs().ExpectMessageBox(
@@ -52,15 +56,25 @@ TEST_F(LogFailure, NamesTheReason) {
   Advance(1000);
 }
 
-// At every piece of a row, and under every protocol the same.
-TEST_F(LogFailure, AtWhicheverPieceItHappens) {
+TEST_P(LogFailure, ARemovedStickIsToldByNameAndReason) {
+  RunTwo();
+  world.faults().Break("Rows.Append", 1, RunTimeError(kDeviceIo, "The stick is gone."));
+  world.dialogs().ExpectMessageBox(
+      {.text = "Internal System Error # 57 occured, please contact distributor.\r\n"
+               "During writing log file /home/user/Documents/run.log",
+       .title = "Internal System Error",
+       .icon = Icon::kCritical,
+       .detail = "The stick is gone."});
+  Advance(1000);
+  EXPECT_FALSE(monitor.main.filelogging);
+  ExpectRunGoesOn();
+}
+
+TEST_P(LogFailure, AtWhicheverPieceItHappens) {
   constexpr int kPiecesOfARow = 6;
-  Screen({Logged(ByteAt("0001")), Logged(ByteAt("0002"))});
   for (int piece = 1; piece <= kPiecesOfARow; ++piece) {
     SCOPED_TRACE(piece);
-    SlaveHolds({{"0001", "A1"}, {"0002", "A2"}});
-    StartLog();
-    Advance(45);
+    RunTwo();
     world.faults().Break("Rows.Append", piece, RunTimeError(kDeviceIo, "The stick is gone."));
     ExpectLogFailure(kDeviceIo);
     Advance(1000);
@@ -70,11 +84,11 @@ TEST_F(LogFailure, AtWhicheverPieceItHappens) {
   }
 }
 
-TEST_F(LogFailure, TheRunDoesNotWaitForTheUser) {
+TEST_P(LogFailure, TheRunDoesNotWaitForTheUser) {
   RunTwo();
   FillDisk(0);
   ExpectLogFailure(kDiskFull).While([this] {
-    SlaveHolds({{"0001", "C1"}, {"0002", "C2"}});
+    BoilerHolds(0xC1, 0xC2);
     Advance(60'000);
     EXPECT_EQ(Value(1), "C1");
     EXPECT_EQ(Value(2), "C2");
@@ -84,18 +98,17 @@ TEST_F(LogFailure, TheRunDoesNotWaitForTheUser) {
   ExpectRunGoesOn();
 }
 
-TEST_F(LogFailure, IsToldAlsoWhenTheRunEndsWithIt) {
+TEST_P(LogFailure, IsToldAlsoWhenTheRunEndsWithIt) {
   RunTwo();
   FillDisk(0);
-  Advance(15);
-  EXPECT_FALSE(monitor.main.filelogging);
+  EXPECT_TRUE(world.RunUntil([this] { return !monitor.main.filelogging; }, 1s));
   Stop();
   ExpectLogFailure(kDiskFull);
   Advance(10);
   EXPECT_EQ(State(), "Stopped, port closed, no timers");
 }
 
-TEST_F(LogFailure, TheNextStartLogsAgain) {
+TEST_P(LogFailure, TheNextStartLogsAgain) {
   RunTwo();
   FillDisk(0);
   ExpectLogFailure(kDiskFull);
@@ -103,12 +116,12 @@ TEST_F(LogFailure, TheNextStartLogsAgain) {
   Stop();
   FillDisk(10'000);
   StartLog();
-  Advance(25);
-  EXPECT_EQ(Rows(), "14:07:10|A1");
+  FinishRow();
+  EXPECT_EQ(Rows(), "14:07:10|A1|A2\n14:07:10");
   EXPECT_TRUE(monitor.main.filelogging);
 }
 
-TEST_F(LogFailure, ASecondLogThatFailsWhileTheFirstIsBeingToldIsToldToo) {
+TEST_P(LogFailure, ASecondLogThatFailsWhileTheFirstIsBeingToldIsToldToo) {
   RunTwo();
   FillDisk(0);
   ExpectLogFailure(kDiskFull).While([this] {

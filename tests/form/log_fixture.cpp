@@ -22,10 +22,10 @@ std::string ReadableLog(const std::string& bytes) {
   return text;
 }
 
-std::vector<std::string> FieldsOf(const std::string& row) {
+std::vector<std::string> FieldsOf(const std::string& row, char mark) {
   std::vector<std::string> fields{""};
   for (const char letter : row) {
-    if (letter == '\t') {
+    if (letter == mark) {
       fields.emplace_back();
     } else {
       fields.back() += letter;

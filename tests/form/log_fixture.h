@@ -20,8 +20,8 @@ Location Logged(Location location);
 // Tabs as "|", line ends as "\n"; a line end of another kind is told.
 std::string ReadableLog(const std::string& bytes);
 
-// The fields of a row, split at its tabs.
-std::vector<std::string> FieldsOf(const std::string& row);
+// The fields of a row, split at its tabs or another mark.
+std::vector<std::string> FieldsOf(const std::string& row, char mark = '\t');
 
 class LogTest : public MonitorTest {
  protected:

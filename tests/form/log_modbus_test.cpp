@@ -5,6 +5,7 @@
 #include "common/numbers.h"
 #include "common/text.h"
 #include "form/boiler_on_line.h"
+#include "form/locations.h"
 #include "form/log_fixture.h"
 
 namespace tarnlink {
@@ -13,26 +14,7 @@ namespace {
 constexpr int kFreeRegisters = 0x200;
 constexpr int kFreeRam = 0xF400;
 
-Location Register(int number, const std::string& slave = "1") {
-  Location location;
-  location.Address = Stuff(Hex(static_cast<std::int16_t>(number)), 4);
-  location.Alias = "r" + location.Address;
-  location.LocSlaveAddress = slave;
-  location.FunctionCode = "&H03";
-  return Logged(location);
-}
-
-Location Follower(int number) {
-  Location location = Register(number);
-  location.RegisterFollower = true;
-  return location;
-}
-
-Location Head(int number, int count) {
-  Location location = Register(number);
-  location.NumReg = static_cast<std::int16_t>(count);
-  return location;
-}
+Location Register(int number) { return Logged(RegisterAt(Stuff(Hex(number), 4))); }
 
 Location Unlogged(Location location) {
   location.LogEnable = 0;
@@ -56,17 +38,17 @@ class LogModbus : public LogTest {
 };
 
 TEST_F(LogModbus, EveryRegisterOfABlockHasItsOwnField) {
-  Screen({Register(kFreeRegisters), Head(0x201, 3), Follower(0x202), Follower(0x203),
-          Register(0x204)});
+  Screen({Register(kFreeRegisters), HeadOf(3, Register(0x201)), Follower(Register(0x202)),
+          Follower(Register(0x203)), Register(0x204)});
   StartLog();
   Advance(79);
   EXPECT_EQ(Text(),
-            "5-Mar-2024|\n||r0200(0200)|r0201(0201)|r0202(0202)|r0203(0203)|r0204(0204)\n"
+            "5-Mar-2024|\n||at 0200(0200)|at 0201(0201)|at 0202(0202)|at 0203(0203)|at 0204(0204)\n"
             "14:07:09|1000|1001|1002|1003|1004\n14:07:09");
 }
 
 TEST_F(LogModbus, ABlockAtTheEndEndsTheRow) {
-  Screen({Register(0x200), Head(0x201, 2), Follower(0x202)});
+  Screen({Register(0x200), HeadOf(2, Register(0x201)), Follower(Register(0x202))});
   StartLog();
   Advance(79);
   EXPECT_EQ(Rows(), "14:07:09|1000|1001|1002\n14:07:09|1000");
@@ -75,14 +57,15 @@ TEST_F(LogModbus, ABlockAtTheEndEndsTheRow) {
 }
 
 TEST_F(LogModbus, OfABlockOnlyTheLoggedRegistersHaveAField) {
-  Screen({Unlogged(Head(0x200, 3)), Unlogged(Follower(0x201)), Follower(0x202), Register(0x203)});
+  Screen({Unlogged(HeadOf(3, Register(0x200))), Unlogged(Follower(Register(0x201))),
+          Follower(Register(0x202)), Register(0x203)});
   StartLog();
   Advance(59);
   EXPECT_EQ(Rows(), "14:07:09|1002|1003\n14:07:09");
 }
 
 TEST_F(LogModbus, ABlockThatIsRefusedLeavesAllItsFieldsEmpty) {
-  Screen({Head(0x400, 2), Follower(0x401), Register(0x200)});
+  Screen({HeadOf(2, Register(0x400)), Follower(Register(0x401)), Register(0x200)});
   StartLog();
   Advance(99);
   EXPECT_EQ(Panel(6), "Exception code:2");
@@ -90,7 +73,7 @@ TEST_F(LogModbus, ABlockThatIsRefusedLeavesAllItsFieldsEmpty) {
 }
 
 TEST_F(LogModbus, ASilentSlaveLeavesTheFieldsOfItsBlockEmpty) {
-  Screen({Register(0x200), Head(0x201, 2), Follower(0x202), Register(0x203)});
+  Screen({Register(0x200), HeadOf(2, Register(0x201)), Follower(Register(0x202)), Register(0x203)});
   monitor.main.Locations[2].LocSlaveAddress = "9";
   StartLog();
   Advance(3079);
@@ -117,7 +100,8 @@ TEST_F(LogModbus, WhatIsNotScannedLeavesItsFieldEmpty) {
 }
 
 TEST_F(LogModbus, ADeletedFollowerLeavesItsFieldEmpty) {
-  Screen({Head(0x200, 3), Follower(0x201), Follower(0x202), Register(0x203)});
+  Screen({HeadOf(3, Register(0x200)), Follower(Register(0x201)), Follower(Register(0x202)),
+          Register(0x203)});
   StartLog();
   Advance(59);
   Delete(2);
@@ -126,7 +110,7 @@ TEST_F(LogModbus, ADeletedFollowerLeavesItsFieldEmpty) {
 }
 
 TEST_F(LogModbus, ADeletedHeadLeavesTheFieldsOfItsBlockEmpty) {
-  Screen({Head(0x200, 2), Follower(0x201), Register(0x203)});
+  Screen({HeadOf(2, Register(0x200)), Follower(Register(0x201)), Register(0x203)});
   StartLog();
   Advance(59);
   Delete(1);
@@ -137,7 +121,7 @@ TEST_F(LogModbus, ADeletedHeadLeavesTheFieldsOfItsBlockEmpty) {
 // The scan's pointer goes back to the beginning in the middle of such a block, whose last values
 // then stand in the first boxes until these are read themselves.
 TEST_F(LogModbus, ABlockBeyondTheLastLocationFillsNobodyElsesField) {
-  Screen({Register(0x207), Register(0x206), Head(0x200, 3)});
+  Screen({Register(0x207), Register(0x206), HeadOf(3, Register(0x200))});
   StartLog();
   Advance(159);
   EXPECT_EQ(Rows().substr(0, 56), "14:07:09|1007|1006|1000\n14:07:09|1007|1006|1000\n14:07:09")
@@ -145,10 +129,10 @@ TEST_F(LogModbus, ABlockBeyondTheLastLocationFillsNobodyElsesField) {
 }
 
 TEST_F(LogModbus, TheRowsOfABlockOfOneHundredAndTwentyRegistersAreWhole) {
-  std::vector<Location> locations{Head(0x200, 120)};
+  std::vector<Location> locations{HeadOf(120, Register(0x200))};
   std::string expected = "14:07:09";
   for (int i = 0; i < 120; ++i) {
-    if (i > 0) locations.push_back(Follower(0x200 + i));
+    if (i > 0) locations.push_back(Follower(Register(0x200 + i)));
     boiler.controller().WriteWord(static_cast<std::uint16_t>(kFreeRam + 2 * i),
                                   static_cast<std::uint16_t>(0x3000 + i));
     expected += "|" + Stuff(Hex(static_cast<std::int16_t>(0x3000 + i)), 4);

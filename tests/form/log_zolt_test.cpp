@@ -4,23 +4,11 @@
 #include <gtest/gtest.h>
 
 #include "form/boiler_on_line.h"
+#include "form/locations.h"
 #include "form/log_fixture.h"
-#include "protocols/zolt_protocol.h"
 
 namespace tarnlink {
 namespace {
-
-Location IdAt(const std::string& address, const std::string& slave = "0") {
-  Location location;
-  location.Address = address;
-  location.LocSlaveAddress = slave;
-  return location;
-}
-
-Location Flagged(int scan_flags, Location location) {
-  location.ScanFlags = static_cast<std::uint8_t>(scan_flags);
-  return location;
-}
 
 class LogZolt : public LogTest {
  protected:
@@ -30,12 +18,6 @@ class LogZolt : public LogTest {
       boiler.controller().WriteByte(static_cast<std::uint16_t>(0xF401 + i),
                                     static_cast<std::uint8_t>(0xA1 + i));
     }
-  }
-
-  void WriteByte(int index, std::string value) {
-    monitor.main.message_received = false;
-    ZoltProtocol().SendWrite(monitor.run, index, value);
-    monitor.main.tmr_noresponse->SetEnabled(true);
   }
 
   BoilerOnLine boiler{
@@ -153,7 +135,7 @@ TEST_F(LogZolt, AWrittenLocationIsReadBackIntoItsField) {
   Screen({Logged(ByteAt("F401")), Logged(ByteAt("F402")), Logged(ByteAt("F403"))});
   StartLog();
   Advance(30);
-  WriteByte(3, "77");
+  Write(3, "77");
   Advance(60);
   EXPECT_EQ(Rows().substr(0, 25), "14:07:09|A1||77\n14:07:09|") << Rows();
 }
@@ -162,7 +144,7 @@ TEST_F(LogZolt, AWriteFurtherBackDoesNotFillAFieldTwice) {
   Screen({Logged(ByteAt("F401")), Logged(ByteAt("F402")), Logged(ByteAt("F403"))});
   StartLog();
   Advance(50);
-  WriteByte(1, "77");
+  Write(1, "77");
   Advance(90);
   EXPECT_EQ(Rows().substr(0, 27), "14:07:09|A1|A2|A3\n14:07:09|") << Rows();
   Advance(100);

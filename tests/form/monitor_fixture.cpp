@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <utility>
 
+#include "form/user_writes.h"
 #include "monitor/screen_builder.h"
 #include "monitor/setting_keys.h"
-#include "protocols/tarnlink_protocol.h"
 
 namespace tarnlink {
 namespace {
@@ -110,15 +110,18 @@ void MonitorTest::Delete(int index) {
   --monitor.main.LocationCount;
 }
 
-void MonitorTest::Write(int index, std::string value) {
-  frm_Main& main = monitor.main;
-  main.Comm_Timer->SetEnabled(false);
-  main.tmr_MsgTimeout->SetEnabled(false);
-  main.message_received = false;
-  std::string sent = value;
-  TarnlinkProtocol().SendWrite(monitor.run, index, sent);
-  main.Comm_Timer->SetEnabled(true);
-  main.tmr_noresponse->SetEnabled(true);
+void MonitorTest::Write(int index, const std::string& text) {
+  TypeAndWrite(monitor, index, kHexadecimal, text);
+}
+
+void MonitorTest::WriteDecimal(int index, const std::string& text) {
+  TypeAndWrite(monitor, index, kDecimal, text);
+}
+
+void MonitorTest::WriteBit(int index, bool value) { ChooseAndWriteBit(monitor, index, value); }
+
+void MonitorTest::WriteBlock(int index, const std::vector<int>& registers) {
+  TypeAndWriteBlock(monitor, index, registers);
 }
 
 void MonitorTest::Answer(std::string_view bytes) {

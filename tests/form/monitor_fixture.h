@@ -65,6 +65,10 @@ class NotingRecorder final : public RunRecorder {
   std::string notes_;
 };
 
+// How long the line has to be quiet after bytes that nobody asked for: 32 bytes of 12 bits at 9600
+// baud, which are 40 ms, and 100 ms for the slave to think.
+inline constexpr int kQuietAt9600 = 140;  // ms
+
 class MonitorTest : public ::testing::Test {
  protected:
   // The program has started with an empty screen: TarnLink protocol, 9600,N,8,1 on COM1, time-out
@@ -80,8 +84,11 @@ class MonitorTest : public ::testing::Test {
   void Start() { monitor.main.Toolbar1(2).Press(); }
   void Stop() { monitor.main.Toolbar1(3).Press(); }
   void ChooseProtocol(int index) { monitor.options.opt_Protocol.Choose(index); }
-  // What the dialog of a write does once the user has given it the value: hexadecimal text.
-  void Write(int index, std::string value);
+  // The whole way of a write: double click, hexadecimal or decimal text, "Write Ok".
+  void Write(int index, const std::string& text);
+  void WriteDecimal(int index, const std::string& text);
+  void WriteBit(int index, bool value);
+  void WriteBlock(int index, const std::vector<int>& registers);
   void SetTimeout(int seconds) { monitor.options.sld_MsgTimeout.SetValue(seconds); }
 
   // --- Time and the other end of the line ---

@@ -13,7 +13,6 @@ class DroppingAFile : public DeskTest {
  protected:
   DroppingAFile() {
     StartProgram();
-    main().LoadClass7 = [this](const std::string& file) { read += "map " + file + "\n"; };
     main().ReadIDItems = [this](const std::string& file) { read += "ids " + file + "\n"; };
   }
 
@@ -82,19 +81,25 @@ TEST_F(DroppingAFile, ScreensParametersAndGraphsMayBeMany) {
 TEST_F(DroppingAFile, AFileOfTheProjectIsNotAddedAgain) {
   Drop("/jobs/a.wcr");
   main().ProjectChanged = false;
+  ExpectBox("\"a.wcr\" stands in the project already.", "TarnLink");
   Drop("/jobs/a.wcr");
   EXPECT_EQ(Files(), "wcr: /jobs/a.wcr\n");
   EXPECT_FALSE(main().ProjectChanged);
 }
 
 TEST_F(DroppingAFile, AMemoryMapIsReadAtOnce) {
-  for (const std::string path : {"/jobs/a.lst", "/jobs/A.MAP"}) {
+  world.disk().Put("/jobs/a.lst", "DATA\r\n           flow                    FE20\r\n");
+  world.disk().Put("/jobs/a.map", "__cpu_name = ATmega64\nENTRY LIST\nflow DATA 000060\n");
+  Location variable;
+  variable.ActualVariable = "flow";
+  for (const std::string path : {"/jobs/a.lst", "/jobs/a.map"}) {
     main().trvProject.InitNewProjectTree();
-    read.clear();
+    main().MicroType = kAtmegaMap;
     Drop(path);
     EXPECT_EQ(Files(), "lst: " + path + "\n");
-    EXPECT_EQ(read, "map " + path + "\n");
     EXPECT_TRUE(main().ProjectChanged);
+    EXPECT_NE(program().map.AddressOf(variable), "") << path;
+    EXPECT_EQ(main().MicroType, path.ends_with("lst") ? kNecListing : kAtmegaMap);
   }
 }
 
@@ -139,11 +144,18 @@ TEST_F(DroppingAFile, OfAnotherTypeIsRefused) {
   EXPECT_FALSE(main().ProjectChanged);
 }
 
-TEST_F(DroppingAFile, AProjectIsNotOpenedYet) {
+TEST_F(DroppingAFile, AProjectIsOpenedInPlaceOfTheOldOne) {
+  world.disk().Put("/jobs/job.prj", "\"p\"\r\n\"wcr\"\r\n\"/jobs/b.wcr\"\r\n");
   Drop("/jobs/a.wcr");
-  ExpectBox("This version cannot open projects yet.", "TarnLink");
+  world.dialogs()
+      .ExpectMessageBox({.text = "Project has changed. Save Project ?",
+                         .title = "Project Changed",
+                         .buttons = Buttons::kOkCancel})
+      .Press(Answer::kCancel);
   Drop("/jobs/job.prj");
-  EXPECT_EQ(Files(), "wcr: /jobs/a.wcr\n");
+  EXPECT_EQ(Files(), "wcr: /jobs/b.wcr\n");
+  EXPECT_EQ(main().trvProject.RootText(), "job.prj");
+  EXPECT_FALSE(main().ProjectChanged);
 }
 
 TEST_F(DroppingAFile, LeavesTheScreenAsItIs) {

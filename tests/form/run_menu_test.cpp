@@ -112,6 +112,7 @@ TEST_F(RunMenu, NothingElseIsTouched) {
     }
     return std::string("all enabled");
   };
+  main.Toolbar1(6).Enabled = true;  // as with a memory map
   Screen({ByteAt("01A0")});
   Start();
   EXPECT_EQ(all_enabled(), "all enabled");

@@ -5,10 +5,10 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "form/boiler_frames.h"
 #include "form/boiler_on_line.h"
+#include "form/locations.h"
 #include "form/monitor_fixture.h"
-#include "protocols/modbus_frame.h"
-#include "protocols/modbus_protocol.h"
 
 namespace tarnlink {
 namespace {
@@ -16,38 +16,11 @@ namespace {
 constexpr int k1200 = 0;  // indices of opt_Baudrate
 constexpr int k9600 = 3;
 
-// How long the line has to be quiet after an answer that is none: 32 bytes of 12 bits and 100 ms,
-// in ticks.
-constexpr int kQuiet = 140;        // ms, at 9600 baud
-constexpr int kQuietAt1200 = 420;  // ms
+constexpr int kQuietAt1200 = 420;  // ms, as kQuietAt9600
 
 // Registers from 0200 on are free RAM, a word each from here on.
 constexpr int kFreeRegisters = 0x200;
 constexpr int kFreeRam = 0xF400;
-
-Location Register(const std::string& address, const std::string& slave = "1") {
-  Location location;
-  location.Address = address;
-  location.Alias = "at " + address;
-  location.LocSlaveAddress = slave;
-  location.FunctionCode = "&H03";
-  return location;
-}
-
-// `count` Locations of which the first reads all.
-std::vector<Location> Block(int first, int count) {
-  std::vector<Location> locations;
-  for (int i = 0; i < count; ++i) {
-    locations.push_back(Register(Stuff(Hex(first + i), 4)));
-    locations.back().RegisterFollower = i > 0;
-  }
-  locations.front().NumReg = static_cast<std::int16_t>(count);
-  return locations;
-}
-
-std::string Framed(std::string_view hexadecimal) {
-  return modbus_frame::FinishFrame(Bytes(hexadecimal));
-}
 
 boiler::SimulatedBoiler::Options ModbusBoiler(int baud = 0) {
   return {.protocol = "modbus",
@@ -63,16 +36,6 @@ class RunModbus : public MonitorTest {
   }
 
   void ChooseSpeed(int index) { monitor.options.opt_Baudrate.Select(index); }
-
-  // What the dialog of a write does once the user has given it the value.
-  void WriteRegister(int index, std::uint8_t function, std::string value) {
-    frm_Main& main = monitor.main;
-    main.Comm_Timer->SetEnabled(false);
-    main.message_received = false;
-    main.Function_code = function;
-    ModbusProtocol().SendWrite(monitor.run, index, value);
-    main.tmr_noresponse->SetEnabled(true);
-  }
 
   const std::string waiting = "Waiting, port open, timers Comm_Timer tmr_noresponse";
 };
@@ -90,7 +53,7 @@ class RunModbusBoiler : public RunModbus {
 };
 
 TEST_F(RunModbusBoiler, RegistersAreReadOneAfterTheOther) {
-  Screen({Register("0200"), Register("0201")});
+  Screen({RegisterAt("0200"), RegisterAt("0201")});
   FreeRegister(0x200, 0x1234);
   FreeRegister(0x201, 0xABCD);
   Start();
@@ -109,7 +72,7 @@ TEST_F(RunModbusBoiler, RegistersAreReadOneAfterTheOther) {
 }
 
 TEST_F(RunModbusBoiler, WhatTheBoilerChangesIsShownInTheNextRound) {
-  Screen({Register("0200")});
+  Screen({RegisterAt("0200")});
   Start();
   Advance(40);
   EXPECT_EQ(Value(1), "0000");
@@ -119,8 +82,8 @@ TEST_F(RunModbusBoiler, WhatTheBoilerChangesIsShownInTheNextRound) {
 }
 
 TEST_F(RunModbusBoiler, ABlockIsOneRequestForAllItsLocations) {
-  std::vector<Location> locations = Block(0x200, 3);
-  locations.push_back(Register("0203"));
+  std::vector<Location> locations = BlockAt(0x200, 3);
+  locations.push_back(RegisterAt("0203"));
   Screen(locations);
   for (int i = 0; i < 4; ++i) FreeRegister(0x200 + i, static_cast<std::uint16_t>(0x1000 + i));
   Start();
@@ -138,7 +101,7 @@ TEST_F(RunModbusBoiler, ABlockIsOneRequestForAllItsLocations) {
 TEST_F(RunModbusBoiler, TheLogGetsOneRequestAndEveryValueOfABlock) {
   Record();
   monitor.options.chk_GeneralLogging(0).Value = true;
-  Screen(Block(0x200, 2));
+  Screen(BlockAt(0x200, 2));
   FreeRegister(0x200, 0x000A);
   FreeRegister(0x201, 0x000B);
   Start();
@@ -154,7 +117,7 @@ TEST_F(RunModbusBoiler, TheLogGetsOneRequestAndEveryValueOfABlock) {
 
 TEST_F(RunModbusBoiler, EverySlaveOfTheScreenIsAskedByItsAddress) {
   SetTimeout(1);
-  Screen({Register("0200"), Register("0201", "0A"), Register("0202", "3")});
+  Screen({RegisterAt("0200"), RegisterAt("0201", "0A"), RegisterAt("0202", "3")});
   for (int i = 0; i < 3; ++i) FreeRegister(0x200 + i, static_cast<std::uint16_t>(i + 1));
   Start();
   Advance(60);
@@ -170,7 +133,7 @@ TEST_F(RunModbusBoiler, EverySlaveOfTheScreenIsAskedByItsAddress) {
 }
 
 TEST_F(RunModbusBoiler, ARefusedRegisterIsToldKeepsItsValueAndTheOthersGoOn) {
-  Screen({Register("0400"), Register("0201")});
+  Screen({RegisterAt("0400"), RegisterAt("0201")});
   FreeRegister(0x201, 0xABCD);
   Start();
   Advance(59);
@@ -187,14 +150,14 @@ TEST_F(RunModbusBoiler, ARefusedRegisterIsToldKeepsItsValueAndTheOthersGoOn) {
 }
 
 TEST_F(RunModbusBoiler, AnAnswerWithAWrongCheckIsNotShownAndTheOthersGoOn) {
-  Screen({Register("0200"), Register("0201")});
+  Screen({RegisterAt("0200"), RegisterAt("0201")});
   FreeRegister(0x200, 0x1234);
   FreeRegister(0x201, 0xABCD);
   boiler.line().AddFault("check_wrong#1");
   Start();
   Advance(60);
   EXPECT_EQ(Sent(), "20 ms: 01 03 02 00 00 01 85 B2\n");
-  Advance(kQuiet - 20);
+  Advance(kQuietAt9600 - 20);
   EXPECT_EQ(Value(1), "Value 1");
   EXPECT_EQ(Value(2), "ABCD");
   Advance(20);
@@ -203,7 +166,7 @@ TEST_F(RunModbusBoiler, AnAnswerWithAWrongCheckIsNotShownAndTheOthersGoOn) {
 
 TEST_F(RunModbusBoiler, ASilentSlaveIsPassedOverByTheWatchdogWithoutAWord) {
   SetTimeout(1);
-  Screen({Register("0200", "3"), Register("0201"), Register("0202")});
+  Screen({RegisterAt("0200", "3"), RegisterAt("0201"), RegisterAt("0202")});
   FreeRegister(0x201, 0xABCD);
   boiler.line().AddFault("no_reply#1");
   Start();
@@ -225,11 +188,11 @@ TEST_F(RunModbusBoiler, ASilentSlaveIsPassedOverByTheWatchdogWithoutAWord) {
 }
 
 TEST_F(RunModbusBoiler, AWrittenRegisterIsReadBackNext) {
-  Screen({Register("0200"), Register("0201")});
+  Screen({RegisterAt("0200"), RegisterAt("0201")});
   Start();
   Advance(39);
   Sent();
-  WriteRegister(1, 6, "1234");
+  Write(1, "1234");
   Advance(16);
   EXPECT_EQ(Value(1), "-");
   Advance(40);
@@ -241,11 +204,10 @@ TEST_F(RunModbusBoiler, AWrittenRegisterIsReadBackNext) {
 }
 
 TEST_F(RunModbusBoiler, WrittenRegistersAreAllShownOnceTheyAreReadBack) {
-  Screen(Block(0x200, 2));
+  Screen(BlockAt(0x200, 2));
   Start();
   Advance(39);
-  monitor.main.StoredRegisters = {"000A", "0102"};
-  WriteRegister(1, 16, "");
+  WriteBlock(1, {0x000A, 0x0102});
   Advance(16);
   EXPECT_EQ(Value(1), "-");
   EXPECT_EQ(Value(2), "-");
@@ -258,7 +220,7 @@ TEST_F(RunModbusBoiler, WrittenRegistersAreAllShownOnceTheyAreReadBack) {
 
 TEST_F(RunModbus, AResponseIsTakenAfterThePauseOfTheSpeed) {
   const int pauses[] = {80, 40, 20, 10, 5, 1};
-  Screen({Register("0010")});
+  Screen({RegisterAt("0010")});
   for (int index = 0; index < 6; ++index) {
     ChooseSpeed(index);
     Start();
@@ -275,7 +237,7 @@ TEST_F(RunModbus, AResponseIsTakenAfterThePauseOfTheSpeed) {
 }
 
 TEST_F(RunModbus, WithoutASpeedTheFastestIsChosenByTheFirstResponse) {
-  Screen({Register("0010")});
+  Screen({RegisterAt("0010")});
   monitor.options.opt_Baudrate.Clear();
   Start();
   Advance(20);
@@ -288,7 +250,7 @@ TEST_F(RunModbus, WithoutASpeedTheFastestIsChosenByTheFirstResponse) {
 }
 
 TEST_F(RunModbus, FourBytesAreNoResponseYet) {
-  Screen({Register("0010")});
+  Screen({RegisterAt("0010")});
   Start();
   Advance(20);
   const std::string whole = Framed("01 03 02 12 34");
@@ -302,7 +264,7 @@ TEST_F(RunModbus, FourBytesAreNoResponseYet) {
 
 TEST_F(RunModbus, TheRestOfAResponseMayComeDuringThePause) {
   ChooseSpeed(k1200);
-  Screen({Register("0010")});
+  Screen({RegisterAt("0010")});
   Start();
   Advance(20);
   const std::string whole = Framed("01 03 02 12 34");
@@ -314,7 +276,7 @@ TEST_F(RunModbus, TheRestOfAResponseMayComeDuringThePause) {
 
 TEST_F(RunModbus, AnExceptionIsTakenOnceTheLineIsQuietSinceMoreWasAskedFor) {
   const int quiet[] = {80, 40, 20, 20, 20, 20};
-  Screen(Block(0x10, 3));
+  Screen(BlockAt(0x10, 3));
   for (int index = 0; index < 6; ++index) {
     ChooseSpeed(index);
     Start();
@@ -330,7 +292,7 @@ TEST_F(RunModbus, AnExceptionIsTakenOnceTheLineIsQuietSinceMoreWasAskedFor) {
 
 TEST_F(RunModbus, HandfulsOfAnAdapterAreOneResponse) {
   const std::string whole = Framed("01 03 06 00 01 00 02 00 03");
-  Screen(Block(0x10, 3));
+  Screen(BlockAt(0x10, 3));
   for (int index = k9600; index < 6; ++index) {
     ChooseSpeed(index);
     Start();
@@ -355,7 +317,7 @@ class RunModbusStray : public RunModbus {
   RunModbusStray() {
     std::vector<Location> locations;
     for (int i = 0; i < 5; ++i) {
-      locations.push_back(Register(Stuff(Hex(kFreeRegisters + i), 4)));
+      locations.push_back(RegisterAt(Stuff(Hex(kFreeRegisters + i), 4)));
       boiler.controller().WriteWord(static_cast<std::uint16_t>(kFreeRam + 2 * i),
                                     static_cast<std::uint16_t>(0x1100 + i));
     }
@@ -392,26 +354,26 @@ TEST_F(RunModbusStray, AnAnswerBehindTheWatchdogLeavesTheOthersInTheirBoxes) {
 
 TEST_F(RunModbus, AWriteDuringThePauseGetsItsOwnAcknowledge) {
   ChooseSpeed(k1200);
-  Screen({Register("0010"), Register("0011")});
+  Screen({RegisterAt("0010"), RegisterAt("0011")});
   Start();
   Advance(20);
   Answer(Framed("01 03 02 12 34"));
   Advance(40);
-  WriteRegister(1, 6, "5678");
+  Write(1, "5678");
   AnswerIn(120, Framed("01 06 00 10 56 78"));
   Advance(119);
   EXPECT_EQ(State(), waiting);
   EXPECT_EQ(Value(1), "Value 1");
   Sent();
-  Advance(81);
+  Advance(81 + kQuietAt1200);
   EXPECT_EQ(Value(1), "-");
-  EXPECT_EQ(Sent(), "260 ms: " + HexText(Framed("01 03 00 10 00 01")) + "\n");
+  EXPECT_EQ(Sent(), "660 ms: " + HexText(Framed("01 03 00 10 00 01")) + "\n");
 }
 
 TEST_F(RunModbus, AnAnswerThatALineErrorDropsEndsItsExchange) {
   monitor.options.chk_DisableCommErrors.Value = true;
   ChooseSpeed(k1200);
-  Screen({Register("0010"), Register("0011")});
+  Screen({RegisterAt("0010"), RegisterAt("0011")});
   Start();
   Advance(20);
   Answer(Framed("01 03 02 12 34"));
@@ -428,7 +390,7 @@ TEST_F(RunModbus, ALongBlockOnASlowLineArrivesWhole) {
   constexpr int kRegisters = 60;
   ChooseSpeed(k1200);
   SetTimeout(1);
-  Screen(Block(kFreeRegisters, kRegisters));
+  Screen(BlockAt(kFreeRegisters, kRegisters));
   BoilerOnLine boiler(world, ModbusBoiler(1200));
   for (int i = 0; i < kRegisters; ++i) {
     boiler.controller().WriteWord(static_cast<std::uint16_t>(kFreeRam + 2 * i),
@@ -446,8 +408,8 @@ TEST_F(RunModbus, ALongBlockOnASlowLineArrivesWhole) {
 
 TEST_F(RunModbus, AResponseThatStopsHalfWayIsTakenAfterOneMorePauseAndThePollGoesOn) {
   ChooseSpeed(k1200);
-  std::vector<Location> locations = Block(0x10, 3);
-  locations.push_back(Register("0020"));
+  std::vector<Location> locations = BlockAt(0x10, 3);
+  locations.push_back(RegisterAt("0020"));
   Screen(locations);
   Start();
   Advance(21);
@@ -471,7 +433,7 @@ TEST_F(RunModbus, AResponseThatStopsHalfWayIsTakenAfterOneMorePauseAndThePollGoe
 
 TEST_F(RunModbus, AResponseThatStopsAtOnceIsTakenAfterOnePause) {
   ChooseSpeed(k1200);
-  Screen(Block(0x10, 3));
+  Screen(BlockAt(0x10, 3));
   Start();
   Advance(21);
   Answer(Framed("01 03 06 00 01 00 02 00 03").substr(0, 6));
@@ -484,7 +446,7 @@ TEST_F(RunModbus, AResponseThatStopsAtOnceIsTakenAfterOnePause) {
 
 TEST_F(RunModbus, StopDuringThePauseLosesTheResponse) {
   ChooseSpeed(k1200);
-  Screen(Block(0x10, 3));
+  Screen(BlockAt(0x10, 3));
   const std::string whole = Framed("01 03 06 00 01 00 02 00 03");
   // In the first pause, and in the one that follows it.
   for (const int stop_after : {40, 120}) {
@@ -504,7 +466,7 @@ TEST_F(RunModbus, StopDuringThePauseLosesTheResponse) {
 
 TEST_F(RunModbus, AStoppedPauseDoesNotReachIntoTheNextRun) {
   ChooseSpeed(k1200);
-  Screen(Block(0x10, 3));
+  Screen(BlockAt(0x10, 3));
   const std::string whole = Framed("01 03 06 00 01 00 02 00 03");
   Start();
   Advance(20);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "form/locations.h"
 #include "form/monitor_fixture.h"
 #include "form/test_protocols.h"
 
@@ -11,13 +12,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using RunProtocols = MonitorTest;
-
-Location IdAt(const std::string& address, std::uint8_t scan_flags = 0) {
-  Location location;
-  location.Address = address;
-  location.ScanFlags = scan_flags;
-  return location;
-}
 
 std::string Asked(const FakeSerialPort& port) {
   std::string text;
@@ -144,7 +138,7 @@ TEST_F(RunProtocols, AFailingResponseRoutineLeavesTheExchangeToTheWatchdog) {
 // --- What is passed over -----------------------------------------------------------------------
 
 TEST_F(RunProtocols, NothingToPollEndsTheRunAtTheFirstTickWithoutAWord) {
-  Screen({IdAt("0001", kScanningDisabled), IdAt("0002", kScanningDisabled)});
+  Screen({Flagged(kScanningDisabled, IdAt("0001")), Flagged(kScanningDisabled, IdAt("0002"))});
   PollWith(kZoltProtocol, std::make_unique<FrameProtocol>());
   Start();
   Advance(19);
@@ -162,7 +156,7 @@ TEST_F(RunProtocols, NothingToPollEndsTheRunAtTheFirstTickWithoutAWord) {
 }
 
 TEST_F(RunProtocols, TheTickThatEndsTheRunStillStartsTheWatchdog) {
-  Screen({IdAt("0001", kScanningDisabled)});
+  Screen({Flagged(kScanningDisabled, IdAt("0001"))});
   PollWith(kZoltProtocol, std::make_unique<FrameProtocol>());
   Start();
   Advance(20);
@@ -175,8 +169,8 @@ TEST_F(RunProtocols, TheTickThatEndsTheRunStillStartsTheWatchdog) {
 }
 
 TEST_F(RunProtocols, LocationsThatAreNotScannedCostNoTime) {
-  Screen({IdAt("0001"), IdAt("0002", kScanningDisabled), IdAt("0003", kScanningDisabled),
-          IdAt("0004")});
+  Screen({IdAt("0001"), Flagged(kScanningDisabled, IdAt("0002")),
+          Flagged(kScanningDisabled, IdAt("0003")), IdAt("0004")});
   PollWith(kZoltProtocol, std::make_unique<FrameProtocol>());
   FrameSlave slave(world);
   Start();
@@ -185,7 +179,8 @@ TEST_F(RunProtocols, LocationsThatAreNotScannedCostNoTime) {
 }
 
 TEST_F(RunProtocols, OnlyTheExactFlagOneIsPassedOver) {
-  Screen({IdAt("0001", 1), IdAt("0002", 2), IdAt("0003", 3), IdAt("0004", 5)});
+  Screen({Flagged(1, IdAt("0001")), Flagged(2, IdAt("0002")), Flagged(3, IdAt("0003")),
+          Flagged(5, IdAt("0004"))});
   PollWith(kZoltProtocol, std::make_unique<FrameProtocol>());
   FrameSlave slave(world);
   Start();
@@ -195,7 +190,7 @@ TEST_F(RunProtocols, OnlyTheExactFlagOneIsPassedOver) {
 
 TEST_F(RunProtocols, UnscannedLocationsAtTheEndCostTheTemplatesTick) {
   Record();
-  Screen({IdAt("0001"), IdAt("0002", kScanningDisabled)});
+  Screen({IdAt("0001"), Flagged(kScanningDisabled, IdAt("0002"))});
   PollWith(kZoltProtocol, std::make_unique<FrameProtocol>());
   monitor.options.chk_GeneralLogging(0).Value = true;
   FrameSlave slave(world);

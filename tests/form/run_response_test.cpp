@@ -7,10 +7,6 @@
 namespace tarnlink {
 namespace {
 
-// How long the line has to be quiet after bytes too many: 32 bytes of 12 bits at 9600 baud, which
-// are 40 ms, and 100 ms for the slave to think.
-constexpr int kQuiet = 140;
-
 using RunResponse = MonitorTest;
 
 constexpr const char* kReady = "Ready, port open, timers Comm_Timer";
@@ -169,7 +165,7 @@ TEST_F(RunResponse, ThrowsExtraBytesAwayWithTheRest) {
   Answer(AnswerOf("01A0", "2A") + "and more of it, as much as there is");
   EXPECT_EQ(Value(1), "2A");
   EXPECT_EQ(world.port().InBufferCount(), 0);
-  Advance(kQuiet);
+  Advance(kQuietAt9600);
   Answer(AnswerOf("01A1", "2B"));
   EXPECT_EQ(Value(2), "2B");
 }
@@ -219,7 +215,7 @@ TEST_F(RunResponse, TwoAnswersInOnePieceAreOneResponse) {
   Answer(AnswerOf("01A0", "2A") + AnswerOf("01A1", "2B"));
   EXPECT_EQ(Value(1), "2A");
   EXPECT_EQ(Value(2), "Value 2");
-  Advance(kQuiet - 1);
+  Advance(kQuietAt9600 - 1);
   EXPECT_EQ(State(), kReady);
   Advance(1);
   EXPECT_EQ(State(), "Waiting, port open, timers Comm_Timer tmr_noresponse tmr_MsgTimeout");
@@ -242,7 +238,7 @@ TEST_F(RunResponse, NoiseBetweenTwoPollsIsDroppedAndTheNextOneWaitsForQuiet) {
   Answer(AnswerOf("01A0", "2A"));
   Answer("????");
   Sent();
-  Advance(kQuiet - 1);
+  Advance(kQuietAt9600 - 1);
   EXPECT_EQ(Sent(), "");
   EXPECT_EQ(State(), kReady);
   Advance(1);
@@ -292,7 +288,7 @@ TEST_F(RunResponse, AnAnswerBetweenTwoRoundsGoesToTheHiddenTemplate) {
   EXPECT_EQ(Value(0), "2B");
   EXPECT_FALSE(monitor.main.RAM_LOC_VAL(0).Visible.get());
   EXPECT_EQ(monitor.main.DDERowCounter, 3);
-  Advance(kQuiet);
+  Advance(kQuietAt9600);
   Answer(AnswerOf("01A0", "2C"));
   EXPECT_EQ(Value(1), "2C");
 }

@@ -1,5 +1,4 @@
-// Writes under the TarnLink protocol, called as a dialog calls them: the frame, its
-// acknowledgement, and how the scan goes on.
+// Writes under the TarnLink protocol: the frame, its acknowledgement, and how the scan goes on.
 
 #include <gtest/gtest.h>
 
@@ -16,6 +15,13 @@ class RunWrite : public MonitorTest {
   std::string FrameOfWrite(int index, const std::string& value) {
     world.port().TakeSent();
     Write(index, value);
+    return world.port().TakeSentHex();
+  }
+
+  // Of text that no dialog makes.
+  std::string FrameOfText(std::string value) {
+    world.port().TakeSent();
+    monitor.run.SendWrite(2, value);
     return world.port().TakeSentHex();
   }
 
@@ -55,6 +61,7 @@ TEST_F(RunWrite, AWordGoesOutWithTheByteCommandAndFourDigits) {
 
 TEST_F(RunWrite, GoesByTheByteCommandWhateverLocationTheScanStandsOn) {
   Run();
+  monitor.main.Locations[2].SelectByte = kLsb;  // a byte also when it is none of memory
   for (const std::int32_t specification : {0, 1}) {
     for (int pointer = 0; pointer <= 4; ++pointer) {
       monitor.main.MsgPointer = pointer;
@@ -67,10 +74,10 @@ TEST_F(RunWrite, GoesByTheByteCommandWhateverLocationTheScanStandsOn) {
 
 TEST_F(RunWrite, PutsShortValuesToTheRightAndSendsLongOnesWhole) {
   Run();
-  EXPECT_EQ(FrameOfWrite(2, "5"), "04 06 30 30 31 30 20 35 31 43 03\n");
-  EXPECT_EQ(FrameOfWrite(2, ""), "04 06 30 30 31 30 20 20 37 03\n");
-  EXPECT_EQ(FrameOfWrite(2, "12345"), "04 06 30 30 31 30 31 32 33 34 35 43 36 03\n");
-  EXPECT_EQ(FrameOfWrite(2, "xy"), "04 06 30 30 31 30 78 79 42 38 03\n");
+  EXPECT_EQ(FrameOfText("5"), "04 06 30 30 31 30 20 35 31 43 03\n");
+  EXPECT_EQ(FrameOfText(""), "04 06 30 30 31 30 20 20 37 03\n");
+  EXPECT_EQ(FrameOfText("12345"), "04 06 30 30 31 30 31 32 33 34 35 43 36 03\n");
+  EXPECT_EQ(FrameOfText("xy"), "04 06 30 30 31 30 78 79 42 38 03\n");
 }
 
 TEST_F(RunWrite, ThrowsAwayWhatWaitsAndArmsTheTimeout) {

@@ -4,39 +4,16 @@
 
 #include <string>
 
+#include "form/boiler_frames.h"
 #include "form/boiler_on_line.h"
+#include "form/locations.h"
 #include "form/monitor_fixture.h"
-#include "protocols/zolt_protocol.h"
 #include "simulator/memory_layout.h"
-#include "support/zolt_text.h"
 
 namespace tarnlink {
 namespace {
 
 constexpr const char* kWaiting = "Waiting, port open, timers Comm_Timer tmr_noresponse";
-
-Location IdAt(const std::string& address, const std::string& slave = "0", int data_class = 1) {
-  Location location;
-  location.Address = address;
-  location.LocSlaveAddress = slave;
-  location.Class = static_cast<std::uint8_t>(data_class);
-  return location;
-}
-
-Location MemoryOf(const std::string& slave, Location location) {
-  location.LocSlaveAddress = slave;
-  return location;
-}
-
-Location Flagged(int scan_flags, Location location) {
-  location.ScanFlags = static_cast<std::uint8_t>(scan_flags);
-  return location;
-}
-
-// A line of `Sent`; the CRC is the last of the digits.
-std::string At(int type, const std::string& digits, int milliseconds) {
-  return std::to_string(milliseconds) + " ms: " + HexText(Frame(type, digits)) + "\n";
-}
 
 // The boiler answers to the slave addresses 0 and 3, after 5 ms.
 class RunZolt : public MonitorTest {
@@ -52,22 +29,6 @@ class RunZolt : public MonitorTest {
 
   void Log() { monitor.options.chk_GeneralLogging(0).Value = true; }
 
-  // What the dialog of a write does once the user has given it the value: two digits, or four for
-  // a word.
-  void WriteZolt(int index, std::string value) {
-    frm_Main& main = monitor.main;
-    main.Comm_Timer->SetEnabled(false);
-    main.SecondByteIndex = index;
-    if (main.Locations[index].Specification == 0 && value.size() == 4) {
-      main.SecondByteValue = value.substr(0, 2);
-      main.SendSecondByte = true;
-    }
-    main.message_received = false;
-    ZoltProtocol().SendWrite(monitor.run, index, value);
-    main.Comm_Timer->SetEnabled(true);
-    main.tmr_noresponse->SetEnabled(true);
-  }
-
   BoilerOnLine boiler{
       world,
       {.protocol = "zolt", .slave = {.addresses = "0,3"}, .line = {.answer_delay_us = 5'000}}};
@@ -78,7 +39,7 @@ class RunZolt : public MonitorTest {
 TEST_F(RunZolt, ReadsDataIdsAndMemoryOfTwoSlavesInTurn) {
   Location word = WordAt("F190", kDecimal);
   word.StorageType = kSignedWord;
-  Screen({IdAt("003D"), MemoryOf("3", ByteAt("F180")), IdAt("14D9", "3"), MemoryOf("0", word)});
+  Screen({IdAt("003D"), OfSlave("3", ByteAt("F180")), IdAt("14D9", "3"), OfSlave("0", word)});
   Start();
   Advance(90);
   EXPECT_EQ(Sent(), At(0x01, "0003D0000279E", 20) + At(0x07, "3FFABF180B4CA", 40) +
@@ -111,7 +72,7 @@ TEST_F(RunZolt, TakesAnAnswerWhenItsSixteenBytesAreThere) {
 
 TEST_F(RunZolt, EveryRoundIsARowOfTheLog) {
   Log();
-  Screen({IdAt("003D"), MemoryOf("3", ByteAt("F180"))});
+  Screen({IdAt("003D"), OfSlave("3", ByteAt("F180"))});
   Start();
   Advance(90);
   EXPECT_EQ(recorder.TakeNotes(),
@@ -175,7 +136,7 @@ TEST_F(RunZolt, WritesAContinuousValueInEveryRound) {
 // --- What goes wrong ---------------------------------------------------------------------------
 
 TEST_F(RunZolt, ASilentSlaveIsPassedOverOncePerIntervalWithoutAWord) {
-  Screen({IdAt("003D"), IdAt("003D", "7"), MemoryOf("3", ByteAt("F180"))});
+  Screen({IdAt("003D"), IdAt("003D", "7"), OfSlave("3", ByteAt("F180"))});
   Start();
   Advance(50);
   EXPECT_EQ(State(), kWaiting);
@@ -258,20 +219,18 @@ TEST_F(RunZolt, TheRightAnswerBehindAForeignOneIsTaken) {
 // --- Writes ------------------------------------------------------------------------------------
 
 TEST_F(RunZolt, AWrittenDataIdShowsADashAndIsReadBack) {
-  Location setpoint = IdAt("056D", "0", 5);
-  setpoint.SelectByte = kMsb;
-  setpoint.StorageType = kUnsignedByte;
+  Location setpoint = Selected(kMsb, IdAt("056D", "0", 5));
   setpoint.Representation = kDecimal;
   Screen({IdAt("003D"), setpoint, ByteAt("F180")});
   Start();
   Advance(30);
   Sent();
-  WriteZolt(2, "41");
+  Write(2, "41");
   Advance(10);
   EXPECT_EQ(Value(2), "-");
   EXPECT_EQ(Held("flow_setpoint"), 65);
   Advance(20);
-  EXPECT_EQ(Sent(), At(0x85, "0056D4100A9F8", 30) + At(0x05, "0056D0000B00D", 50));
+  EXPECT_EQ(Sent(), At(0x85, "0056D4100A9F8", 30) + At(0x05, "0056D00416CE8", 50));
   EXPECT_EQ(Value(2), "65");
   Advance(20);
   EXPECT_EQ(Value(3), "5A");
@@ -282,7 +241,7 @@ TEST_F(RunZolt, AWordOfMemoryIsWrittenInTwoBytesAlsoAcrossPages) {
   Start();
   Advance(30);
   Sent();
-  WriteZolt(1, "1234");
+  Write(1, "1234");
   Advance(30);
   EXPECT_EQ(Sent(), At(0x87, "0FF32FF346F06", 30) + At(0x87, "0FF0E0012D254", 35) +
                         At(0x07, "0FFABF1FFAC89", 50));
@@ -297,7 +256,7 @@ TEST_F(RunZolt, AWriteToAProtectedPageIsToldAndTheRunGoesOnAfterTheWatchdog) {
   Advance(30);
   Sent();
   ExpectCritical("Write attempt to protected area !", "Write Error");
-  WriteZolt(1, "12");
+  Write(1, "12");
   EXPECT_EQ(world.dialogs().shown().size(), 1U);
   Advance(2999);
   EXPECT_EQ(Sent(), "");
@@ -308,13 +267,13 @@ TEST_F(RunZolt, AWriteToAProtectedPageIsToldAndTheRunGoesOnAfterTheWatchdog) {
 
 TEST_F(RunZolt, AWordWhoseFirstHalfIsNotAcknowledgedIsNotFinishedByALaterWrite) {
   SetTimeout(1);
-  Screen({MemoryOf("0", WordAt("F410")), MemoryOf("0", ByteAt("F400"))});
+  Screen({OfSlave("0", WordAt("F410")), OfSlave("0", ByteAt("F400"))});
   Start();
   Advance(30);
   boiler.line().AddFault("no_reply#1");
-  WriteZolt(1, "1234");
+  Write(1, "1234");
   Advance(1'500);
-  WriteZolt(2, "5A");
+  Write(2, "5A");
   Advance(500);
   EXPECT_EQ(boiler.controller().memory().Byte(0xF400), 0x5A);
   EXPECT_EQ(boiler.controller().memory().Byte(0xF401), 0);

@@ -70,7 +70,8 @@ TEST_F(NewScreen, EndsARunUnderWay) {
 
 TEST_F(NewScreen, ClosesTheLog) {
   NotingRecorder recorder(main());
-  ScreenCommands screen(main(), options(), program().run, recorder, program().history);
+  ScreenCommands screen(main(), options(), program().run, recorder, program().history,
+                        program().addresses);
   main().filelogging = true;
   New();
   EXPECT_EQ(recorder.TakeNotes(), "close log\n");

@@ -302,8 +302,13 @@ TEST_F(UnreadableScreen, AnyCallThatBreaksDuringTheLoadIsTold) {
   const std::string text = FileText({"77", kL, kM});
   const std::size_t before = world.faults().calls().size();
   OpenText(text);
-  const auto calls = static_cast<int>(world.faults().calls().size() - before);
-  ASSERT_GE(calls, 2);
+  // Behind the screen come its names, which are read in silence.
+  const std::vector<std::string> made(world.faults().calls().begin() + static_cast<long>(before),
+                                      world.faults().calls().end());
+  const auto names = std::find(made.begin(), made.end(), "Files.ReadPieces");
+  ASSERT_NE(names, made.end());
+  const auto calls = static_cast<int>(names - made.begin());
+  ASSERT_GE(calls, 1);
   for (int nth = 1; nth <= calls; ++nth) {
     SCOPED_TRACE(nth);
     world.faults().Break("*", nth, RunTimeError(kDeviceIo, "It broke."));

@@ -181,27 +181,6 @@ TEST_F(OpeningAScreen, AMemoryLocationKeepsItsStorageType) {
   }
 }
 
-TEST_F(OpeningAScreen, OnlyMemoryLocationsAreLookedUpInTheMap) {
-  std::string asked;
-  program().screen.AdaptAddress = [&](int index) {
-    asked += std::to_string(index) + " " + main().RAM_LOC_TEXT(index).Text.get() + "\n";
-    EXPECT_TRUE(main().building);
-  };
-  OpenText(FileText({"255", MemoryLine("a", 0, 0), IdLine('I', 3, 2), MemoryLine("c", 0, 0)}));
-  EXPECT_EQ(asked, "1 a\n3 c\n");
-}
-
-TEST_F(OpeningAScreen, AChangeByTheMapIsForgottenAtTheEnd) {
-  program().screen.AdaptAddress = [&](int index) {
-    main().Locations[index].Address = "0BAD";
-    ChangeScreen();
-  };
-  OpenText(FileText({"255", MemoryLine("a", 0, 0)}));
-  EXPECT_EQ(main().Locations[1].Address, "0BAD");
-  EXPECT_FALSE(main().WCRChanged);
-  EXPECT_EQ(Title(), "TarnLink - boiler.wcr");
-}
-
 TEST_F(OpeningAScreen, KeepsTheNameOfAFontThatThereIsNot) {
   OpenText(FileText({"255", R"("T","x",1,2,"No Such Font At All",8.25,#FALSE#,#FALSE#,0)"}));
   EXPECT_EQ(main().lbl_TextInfo(1).TextFont->name, "No Such Font At All");
@@ -274,7 +253,8 @@ TEST_F(OpeningAScreen, EndsARunUnderWay) {
   ASSERT_EQ(world.port().frames().size(), 1U);
   main().filelogging = true;
   NotingRecorder recorder(main());
-  ScreenCommands screen(main(), options(), program().run, recorder, program().history);
+  ScreenCommands screen(main(), options(), program().run, recorder, program().history,
+                        program().addresses);
 
   OpenText(FileText({"255", MemoryLine("b", 0, 0), MemoryLine("c", 0, 0)}), kOther);
   EXPECT_EQ(recorder.TakeNotes(), "close log\n");

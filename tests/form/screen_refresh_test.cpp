@@ -11,8 +11,17 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr const char* kMap = "/home/user/Documents/boiler.map";
+
 class Refreshing : public EditTest {
  protected:
+  // Only with a map there is anything to refresh.
+  Refreshing() {
+    world.disk().Put(kMap, "__cpu_name = ATmega64\nENTRY LIST\n\n");
+    options().txt_MapFile.Text = kMap;
+    Ok();
+  }
+
   void Refresh() { main().Toolbar1(6).Press(); }
   static std::string Text() {
     return FileText(

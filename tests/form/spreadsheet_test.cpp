@@ -362,17 +362,21 @@ TEST_F(Spreadsheet, AStickThatIsPulledIsToldByNameAndReason) {
   Advance(10'000);
 }
 
-TEST_F(Spreadsheet, AColumnThatDoesNotExistIsToldOnceAndTheOthersGoOn) {
-  Screen({Linked(ByteAt("0001", kDecimal), "A"), Linked(ByteAt("0002", kDecimal), "2")});
-  SlaveHolds({{"0001", "01"}, {"0002", "02"}});
+TEST_F(Spreadsheet, EachLocationWithoutARealColumnIsToldOnceAndTheOthersGoOn) {
+  Screen({Linked(ByteAt("0001", kDecimal), "A"), Linked(ByteAt("0002", kDecimal), "2"),
+          Linked(ByteAt("0003", kDecimal), "0")});
+  SlaveHolds({{"0001", "01"}, {"0002", "02"}, {"0003", "03"}});
   Start();
-  world.dialogs().ExpectMessageBox(
-      {.text = "Internal System Error # 9 occured, please contact distributor.\r\nDuring writing "
-               "spreadsheet /home/user/log/Boiler 1 2024-03-05 14-07-09.xlsx",
-       .title = "Internal System Error",
-       .icon = Icon::kCritical,
-       .detail = "at 0001: A spreadsheet has no cell \"R1CA\". Its values are left out."});
-  Rounds(2, 2);
+  for (const char* reason : {"at 0001: A spreadsheet has no cell \"R1CA\".",
+                             "at 0003: A spreadsheet has no cell \"R1C0\"."}) {
+    world.dialogs().ExpectMessageBox(
+        {.text = "Internal System Error # 9 occured, please contact distributor.\r\nDuring writing "
+                 "spreadsheet /home/user/log/Boiler 1 2024-03-05 14-07-09.xlsx",
+         .title = "Internal System Error",
+         .icon = Icon::kCritical,
+         .detail = std::string(reason) + " Its values are left out."});
+  }
+  Rounds(2, 3);
   Stop();
   Advance(0);
   EXPECT_EQ(Book(), "Sheet1\nR1C2 text at 0002\nR2C2 number 2\nR3C2 number 2\n");

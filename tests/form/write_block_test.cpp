@@ -17,7 +17,7 @@ class BlockWrite : public ModbusDialogWrite {
     Choose(count);
     dialog().Values.Press();
   }
-  void Begin() { Run({WriteRegisterOf("0210"), WriteRegisterOf("0200"), WriteRegisterOf("0201")}); }
+  void Begin() { Run({RegisterAt("0210"), RegisterAt("0200"), RegisterAt("0201")}); }
   std::string GoesOut() { return Caption(dialog().lbl_GoesOut); }
   int Lines() {
     int count = 0;

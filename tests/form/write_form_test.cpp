@@ -143,7 +143,8 @@ TEST_F(WriteForm, SaysWhatGoesOutWithEachChange) {
 }
 
 TEST_F(WriteForm, TheBitDialogBeginsWithTrueAndKeepsTheChoice) {
-  Run({BitAt("F412", 3)});
+  EXPECT_EQ(Caption(bit_dialog().caption), "Write Bit Value");
+  Run({BitOf(3, ByteAt("F412"))});
   Ask(1);
   EXPECT_TRUE(bit_dialog().form.Visible);
   EXPECT_FALSE(dialog().form.Visible);

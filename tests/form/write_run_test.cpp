@@ -15,7 +15,7 @@ TEST_F(TarnlinkWrite, ADoubleClickWithTheRunStoppedDoesNothing) {
 }
 
 TEST_F(TarnlinkWrite, ASecondDoubleClickBehindTheDialogDoesNothing) {
-  Run({ByteAt("F410"), BitAt("F412", 0)});
+  Run({ByteAt("F410"), BitOf(0, ByteAt("F412"))});
   Ask(1);
   Ask(2);
   EXPECT_FALSE(bit_dialog().form.Visible);
@@ -55,8 +55,32 @@ TEST_F(TarnlinkWrite, CancelSendsNothingAndTheScanGoesOnAtTheNextLocation) {
   EXPECT_EQ(Panel(5), "at F400: 2");
 }
 
+TEST_F(ZoltDialogWrite, CancelSendsNothingAndTheScanGoesOnAtTheNextLocation) {
+  Run({ByteAt("F410"), ByteAt("F400")});
+  Ask(1);
+  Advance(100);
+  dialog().txt_WriteValue.Text = "2C";
+  dialog().cmd_WriteCancel.Press();
+  EXPECT_EQ(Sent(), "");
+  EXPECT_EQ(monitor.main.Locations[1].RawValue, 0);
+  Advance(20);
+  EXPECT_EQ(Sent(), At(0x07, "0FFABF400FBD7", 158));
+}
+
+TEST_F(ModbusDialogWrite, CancelSendsNothingAndTheScanGoesOnAtTheNextLocation) {
+  Run({RegisterAt("0200"), RegisterAt("0201")});
+  Ask(1);
+  Advance(100);
+  dialog().txt_WriteValue.Text = "2C";
+  dialog().cmd_WriteCancel.Press();
+  EXPECT_EQ(Sent(), "");
+  EXPECT_EQ(monitor.main.Locations[1].RawValue, 0);
+  Advance(20);
+  EXPECT_EQ(Sent(), "158 ms: 01 03 02 01 00 01 D4 72\n");
+}
+
 TEST_F(TarnlinkWrite, TheCancelOfABitSendsNothing) {
-  Run({BitAt("F412", 3)});
+  Run({BitOf(3, ByteAt("F412"))});
   dialog().Text1.Text = "3";  // of an earlier write
   Ask(1);
   bit_dialog().cmd_Cancel.Press();
@@ -75,7 +99,8 @@ TEST_F(TarnlinkWrite, AnEmptyBoxBesideANumberOfRegistersIsZero) {
   Run({ByteAt("F410")});
   dialog().Text1.Text = "3";
   WriteDecimal(1, "");
-  EXPECT_NE(Sent(), "");
+  // 06 + "F410" + "00" add up to 141.
+  EXPECT_EQ(Sent(), "38 ms: 04 06 46 34 31 30 30 30 34 31 03\n");
   Advance(20);
   EXPECT_EQ(Memory(), 0);
 }
@@ -98,7 +123,7 @@ TEST_F(ZoltDialogWrite, TheWatchdogGoesOnBehindTheDialogAndTheWriteGoesOut) {
 TEST_F(TarnlinkWrite, ASilentSlaveAfterAWriteTakesTheUsualWay) {
   Run({ByteAt("F410")});
   boiler.line().AddFault("no_reply");
-  WriteHexadecimal(1, "1");
+  Write(1, "1");
   ExpectSilentSlaveBox();
   Advance(3'100);
   EXPECT_EQ(Panel(4), "Communication Stopped");
@@ -149,6 +174,7 @@ TEST_F(TarnlinkWrite, AWriteToADeviceThatIsAboutToBeToldGoneIsNotSent) {
   ExpectDeviceGoneBox();
   dialog().cmd_WriteOk.Press();
   world.Settle();
+  EXPECT_EQ(Sent(), "");
   EXPECT_EQ(State(), "Stopped, port closed, no timers");
 }
 

@@ -25,6 +25,12 @@ std::string BreakingFiles::ReadWhole(const std::string& path) {
   return files_.ReadWhole(path);
 }
 
+void BreakingFiles::ReadPieces(const std::string& path,
+                               const std::function<bool(std::string_view)>& take) {
+  faults_.Pass("Files.ReadPieces");
+  files_.ReadPieces(path, take);
+}
+
 void BreakingFiles::WriteWhole(const std::string& path, std::string_view bytes) {
   faults_.Pass("Files.WriteWhole");
   files_.WriteWhole(path, bytes);

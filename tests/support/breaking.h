@@ -14,12 +14,15 @@
 
 namespace tarnlink {
 
-// Calls: "Files.ReadWhole", "Files.WriteWhole", "Files.OpenRows", "Rows.Append".
+// Calls: "Files.ReadWhole", "Files.ReadPieces",
+// "Files.WriteWhole", "Files.OpenRows", "Rows.Append".
 class BreakingFiles final : public Files {
  public:
   BreakingFiles(Files& files, FaultPlan& faults) : files_(files), faults_(faults) {}
 
   std::string ReadWhole(const std::string& path) override;
+  void ReadPieces(const std::string& path,
+                  const std::function<bool(std::string_view)>& take) override;
   void WriteWhole(const std::string& path, std::string_view bytes) override;
   std::unique_ptr<RowWriter> OpenRows(const std::string& path, bool keep) override;
   bool Exists(const std::string& path) const override { return files_.Exists(path); }

@@ -72,6 +72,15 @@ std::string FakeFiles::ReadWhole(const std::string& path) {
   return files_.at(full);
 }
 
+void FakeFiles::ReadPieces(const std::string& path,
+                           const std::function<bool(std::string_view)>& take) {
+  constexpr std::size_t kPiece = 7;
+  const std::string bytes = ReadWhole(path);
+  for (std::size_t i = 0; i < bytes.size(); i += kPiece) {
+    if (!take(std::string_view(bytes).substr(i, kPiece))) return;
+  }
+}
+
 void FakeFiles::CheckTarget(const std::string& path) const {
   const std::string full = Absolute(path);
   const auto fail = [&](int code, const std::string& why) {

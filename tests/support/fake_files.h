@@ -24,6 +24,9 @@ class FakeFiles final : public Files {
   FakeFiles();
 
   std::string ReadWhole(const std::string& path) override;
+  // In pieces so small that no line of a test fits one.
+  void ReadPieces(const std::string& path,
+                  const std::function<bool(std::string_view)>& take) override;
   void WriteWhole(const std::string& path, std::string_view bytes) override;
   std::unique_ptr<RowWriter> OpenRows(const std::string& path, bool keep) override;
   bool Exists(const std::string& path) const override;

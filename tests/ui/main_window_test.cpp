@@ -65,7 +65,8 @@ TEST_F(MainWindowTest, TheToolBarHasItsSixButtons) {
     const QToolButton& button = ToolButton(i);
     EXPECT_EQ(button.text().toStdString(), expected[i - 1].first);
     EXPECT_EQ(button.toolTip().toStdString(), expected[i - 1].second);
-    EXPECT_TRUE(button.isVisible() && button.isEnabled()) << i;
+    EXPECT_TRUE(button.isVisible()) << i;
+    EXPECT_EQ(button.isEnabled(), i != 6) << i << ": there is no memory map to refresh";
     EXPECT_TRUE(Get("Toolbar1").rect().contains(button.geometry())) << i;
   }
 }

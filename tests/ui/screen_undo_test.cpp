@@ -177,6 +177,7 @@ TEST_F(ScreenUndoTest, ToolsHaveShortcuts) {
   Save();
   EXPECT_FALSE(Changed());
   monitor.main.RAM_LOC_TEXT(1).Text = "not in the file";
+  monitor.main.Toolbar1(6).Enabled = true;  // as with a memory map
   Key(Qt::Key_R, Qt::ControlModifier);
   EXPECT_EQ(Get<TextPlate>("RAM_LOC_TEXT(1)").text(), "Flow") << "read again";
   EXPECT_TRUE(Shown("RAM_LOC_TEXT(3)"));

@@ -1,7 +1,10 @@
 // The dialogs of a write: typing, keys, focus, and the line that says what goes out.
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
+#include <QDialog>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -44,6 +47,14 @@ class WriteDialogs : public UiTest {
   }
 
   QLineEdit& Value() { return Get<QLineEdit>("txt_WriteValue"); }
+  // Names and captions of all push and radio buttons, in the order in which they were made.
+  static std::string ButtonTexts(const QDialog& dialog) {
+    QString text;
+    for (const auto* button : dialog.findChildren<QAbstractButton*>()) {
+      text += button->objectName() + " " + button->text() + "\n";
+    }
+    return text.toStdString();
+  }
   std::string GoesOut() { return Get<QLabel>("lbl_GoesOut").text().toStdString(); }
   std::string Frames() { return world.port().TakeSentHex(); }
 };
@@ -51,7 +62,6 @@ class WriteDialogs : public UiTest {
 TEST_F(WriteDialogs, AValueIsAskedForWithItsTextSelected) {
   AskForValue();
   EXPECT_EQ(write_value->objectName(), "frm_WriteValue");
-  EXPECT_EQ(write_value->windowTitle(), "Write value to : Flow [01A0]");
   EXPECT_TRUE(write_value->isModal());
   EXPECT_EQ(Focus(), "txt_WriteValue");
   EXPECT_EQ(Value().selectedText(), "42");
@@ -60,6 +70,43 @@ TEST_F(WriteDialogs, AValueIsAskedForWithItsTextSelected) {
   EXPECT_FALSE(Get("Values").isEnabled());
   EXPECT_EQ(Get("txt_WriteValue").accessibleName(), "Value");
   EXPECT_EQ(Get("Text1").accessibleName(), "Number of Registers");
+}
+
+TEST_F(WriteDialogs, EveryControlOfAValueBearsItsCaption) {
+  AskForValue();
+  EXPECT_EQ(write_value->windowTitle(), "Write value to : Flow [01A0]");
+  EXPECT_EQ(ButtonTexts(*write_value),
+            "opt_WriteValueFormat(0) Decimal\n"
+            "opt_WriteValueFormat(1) Hexadecimal\n"
+            "opt_WriteValueFormat(2) Binary\n"
+            "opt_WriteValueFormat(3) Octal\n"
+            "Option1(0) Single Write\n"
+            "Option1(1) Multiple Write\n"
+            "Values Values\n"
+            "cmd_WriteOk Write Ok\n"
+            "cmd_WriteCancel Write Cancel\n");
+  EXPECT_EQ(Get<QLabel>("Label3").text(), "Number of Registers");
+}
+
+TEST_F(WriteDialogs, EveryControlOfABitBearsItsCaption) {
+  AskForBit();
+  EXPECT_EQ(write_bit->windowTitle(), "Write : Flow [01A0:0]");
+  EXPECT_EQ(write_bit->findChild<QGroupBox*>()->title(), "Set Bit Value to");
+  EXPECT_EQ(ButtonTexts(*write_bit),
+            "opt_writetrue TRUE\nOption1 FALSE\ncmd_Ok &Write Bit\ncmd_Cancel &Cancel Write\n");
+}
+
+TEST_F(WriteDialogs, EveryControlOfABlockBearsItsCaption) {
+  AskForValue();
+  AskForRegisters("2");
+  EXPECT_EQ(write_registers->windowTitle(), "Multiple Registers");
+  EXPECT_EQ(ButtonTexts(*write_registers),
+            "Option_multiplereg(0) Decimal\n"
+            "Option_multiplereg(1) Hexadecimal\n"
+            "Command1 Store values\n");
+  EXPECT_EQ(Get<QLabel>("Space(1)").text(), "Flow");
+  EXPECT_EQ(Get<QLineEdit>("value(1)").text(), "value1");
+  EXPECT_EQ(Get<QLineEdit>("value(2)").text(), "value2");
 }
 
 TEST_F(WriteDialogs, TheLineFollowsEachKey) {
@@ -75,6 +122,26 @@ TEST_F(WriteDialogs, TheLineFollowsEachKey) {
   EXPECT_EQ(GoesOut(), "Goes out: 00");
   EXPECT_EQ(Focus(), "txt_WriteValue");
   EXPECT_EQ(Value().selectedText(), "300");
+}
+
+TEST_F(WriteDialogs, AClickIntoTheValueSelectsItsTextAndTheNextOnePlacesTheCursor) {
+  AskForValue();
+  Get("cmd_WriteOk").setFocus();
+  QTest::mouseClick(&Value(), Qt::LeftButton);
+  EXPECT_EQ(Focus(), "txt_WriteValue");
+  EXPECT_EQ(Value().selectedText(), "42");
+  QTest::mouseClick(&Value(), Qt::LeftButton);
+  EXPECT_EQ(Value().selectedText(), "");
+}
+
+TEST_F(WriteDialogs, AMultipleWriteHidesTheFormatsWithTheirFrame) {
+  AskForValue();
+  QWidget* frame = Get("opt_WriteValueFormat(0)").parentWidget();
+  Click("Option1(1)");
+  EXPECT_FALSE(frame->isVisible());
+  Click("Option1(0)");
+  EXPECT_TRUE(frame->isVisible());
+  EXPECT_TRUE(Get("opt_WriteValueFormat(1)").isVisible());
 }
 
 TEST_F(WriteDialogs, EnterWrites) {
@@ -135,9 +202,7 @@ TEST_F(WriteDialogs, ALongerTextOfTheBoxStaysUntilItIsTypedOver) {
 TEST_F(WriteDialogs, ABitIsChosenAndWritten) {
   AskForBit();
   EXPECT_EQ(write_bit->objectName(), "frm_WriteBitValue");
-  EXPECT_EQ(write_bit->windowTitle(), "Write : Flow [01A0:0]");
   EXPECT_EQ(Focus(), "opt_writetrue");
-  EXPECT_EQ(Get<QPushButton>("cmd_Ok").text(), "&Write Bit");
   Frames();
   PressFocused(Qt::Key_Down);
   EXPECT_TRUE(write_bit->findChild<QRadioButton*>("Option1")->isChecked());
@@ -161,7 +226,6 @@ TEST_F(WriteDialogs, ABlockIsTypedLineByLine) {
   monitor.options.opt_Protocol.Select(kModbusProtocol);
   AskForRegisters("2");
   EXPECT_EQ(write_registers->objectName(), "frm_multiple_reg");
-  EXPECT_EQ(write_registers->windowTitle(), "Multiple Registers");
   EXPECT_EQ(Focus(), "value(1)");
   EXPECT_EQ(Get("value(2)").accessibleName(), "Status");
   EXPECT_EQ(Get<QLabel>("Space(2)").text(), "Status");

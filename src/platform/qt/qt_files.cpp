@@ -23,6 +23,7 @@ namespace {
 // No file of this program comes near it; a larger one was picked by mistake.
 constexpr std::size_t kLargestFile = std::size_t{1} << 30;
 constexpr std::size_t kReadStep = std::size_t{1} << 16;
+constexpr std::size_t kPiece = std::size_t{1} << 18;  // fits the processor's own memory
 
 class OpenHandle {
  public:
@@ -38,18 +39,33 @@ class OpenHandle {
   int handle_;
 };
 
-std::string ReadAll(const std::string& path, int handle, std::size_t expected) {
+int OpenForReading(const std::string& path) {
+  RefuseIrregularFile(path, FileAction::kRead);
+  const int handle = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (handle < 0) ThrowFileError(path, FileAction::kRead, errno);
+  return handle;
+}
+
+// The number of bytes that have been read into `room`, 0 at the file's end.
+std::size_t ReadSome(const std::string& path, const OpenHandle& file, char* room,
+                     std::size_t size) {
+  while (true) {
+    const ssize_t got = read(file.get(), room, size);
+    if (got >= 0) return static_cast<std::size_t>(got);
+    if (errno != EINTR) ThrowFileError(path, FileAction::kRead, errno);
+  }
+}
+
+std::string ReadAll(const std::string& path, const OpenHandle& file, std::size_t expected) {
   std::string bytes;
   std::size_t filled = 0;
   while (true) {
     // One byte beyond what the file says, so that its end is seen; steps if it has grown meanwhile.
     if (filled == bytes.size()) bytes.resize(filled == 0 ? expected + 1 : filled + kReadStep);
     if (filled > kLargestFile) ThrowFileError(path, FileAction::kRead, "it is too large.");
-    const ssize_t got = read(handle, bytes.data() + filled, bytes.size() - filled);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) ThrowFileError(path, FileAction::kRead, errno);
+    const std::size_t got = ReadSome(path, file, bytes.data() + filled, bytes.size() - filled);
     if (got == 0) break;
-    filled += static_cast<std::size_t>(got);
+    filled += got;
   }
   bytes.resize(filled);
   return bytes;
@@ -69,14 +85,21 @@ QtFiles::QtFiles(std::string data_folder)
     : data_folder_(data_folder.empty() ? ShippedFolder() : std::move(data_folder)) {}
 
 std::string QtFiles::ReadWhole(const std::string& path) {
-  RefuseIrregularFile(path, FileAction::kRead);
-  const OpenHandle file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (file.get() < 0) ThrowFileError(path, FileAction::kRead, errno);
+  const OpenHandle file(OpenForReading(path));
   struct stat status {};
   if (fstat(file.get(), &status) != 0) ThrowFileError(path, FileAction::kRead, errno);
   const auto size = static_cast<std::size_t>(status.st_size);
   if (size > kLargestFile) ThrowFileError(path, FileAction::kRead, "it is too large.");
-  return ReadAll(path, file.get(), size);
+  return ReadAll(path, file, size);
+}
+
+void QtFiles::ReadPieces(const std::string& path,
+                         const std::function<bool(std::string_view)>& take) {
+  const OpenHandle file(OpenForReading(path));
+  std::vector<char> piece(kPiece);
+  while (const std::size_t got = ReadSome(path, file, piece.data(), piece.size())) {
+    if (!take({piece.data(), got})) return;
+  }
 }
 
 void QtFiles::WriteWhole(const std::string& path, std::string_view bytes) {

@@ -16,6 +16,8 @@ class QtFiles final : public Files {
   explicit QtFiles(std::string data_folder = {});
 
   std::string ReadWhole(const std::string& path) override;
+  void ReadPieces(const std::string& path,
+                  const std::function<bool(std::string_view)>& take) override;
   void WriteWhole(const std::string& path, std::string_view bytes) override;
   std::unique_ptr<RowWriter> OpenRows(const std::string& path, bool keep) override;
   bool Exists(const std::string& path) const override;

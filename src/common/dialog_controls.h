@@ -1,0 +1,47 @@
+// Kinds of controls that only dialogs have.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "common/controls.h"
+
+namespace tarnlink {
+
+// A frame around other controls.
+class GroupBox : public Control {
+ public:
+  explicit GroupBox(std::string name, const std::string& caption = {});
+
+  Property<std::string> Caption{this, {}};
+};
+
+// Two arrows beside a text box. What a step means is the form's to say.
+class SpinButton : public Control {
+ public:
+  using Control::Control;
+
+  // `step` is 1 or -1; nothing happens while the button is disabled.
+  void Press(int step);
+
+  std::function<void(int step)> Step;
+};
+
+// A combo box that knows which of its rows is picked.
+class PickBox : public ComboBox {
+ public:
+  using ComboBox::ComboBox;
+
+  Property<int> ListIndex{this, -1};  // -1 while none is
+
+  // The program's choice: the row and its text, or none and the text as it was. Fires nothing.
+  void Select(int index);
+  // What the user does: picks a row, or types a text and accepts it, which picks the first row of
+  // just that text if there is one. Both fire `Click`; nothing happens while the box is disabled.
+  void Pick(int index);
+  void Accept(const std::string& text);
+
+  std::function<void()> Click;
+};
+
+}  // namespace tarnlink

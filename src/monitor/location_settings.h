@@ -1,0 +1,52 @@
+// Defining a Location: the double click on its name box, and what OK, Cancel and Delete Location of
+// the settings dialog do.
+#pragma once
+
+#include <string>
+
+#include "monitor/edit_history.h"
+#include "monitor/frm_main.h"
+#include "monitor/frm_settings.h"
+#include "monitor/object_commands.h"
+
+namespace tarnlink {
+
+class LocationSettings {
+ public:
+  // Binds the double click and the dialog's buttons. All outlive it.
+  LocationSettings(frm_Main& main, frm_Settings& settings, ObjectCommands& objects,
+                   EditHistory& history);
+
+ private:
+  void Open(int index);
+  void ShowButtons(const Location& location);
+  void ShowFields(const Location& location);
+  void EnableForProtocol(const Location& location, bool is_new);
+  void ShowFunction(const std::string& FunctionCode, bool is_new);
+  bool IsNew(const Location& location) const;
+
+  void cmd_Ok();
+  void cmd_Cancel();
+  void cmdDeleteLocation();
+
+  void StoreValue(Location& location);
+  void StoreScanning(Location& location);
+  void StoreNames(Location& location);
+  std::string NameToolTip(const Location& location) const;
+  void ShowOnScreen(const Location& location);
+  void StoreBlock();
+  int BlockLength() const;
+
+  void SetColour(int index, Colour colour);
+  Location& Target() const { return main_.Locations[main_.SelectedLocation]; }
+
+  frm_Main& main_;
+  frm_Settings& form_;
+  ObjectCommands& objects_;
+  EditHistory& history_;
+  // The boxes' colours before they were marked.
+  Colour name_colour_ = kWhite;
+  Colour value_colour_ = kWhite;
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,142 @@
+#include "monitor/memory_map.h"
+
+#include "common/paths.h"
+#include "common/run_time_error.h"
+#include "monitor/project_paths.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr int kFirstDecided = 0;  // buttons of `MicroSelect` that a map decides among
+constexpr int kLastDecided = 2;
+
+// "1 line", "2 lines".
+std::string Counted(int number, const std::string& what) {
+  return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
+}
+
+}  // namespace
+
+std::int16_t CheckMapFileType(Files& files, const std::string& FileName) {
+  MapFileType type(FileName);
+  try {
+    files.ReadPieces(FileName, [&](std::string_view piece) { return type.Take(piece); });
+  } catch (const RunTimeError&) {
+    return kUnknownMap;
+  }
+  return type.Finish();
+}
+
+MemoryMap::MemoryMap(frm_Main& main, frm_Options& options) : main_(main), options_(options) {
+  main_.LoadClass7 = [this](const std::string& path) { LoadClass7(path); };
+}
+
+void MemoryMap::LoadClass7(const std::string& FileName) {
+  const std::string path = FoundFile(main_, FileName);
+  frm_Main::ShowNotice(main_.lbl_MapNotice, "");
+  MapDecides(true);
+  const std::int16_t type = CheckMapFileType(main_.platform().files(), path);
+  if (type == kUnknownMap) {
+    map_ = {};
+    listing_ = {};
+    return MapDecides(false);
+  }
+  // The window of the memory goes by the microprocessor before this map: a map of the other family
+  // is read right the second time.
+  if (type == kNecListing) {
+    ReadNECLstFile(path);
+  } else if (!ReadAtmelMapFile(path)) {
+    MapDecides(false);
+  }
+  options_.MicroSelect.Select(type);
+  main_.MicroType = type;
+  ShowNotice(path);
+}
+
+void MemoryMap::MapDecides(bool decides) {
+  main_.Toolbar1(6).Enabled = decides;
+  options_.frmMicro.Enabled = !decides;
+  for (int i = kFirstDecided; i <= kLastDecided; ++i) options_.MicroSelect(i).Enabled = !decides;
+}
+
+// What was read before a failure counts.
+bool MemoryMap::ReadAtmelMapFile(const std::string& FileName) {
+  AvrMapReader reader(main_.MicroType);
+  try {
+    main_.platform().files().ReadPieces(FileName,
+                                        [&](std::string_view piece) { return reader.Take(piece); });
+  } catch (const RunTimeError&) {
+    // The map ends there.
+  }
+  map_ = reader.Finish();
+  return map_.has_entry_list;
+}
+
+bool MemoryMap::ReadNECLstFile(const std::string& FileName) {
+  NecListingReader reader;
+  bool is_read = true;
+  try {
+    main_.platform().files().ReadPieces(FileName, [&](std::string_view piece) {
+      reader.Take(piece);
+      return true;
+    });
+  } catch (const RunTimeError&) {
+    is_read = false;
+  }
+  listing_ = reader.Finish();
+  return is_read;
+}
+
+std::string MemoryMap::AddressOf(const Location& location) const {
+  if (main_.MicroType == kAtmegaMap || main_.MicroType == kXmegaMap) {
+    return GetVyroLstByteAddress(variables(), location.ActualVariable, location.StorageType);
+  }
+  if (main_.MicroType != kNecListing) return {};
+  std::int32_t bit = 0;
+  if (location.StorageType == kBit) {
+    return GetNECLstBitAddress(bits(), location.ActualVariable, bit);
+  }
+  return GetNECLstByteAddress(bytes(), location.ActualVariable);
+}
+
+// A bit stays where it is, whatever the map says.
+bool MemoryMap::IsMoved(const Location& location) const {
+  if (location.StorageType == kBit) return false;
+  const std::string address = AddressOf(location);
+  return !address.empty() && FixedAddress(address) != location.Address;
+}
+
+void MemoryMap::ShowNotice(const std::string& path) {
+  const bool is_listing = main_.MicroType == kNecListing;
+  const std::size_t read = is_listing ? bytes().size() + bits().size() : variables().size();
+  const int skipped = is_listing ? listing_.skipped_lines : map_.skipped_lines;
+  std::string text = StripFileFromPath(path) + ": " + Counted(static_cast<int>(read), "variable") +
+                     " read, " + Counted(skipped, "line") + " skipped";
+  if (!is_listing && map_.is_cut) text += ", the rest left out: the list is full";
+  if (!is_listing && !map_.has_entry_list) text += ", no entry list found";
+  frm_Main::ShowNotice(main_.lbl_MapNotice, text + Moves());
+}
+
+// What the map means for the screen as it stands: a screen takes the new addresses when it is
+// opened again.
+std::string MemoryMap::Moves() const {
+  int moved = 0;
+  int lost = 0;
+  for (int i = 1; i <= main_.MaxId; ++i) {
+    const Location& location = main_.Locations[i];
+    if (location.Specification != 0 || !main_.RAM_LOC_TEXT(i).Visible) continue;
+    if (location.ActualVariable.empty() || location.ActualVariable == Location().ActualVariable) {
+      continue;
+    }
+    const std::string address = AddressOf(location);
+    if (address.empty()) ++lost;
+    if (IsMoved(location)) ++moved;
+  }
+  std::string text;
+  if (moved > 0) text += "; " + Counted(moved, "location") + " moved";
+  if (lost > 0) text += "; " + Counted(lost, "location") + " without its name";
+  return text;
+}
+
+}  // namespace tarnlink
