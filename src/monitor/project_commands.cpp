@@ -126,8 +126,16 @@ bool ProjectCommands::mnuSaveProject() {
        .extension = "prj",
        .confirm_overwrite = true});
   if (!path || path->empty()) return false;
+  std::string text;
   try {
-    main_.platform().files().WriteWhole(*path, EncodeText(WriteProjectFile(main_.trvProject)));
+    text = WriteProjectFile(main_.trvProject);
+  } catch (const RunTimeError& error) {
+    main_.platform().dialogs().MessageBox(
+        {.text = error.what(), .title = std::string(kProgramTitle), .icon = Icon::kExclamation});
+    return false;
+  }
+  try {
+    main_.platform().files().WriteWhole(*path, EncodeText(text));
   } catch (const RunTimeError& error) {
     ReportFileError(main_.platform().dialogs(), error, "During saving prj file ", *path);
     return false;
