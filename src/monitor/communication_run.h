@@ -32,8 +32,9 @@ class CommunicationRun final : public ProtocolRun {
   // Stops the run from anywhere, without a word.
   void StopZOLTCommunication() override;
   // Sends a write of `value`, prepared hexadecimal text, to Location `index`; what was not sent is
-  // cut from it. False if there is no message for it: that is told, and the exchange is left to the
-  // watchdog.
+  // cut from it. False if there is no message for it, which is told, and the exchange left to the
+  // watchdog; also for a device that is gone and about to be told. A page that may not be written
+  // counts as sent.
   bool SendWrite(int index, std::string& value);
   // The end of a Start, or of the run, by an error: says what it was and stops.
   void FailurePath(const RunTimeError& error);

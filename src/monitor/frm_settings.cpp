@@ -166,7 +166,7 @@ void frm_Settings::TakeMapName(int row) {
   if (main_.MicroType == kNecListing) {
     const std::int32_t address =
         is_bit ? map_.bits().at(entry).address : map_.bytes().at(entry).address;
-    txt_Address.Text = Hex(address);
+    txt_Address.Text = FormatHex(Hex(address), kAddressDigits);
     txt_BitAddress.Text = is_bit ? Hex(map_.bits().at(entry).BitAddress) : std::string();
     return;
   }

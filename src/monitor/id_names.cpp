@@ -22,25 +22,30 @@ IdNames::IdNames(frm_Main& main, const frm_Options& options) : main_(main), opti
 
 void IdNames::ReadIDItems(const std::string& FileName) {
   const std::string path = FoundFile(main_, FileName);
-  frm_Main::ShowNotice(main_.lbl_IdNotice, "");
+  id_notice_.clear();
   file_ = {};
   // Without a path no names are wanted.
-  const auto text = path.empty() ? std::nullopt : Text(path);
+  const auto text = path.empty() ? std::nullopt : Text(path, id_notice_);
   if (text) file_ = ReadIdFile(*text);
-  if (file_.failure) Notice(path, *file_.failure);
+  if (file_.failure) id_notice_ = Sentence(path, *file_.failure);
+  ShowNotices();
   if (Changed) Changed();
 }
 
 void IdNames::LoadErrorTexts() {
   const std::string path = FoundFile(main_, ErrorFilePath());
+  error_notice_.clear();
   error_texts_ = {};
   const bool is_wanted = main_.trvProject.FirstChild("erc").has_value();
-  if (!is_wanted && !main_.platform().files().Exists(path)) return;
-  const auto text = Text(path);
-  if (!text) return;
-  ErrorFile file = ReadErrorFile(*text);
-  error_texts_ = std::move(file.texts);
-  if (file.failure) Notice(path, *file.failure);
+  if (is_wanted || main_.platform().files().Exists(path)) {
+    const auto text = Text(path, error_notice_);
+    if (text) {
+      ErrorFile file = ReadErrorFile(*text);
+      error_texts_ = std::move(file.texts);
+      if (file.failure) error_notice_ = Sentence(path, *file.failure);
+    }
+  }
+  ShowNotices();
 }
 
 // It sits beside the ID file, with the same name.
@@ -51,19 +56,24 @@ std::string IdNames::ErrorFilePath() const {
   return path + "erc";
 }
 
-std::optional<std::string> IdNames::Text(const std::string& path) {
+std::optional<std::string> IdNames::Text(const std::string& path, std::string& notice) {
   try {
     return DecodeText(main_.platform().files().ReadWhole(path));
   } catch (const RunTimeError& error) {
-    frm_Main::ShowNotice(main_.lbl_IdNotice, error.what());
+    notice = error.what();
     return std::nullopt;
   }
 }
 
-void IdNames::Notice(const std::string& path, const BadLine& failure) {
+std::string IdNames::Sentence(const std::string& path, const BadLine& failure) {
   std::string text = StripFileFromPath(path);
   if (failure.line > 0) text += ", line " + std::to_string(failure.line);
-  frm_Main::ShowNotice(main_.lbl_IdNotice, text + ": " + failure.reason);
+  return text + ": " + failure.reason;
+}
+
+void IdNames::ShowNotices() {
+  const bool are_both = !id_notice_.empty() && !error_notice_.empty();
+  frm_Main::ShowNotice(main_.lbl_IdNotice, id_notice_ + (are_both ? "   " : "") + error_notice_);
 }
 
 }  // namespace tarnlink

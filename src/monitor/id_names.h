@@ -36,13 +36,16 @@ class IdNames {
  private:
   std::string ErrorFilePath() const;
   // The text of a file, or nothing after the notice has said why.
-  std::optional<std::string> Text(const std::string& path);
-  void Notice(const std::string& path, const BadLine& failure);
+  std::optional<std::string> Text(const std::string& path, std::string& notice);
+  static std::string Sentence(const std::string& path, const BadLine& failure);
+  void ShowNotices();
 
   frm_Main& main_;
   const frm_Options& options_;
   IdFile file_;
   ErrorTexts error_texts_;
+  std::string id_notice_;
+  std::string error_notice_;
 };
 
 }  // namespace tarnlink

@@ -93,6 +93,7 @@ void LocationSettings::ShowFunction(const std::string& FunctionCode, bool is_new
   form_.CmbFunc.Select(row == kFunctions.end() ? 0 : static_cast<int>(row - kFunctions.begin()));
 }
 
+// Whether words and "Both" can be chosen is left as the clicks of the other buttons have made it.
 void LocationSettings::EnableForProtocol(const Location& location, bool is_new) {
   const bool modbus = form_.IsModbus();
   for (const int type : {kBit, kUnsignedByte, kSignedByte, kSignedWord}) {
@@ -118,14 +119,16 @@ void LocationSettings::EnableForProtocol(const Location& location, bool is_new) 
   form_.txt_NumReg.Enabled = modbus && is_new;
 }
 
-bool LocationSettings::IsNew(const Location& location) const {
-  LocationTable fresh;
-  fresh.InitLocations(main_.platform().settings());
-  return location == fresh[1];
+// Nobody has chosen its function yet.
+bool LocationSettings::IsNew(const Location& location) {
+  return location.FunctionCode == Location().FunctionCode && location.NumReg == 1 &&
+         !location.RegisterFollower;
 }
 
 // --- OK ------------------------------------------------------------------------------------------
 
+// A missing function code is found last, when all else has been stored. Users know the dialog that
+// way.
 void LocationSettings::cmd_Ok() {
   const int i = main_.SelectedLocation;
   main_.RAM_LOC_TEXT(i).BackColor = name_colour_;
@@ -140,9 +143,9 @@ void LocationSettings::cmd_Ok() {
   ShowOnScreen(location);
   StoreBlock();
   history_.Commit(edit, Effect::kChangesFile);
-  main_.MarkChanged();
+  main_.MarkChanged();  // also without a change
   Dialogs& dialogs = main_.platform().dialogs();
-  if (i + BlockLength() - 1 > main_.MaxId) {
+  if (IsBlockTooLong()) {
     dialogs.MessageBox({.text = "The block needs a location on the screen for each register.",
                         .title = std::string(kProgramTitle),
                         .icon = Icon::kExclamation});
@@ -151,6 +154,9 @@ void LocationSettings::cmd_Ok() {
   } else {
     form_.form.Visible = false;
   }
+  // For another OK, where the form stays.
+  name_colour_ = main_.RAM_LOC_TEXT(i).BackColor;
+  value_colour_ = main_.RAM_LOC_VAL(i).BackColor;
 }
 
 void LocationSettings::StoreValue(Location& location) {
@@ -212,24 +218,31 @@ int LocationSettings::BlockLength() const {
   return text.empty() ? 0 : ValInt(text, 0, kLongest);
 }
 
+// Of a block that a file brought along, the Locations that have been deleted since do not matter.
+bool LocationSettings::IsBlockTooLong() const {
+  return form_.txt_NumReg.Enabled && main_.SelectedLocation + BlockLength() - 1 > main_.MaxId;
+}
+
 // The first Location of a block reads it, those behind it follow.
 void LocationSettings::StoreBlock() {
+  if (IsBlockTooLong()) return;
   const int i = main_.SelectedLocation;
   const int length = BlockLength();
-  if (i + length - 1 > main_.MaxId) return;
   const bool is_block = form_.txt_NumReg.Text.get() != "1";
-  for (int j = i; j < i + length; ++j) {
+  for (int j = i; j < i + length && j <= main_.MaxId; ++j) {
     Location& location = main_.Locations[j];
     if (j == i) location.NumReg = static_cast<std::int16_t>(length);
     if (j != i && is_block) location.RegisterFollower = true;
     if (is_block) SetColour(j, kBlockColour);
-    location.FunctionCode = "&H" + Right(form_.CmbFunc.Text.get(), 2);
+    if (form_.CmbFunc.Text.get() != kNoFunctionCode) {
+      location.FunctionCode = "&H" + Right(form_.CmbFunc.Text.get(), 2);
+    }
   }
 }
 
 // --- Cancel, Delete Location ---------------------------------------------------------------------
 
-// Also a follower of a block takes the plain colour, until the screen is built again. Users know
+// Also a Location of a block takes the plain colour, until the screen is built again. Users know
 // the dialog that way.
 void LocationSettings::cmd_Cancel() {
   SetColour(main_.SelectedLocation, kWindowBackground);

@@ -23,7 +23,7 @@ class LocationSettings {
   void ShowFields(const Location& location);
   void EnableForProtocol(const Location& location, bool is_new);
   void ShowFunction(const std::string& FunctionCode, bool is_new);
-  bool IsNew(const Location& location) const;
+  static bool IsNew(const Location& location);
 
   void cmd_Ok();
   void cmd_Cancel();
@@ -36,6 +36,7 @@ class LocationSettings {
   void ShowOnScreen(const Location& location);
   void StoreBlock();
   int BlockLength() const;
+  bool IsBlockTooLong() const;
 
   void SetColour(int index, Colour colour);
   Location& Target() const { return main_.Locations[main_.SelectedLocation]; }

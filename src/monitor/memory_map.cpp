@@ -8,6 +8,7 @@ namespace tarnlink {
 
 namespace {
 
+constexpr std::int16_t kAddressDigits = 4;
 constexpr int kFirstDecided = 0;  // buttons of `MicroSelect` that a map decides among
 constexpr int kLastDecided = 2;
 
@@ -54,6 +55,13 @@ void MemoryMap::LoadClass7(const std::string& FileName) {
   ShowNotice(path);
 }
 
+void MemoryMap::LoadListing(const std::string& FileName) {
+  const std::string path = FoundFile(main_, FileName);
+  ReadNECLstFile(path);
+  main_.MicroType = kNecListing;
+  ShowNotice(path);
+}
+
 void MemoryMap::MapDecides(bool decides) {
   main_.Toolbar1(6).Enabled = decides;
   options_.frmMicro.Enabled = !decides;
@@ -73,19 +81,17 @@ bool MemoryMap::ReadAtmelMapFile(const std::string& FileName) {
   return map_.has_entry_list;
 }
 
-bool MemoryMap::ReadNECLstFile(const std::string& FileName) {
+void MemoryMap::ReadNECLstFile(const std::string& FileName) {
   NecListingReader reader;
-  bool is_read = true;
   try {
     main_.platform().files().ReadPieces(FileName, [&](std::string_view piece) {
       reader.Take(piece);
       return true;
     });
   } catch (const RunTimeError&) {
-    is_read = false;
+    // The listing ends there.
   }
   listing_ = reader.Finish();
-  return is_read;
 }
 
 std::string MemoryMap::AddressOf(const Location& location) const {
@@ -94,10 +100,10 @@ std::string MemoryMap::AddressOf(const Location& location) const {
   }
   if (main_.MicroType != kNecListing) return {};
   std::int32_t bit = 0;
-  if (location.StorageType == kBit) {
-    return GetNECLstBitAddress(bits(), location.ActualVariable, bit);
-  }
-  return GetNECLstByteAddress(bytes(), location.ActualVariable);
+  const std::string address = location.StorageType == kBit
+                                  ? GetNECLstBitAddress(bits(), location.ActualVariable, bit)
+                                  : GetNECLstByteAddress(bytes(), location.ActualVariable);
+  return address.empty() ? address : FormatHex(address, kAddressDigits);
 }
 
 // A bit stays where it is, whatever the map says.

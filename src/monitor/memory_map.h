@@ -22,12 +22,13 @@ class MemoryMap {
   // Becomes `LoadClass7` of the main form. Both outlive it.
   MemoryMap(frm_Main& main, frm_Options& options);
 
-  // Reads a map or listing of any kind and has it decide the microprocessor; without one the
-  // options decide again. Nothing is asked and nothing told but in `lbl_MapNotice`. Never throws.
+  // Reads a map or listing of any kind and has it decide the microprocessor. `lbl_MapNotice` says
+  // what was read. Without one, or with a file of no kind, the options decide again, in silence.
+  // Never throws.
   void LoadClass7(const std::string& FileName);
-  // Reads a listing as it is and leaves the options alone. False if it could not be read, and then
-  // with nothing new. Never throws.
-  bool ReadNECLstFile(const std::string& FileName);
+  // The same with a listing, which is taken as it is: the options stay as they are, but the
+  // microprocessor is a NEC from now on. Never throws.
+  void LoadListing(const std::string& FileName);
 
   // By address; the listing's in the order of the file.
   const std::vector<MapVariable>& variables() const { return map_.variables; }
@@ -41,6 +42,7 @@ class MemoryMap {
 
  private:
   bool ReadAtmelMapFile(const std::string& FileName);
+  void ReadNECLstFile(const std::string& FileName);
   // The map decides the microprocessor, or the options do.
   void MapDecides(bool decides);
   void ShowNotice(const std::string& path);

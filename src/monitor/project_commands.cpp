@@ -103,8 +103,7 @@ void ProjectCommands::ReadMap(const std::string& entry) {
   } else if (StripExtFromPath(entry) == "map") {
     map_.LoadClass7(path);
   } else {
-    map_.ReadNECLstFile(path);
-    main_.MicroType = kNecListing;
+    map_.LoadListing(path);
   }
 }
 
@@ -145,7 +144,22 @@ bool ProjectCommands::mnuSaveProject() {
   main_.CurrentProjectFile = *path;
   main_.ProjectChanged = false;
   main_.LoadShortCutsPrj(*path);
+  WarnOfExtensions();
   return true;
+}
+
+// A file whose extension has capitals can be added and opened, but not read in a project file.
+void ProjectCommands::WarnOfExtensions() {
+  for (const ProjectNode& node : main_.trvProject.Nodes()) {
+    const bool is_file = !node.parent.empty() && node.parent != ProjectTree::kRoot;
+    if (!is_file || GroupOfEntry(node.key) == node.parent) continue;
+    main_.platform().dialogs().MessageBox(
+        {.text = "The project cannot be opened again as long as it holds \"" + node.text +
+                 "\": the extension of a file must be written in small letters.",
+         .title = std::string(kProgramTitle),
+         .icon = Icon::kExclamation});
+    return;
+  }
 }
 
 bool ProjectCommands::OfferToSaveProject() {

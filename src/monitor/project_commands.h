@@ -25,7 +25,7 @@ class ProjectCommands {
   bool mnuSaveProject();
 
   // Loads a project, with the map and the IDs that it names. One that cannot be read leaves an
-  // empty project and a word.
+  // empty project and a word; a map that stood ahead of the bad entry stays loaded.
   void ReadProject(const std::string& FileName);
   // Whether the project may go: it is unchanged, has been saved, or the user wants it so.
   bool OfferToSaveProject();
@@ -33,8 +33,8 @@ class ProjectCommands {
  private:
   void ShowNewProject();
   bool AddEntries(const std::string& text);
-  bool AddEntry(const std::string& entry);
   void ReadMap(const std::string& entry);
+  void WarnOfExtensions();
   void SayCannotRead(const std::string& reason);
 
   frm_Main& main_;

@@ -109,8 +109,7 @@ void ProjectFiles::AddDroppedFile(const std::string& path) {
   } else if (kind == "lst" || kind == "map") {
     if (Has("lst") || !AddTo("lst", path)) return;
     if (kind == "map") return map_.LoadClass7(path);
-    map_.ReadNECLstFile(path);
-    main_.MicroType = kNecListing;
+    map_.LoadListing(path);
   } else if (kind == "erc") {
     if (Has("erc")) {
       return Say("First remove the current error description file from project.", kProgramTitle);

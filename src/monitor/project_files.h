@@ -2,6 +2,7 @@
 // click, removing them.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>

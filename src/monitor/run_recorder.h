@@ -15,7 +15,7 @@ class RunRecorder {
   virtual void StartSpreadsheet() = 0;
 
   // The request for Location `index` goes out; its value has come in and stands in its box. A
-  // RunTimeError here leaves the exchange to the watchdog.
+  // RunTimeError of the first ends the run, one of the second leaves the exchange to the watchdog.
   virtual void LogRequest(int index) = 0;
   virtual void RecordValue(int index) = 0;
   // In place of a value: the slave does not have what was asked.

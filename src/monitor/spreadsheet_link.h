@@ -38,7 +38,7 @@ class BoxLink {
 // Every run that has something to send gets a workbook of its own, in the log's folder, named by
 // screen, date and time, so that nothing is overwritten. What cannot be written is told once in a
 // run, for each Location whose column is none and for each reason besides, outside the exchange
-// that met it; the run goes on, and the workbook is tried again.
+// that met it; the run goes on, and the saving is tried again.
 class SpreadsheetLink {
  public:
   // Both outlive it.

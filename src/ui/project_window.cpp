@@ -35,7 +35,7 @@ ProjectWindow::ProjectWindow(frm_Main& main, QWidget* parent)
   // The tree stays open: no node collapses.
   tree_->setItemsExpandable(false);
   tree_->setExpandsOnDoubleClick(false);
-  tree_->setAcceptDrops(true);
+  tree_->viewport()->setAcceptDrops(true);
   tree_->installEventFilter(this);
   tree_->viewport()->installEventFilter(this);
   addTab(tree_, tr("Project"));

@@ -40,14 +40,11 @@ TEST_F(ProjectFilesTest, ScreensParametersAndGraphsAreAddedByTheMenu) {
     std::string path;
     std::string filter;
   };
-  for (const Case& each : {Case{main().mnuAddTarnLinkFile, "/jobs/a.wcr",
-                                "Windows Tarnlink Screens (*.wcr)|*.wcr"},
-                           Case{main().mnuAddParameterFile, "/jobs/a.par",
-                                "Parameter File (*.par)|*.par"},
-                           Case{main().mnuAddGraphFile, "/jobs/a.grp",
-                                "Graphic Properties (*.grp)|*.grp"},
-                           Case{main().mnuAddErrorDiscr, "/jobs/a.erc",
-                                "Error Discription File (*.erc)|*.erc"}}) {
+  for (const Case& each :
+       {Case{main().mnuAddTarnLinkFile, "/jobs/a.wcr", "Windows Tarnlink Screens (*.wcr)|*.wcr"},
+        Case{main().mnuAddParameterFile, "/jobs/a.par", "Parameter File (*.par)|*.par"},
+        Case{main().mnuAddGraphFile, "/jobs/a.grp", "Graphic Properties (*.grp)|*.grp"},
+        Case{main().mnuAddErrorDiscr, "/jobs/a.erc", "Error Discription File (*.erc)|*.erc"}}) {
     main().ProjectChanged = false;
     Choose(each.entry, each.path);
     EXPECT_EQ(Filter(), each.filter);
@@ -180,8 +177,8 @@ TEST_F(ProjectFilesTest, AMapSaysNothing) {
 
 TEST_F(ProjectFilesTest, TheDeleteKeyAsksAndRemovesAnyNode) {
   AddFile("wcr", "/jobs/a.wcr");
-  for (const auto& [key, text] : {std::pair<std::string, std::string>{"/jobs/a.wcr", "a.wcr"},
-                                  {"par", "Parameter Files"}}) {
+  for (const auto& [key, text] :
+       {std::pair<std::string, std::string>{"/jobs/a.wcr", "a.wcr"}, {"par", "Parameter Files"}}) {
     main().ProjectChanged = false;
     for (const Answer answer : {Answer::kCancel, Answer::kOk}) {
       EXPECT_TRUE(Has(key));

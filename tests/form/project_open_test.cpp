@@ -35,9 +35,8 @@ class OpeningAProject : public DeskTest {
     program().project.ReadProject(kProject);
   }
   void ExpectCannotRead() {
-    world.dialogs().ExpectMessageBox({.text = "Can not read project file.",
-                                      .title = "TarnLink",
-                                      .icon = Icon::kExclamation});
+    world.dialogs().ExpectMessageBox(
+        {.text = "Can not read project file.", .title = "TarnLink", .icon = Icon::kExclamation});
   }
   ScriptedDialog& ExpectQuestion() {
     return world.dialogs().ExpectMessageBox({.text = "Project has changed. Save Project ?",
@@ -242,6 +241,20 @@ TEST_F(OpeningAProject, ANewProjectAsksAboutAChangedOne) {
   ExpectQuestion().Press(Answer::kCancel);
   main().mnuNewProject.Press();
   ExpectEmptyProject();
+}
+
+TEST_F(OpeningAProject, AnExtensionInCapitalsIsWarnedOfWhenTheProjectIsSaved) {
+  main().trvProject.AddFileToProject("wcr", "/jobs/A.WCR");
+  main().trvProject.AddFileToProject("lst", "/jobs/a.map");
+  world.dialogs().ExpectSaveFile("Save As").Give(kProject);
+  world.dialogs().ExpectMessageBox(
+      {.text = "The project cannot be opened again as long as it holds \"A.WCR\": the extension of "
+               "a file must be written in small letters.",
+       .title = "TarnLink",
+       .icon = Icon::kExclamation});
+  main().mnuSaveProject.Press();
+  EXPECT_NE(world.disk().Get(kProject).find("A.WCR"), std::string::npos);
+  EXPECT_FALSE(main().ProjectChanged);
 }
 
 TEST_F(OpeningAProject, MoreNodesThanTheFormatHoldsAreRefusedAndTheOldFileStays) {

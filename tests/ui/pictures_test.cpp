@@ -280,6 +280,21 @@ TEST_P(Pictures, ShowTheDialogsOfAWrite) {
   Click("cmd_Cancel");
 }
 
+TEST_P(Pictures, ShowTheSettingsOfALocation) {
+  BeginLarge();
+  OpenScreen(BoilerScreen());
+  const std::pair<const char*, int> protocols[] = {
+      {"tarnlink", kTarnlinkProtocol}, {"zolt", kZoltProtocol}, {"modbus", kModbusProtocol}};
+  for (const auto& [name, protocol] : protocols) {
+    monitor.options.opt_Protocol.Select(protocol);
+    monitor.main.Locations[1].Specification = protocol == kTarnlinkProtocol ? 0 : 1;
+    monitor.main.RAM_LOC_TEXT.DblClick(1);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(settings.get()));
+    Save(*settings, std::string("settings-") + name);
+    Click("cmd_Cancel");
+  }
+}
+
 INSTANTIATE_TEST_SUITE_P(Looks, Pictures, testing::Values(Look{"light", false}, Look{"dark", true}),
                          [](const testing::TestParamInfo<Look>& look) { return look.param.name; });
 

@@ -99,6 +99,13 @@ class RandomEdits : public EditUiTest {
     const QPoint place = OnSomething();
     if (At(place) == "lbl_TextInfo") GiveText();
     DoubleClickAt(place);
+    ConfirmSettings();
+  }
+  // Those of a Location are an edit like any other.
+  void ConfirmSettings() {
+    if (!monitor.settings.form.Visible) return;
+    monitor.settings.cmd_Ok.Press();
+    WaitForActive(window.get());
   }
   void PressArrows() {
     constexpr Qt::Key kArrows[] = {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down};
@@ -118,7 +125,8 @@ class RandomEdits : public EditUiTest {
         return Key(Qt::Key_Delete);
       case 1:
         if (kind == "lbl_TextInfo") GiveText();
-        return Key(Qt::Key_Return, modifier);
+        Key(Qt::Key_Return, modifier);
+        return ConfirmSettings();
       default:
         ExpectRightButton(kind, shift);
         return Key(Qt::Key_Menu, modifier);

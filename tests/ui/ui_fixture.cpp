@@ -49,6 +49,9 @@ void UiTest::Begin() {
   });
   MakeOnDemand(monitor.about.form,
                [this] { about = std::make_unique<AboutDialog>(monitor.about, window.get()); });
+  MakeOnDemand(monitor.settings.form, [this] {
+    settings = std::make_unique<SettingsDialog>(monitor.settings, window.get());
+  });
   MakeOnDemand(monitor.write_value.form, [this] {
     write_value = std::make_unique<WriteValueDialog>(monitor.write_value, window.get());
   });

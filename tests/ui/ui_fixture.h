@@ -24,6 +24,7 @@
 #include "ui/main_window.h"
 #include "ui/multiple_registers_dialog.h"
 #include "ui/options_dialog.h"
+#include "ui/settings_dialog.h"
 #include "ui/write_bit_dialog.h"
 #include "ui/write_value_dialog.h"
 
@@ -109,6 +110,7 @@ class UiTest : public ::testing::Test {
   std::unique_ptr<MainWindow> window;
   std::unique_ptr<OptionsDialog> options;
   std::unique_ptr<AboutDialog> about;
+  std::unique_ptr<SettingsDialog> settings;
   std::unique_ptr<WriteValueDialog> write_value;
   std::unique_ptr<WriteBitDialog> write_bit;
   std::unique_ptr<MultipleRegistersDialog> write_registers;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "support/pieces.h"
 #include "support/prefixes.h"
 
 namespace tarnlink {
@@ -140,6 +141,97 @@ TEST(LineReader, StaysAtTheEndOnceItIsThere) {
   EXPECT_TRUE(reader.Next(line));
   EXPECT_FALSE(reader.Next(line));
   EXPECT_FALSE(reader.Next(line));
+}
+
+// The lines of a text that comes in pieces of one size.
+std::vector<std::string> LinesOfPieces(std::string_view text, std::size_t size) {
+  std::vector<std::string> lines;
+  PieceLines reader;
+  std::string_view line;
+  FeedPieces(text, size, [&](std::string_view piece) {
+    reader.Feed(piece);
+    while (reader.Next(line)) lines.emplace_back(line);
+  });
+  if (reader.Last(line)) lines.emplace_back(line);
+  return lines;
+}
+
+TEST(PieceLines, GivesTheLinesOfTheWholeTextWhateverPiecesItComesIn) {
+  for (const std::string text :
+       {"", "a", "\n", "\r", "\r\n", "a\r\nb\nc", "a\r\nb\n", "\n\r\nx", "a\n\n", "\n\n\n",
+        "a\rb\r\nc\r", "a\r\r\nb", "first line\r\nsecond line\r\n\r\nfourth"}) {
+    for (const std::size_t size : PieceSizes(text)) {
+      EXPECT_EQ(LinesOfPieces(text, size), Lines(text)) << text << " in pieces of " << size;
+    }
+  }
+}
+
+TEST(PieceLines, GivesALineOnceItsEndHasCome) {
+  PieceLines reader;
+  std::string_view line;
+  reader.Feed("be");
+  EXPECT_FALSE(reader.Next(line));
+  reader.Feed("gun\r");
+  EXPECT_FALSE(reader.Next(line));
+  reader.Feed("\nnext\nth");
+  ASSERT_TRUE(reader.Next(line));
+  EXPECT_EQ(line, "begun");
+  ASSERT_TRUE(reader.Next(line));
+  EXPECT_EQ(line, "next");
+  EXPECT_FALSE(reader.Next(line));
+  reader.Feed("ird");
+  EXPECT_FALSE(reader.Next(line));
+  ASSERT_TRUE(reader.Last(line));
+  EXPECT_EQ(line, "third");
+}
+
+TEST(PieceLines, HasNoLastLineBehindAnEnd) {
+  for (const std::string text : {"", "a\n", "a\r\n", "a\n\n"}) {
+    for (const std::size_t size : PieceSizes(text)) {
+      PieceLines reader;
+      std::string_view line;
+      FeedPieces(text, size, [&](std::string_view piece) {
+        reader.Feed(piece);
+        while (reader.Next(line)) continue;
+      });
+      EXPECT_FALSE(reader.Last(line)) << text << " in pieces of " << size;
+    }
+  }
+}
+
+TEST(PieceLines, HasNoLastLineWhenItsWalkStoppedAtOneFromTwoPieces) {
+  PieceLines reader;
+  std::string_view line;
+  reader.Feed("be");
+  EXPECT_FALSE(reader.Next(line));
+  reader.Feed("gun\nrest");
+  EXPECT_TRUE(reader.Next(line));
+  EXPECT_FALSE(reader.Last(line));
+}
+
+TEST(PieceLines, DropsTheRestOfALineThatIsTooLong) {
+  const std::string longest(PieceLines::kLongest, 'x');
+  for (const std::size_t size : {std::size_t{1}, std::size_t{1000}, PieceLines::kLongest,
+                                 PieceLines::kLongest + 1, std::size_t{1} << 20}) {
+    EXPECT_EQ(LinesOfPieces("a\n" + longest + "\nb", size),
+              (std::vector<std::string>{"a", longest, "b"}));
+    for (const std::string& rest : {std::string("y"), std::string("y\r"), longest + longest}) {
+      EXPECT_EQ(LinesOfPieces("a\n" + longest + rest + "\nb", size),
+                (std::vector<std::string>{"a", longest, "b"}));
+      EXPECT_EQ(LinesOfPieces("a\n" + longest + rest, size),
+                (std::vector<std::string>{"a", longest}));
+    }
+  }
+}
+
+TEST(PieceLines, GivesTheLinesOfAnyTextInAnyPieces) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 500; ++round) {
+    std::string text;
+    for (auto left = random() % 40; left > 0; --left) text += "ab \r\n\n"[random() % 6];
+    const std::size_t size = 1 + random() % 9;
+    EXPECT_EQ(LinesOfPieces(text, size), Lines(text)) << text << " in pieces of " << size;
+  }
 }
 
 TEST(TextOnDisk, SurvivesEveryPrefix) {
