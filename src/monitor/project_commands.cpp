@@ -62,20 +62,20 @@ void ProjectCommands::mnuOpenProject() {
   ReadProject(*path);
 }
 
-void ProjectCommands::ReadProject(const std::string& FileName) {
-  // A caption of the history changes with the project.
-  const std::string path = FileName;
+// By value, since it may be a caption of the history, which changes with the project.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
+void ProjectCommands::ReadProject(std::string FileName) {
   ShowNewProject();
   std::string text;
   try {
-    text = DecodeText(main_.platform().files().ReadWhole(path));
+    text = DecodeText(main_.platform().files().ReadWhole(FileName));
   } catch (const RunTimeError& error) {
     return SayCannotRead(error.what());
   }
-  main_.CurrentProjectFile = path;
+  main_.CurrentProjectFile = FileName;
   if (!AddEntries(text)) return;
-  main_.trvProject.SetRootText(StripFileFromPath(path));
-  main_.LoadShortCutsPrj(path);
+  main_.trvProject.SetRootText(StripFileFromPath(FileName));
+  main_.LoadShortCutsPrj(FileName);
   const auto ids = main_.trvProject.FirstChild("ids");
   if (ids && main_.ReadIDItems) main_.ReadIDItems(*ids);
 }

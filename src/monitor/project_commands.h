@@ -26,7 +26,7 @@ class ProjectCommands {
 
   // Loads a project, with the map and the IDs that it names. One that cannot be read leaves an
   // empty project and a word; a map that stood ahead of the bad entry stays loaded.
-  void ReadProject(const std::string& FileName);
+  void ReadProject(std::string FileName);
   // Whether the project may go: it is unchanged, has been saved, or the user wants it so.
   bool OfferToSaveProject();
 

@@ -200,6 +200,7 @@ QGroupBox* SettingsDialog::FunctionFrame() {
   Bind(frame, form_.Function_code);
   auto* layout = new QHBoxLayout(frame);
   auto* box = new QComboBox;
+  box->setMinimumContentsLength(static_cast<int>(kNoFunctionCode.size()) + 1);
   Bind(box, form_.CmbFunc);
   box->setAccessibleName(tr("Function Code"));
   layout->addWidget(box);
