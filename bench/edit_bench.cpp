@@ -142,7 +142,7 @@ int main(int argc, char** argv) {
   std::ofstream(file, std::ios::binary) << tarnlink::WriteScreenFile(0xE0E0E0, Records());
 
   tarnlink::Program program;
-  program.Start(file);
+  program.Start({file});
   program.window().resize(1600, 900);
   Desk desk(program);
   Stopwatch watch(program.window());

@@ -77,7 +77,7 @@ void MeasureProgram(int locations, const bench::AnsweringSlave& slave,
                     const std::filesystem::path& folder) {
   std::ofstream(folder / "screen.wcr", std::ios::binary) << ScreenOf(locations);
   tarnlink::Program program;
-  program.Start((folder / "screen.wcr").string());
+  program.Start({(folder / "screen.wcr").string()});
   RunFor(kSettling);
 
   std::vector<double> speeds;
@@ -121,7 +121,7 @@ void MeasureZolt(const bench::AnsweringSlave& slave, const std::filesystem::path
   std::ofstream(folder / "tarnlink.wcr", std::ios::binary) << ScreenOf(1);
   std::ofstream(folder / "zolt.wcr", std::ios::binary) << ZoltScreen();
   tarnlink::Program program;
-  program.Start("");
+  program.Start({});
   RunFor(kSettling);
   std::vector<double> costs;
   for (int i = 0; i < kRounds; ++i) {

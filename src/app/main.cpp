@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QFileInfo>
+#include <string>
+#include <vector>
 
 #include "app/program.h"
 #include "ui/guarded_application.h"
@@ -18,15 +20,16 @@ int main(int argc, char** argv) {
   arguments.addHelpOption();
   arguments.addVersionOption();
   arguments.addPositionalArgument(
-      "FILE", "A screen (.wcr) or a project (.prj) to open, or a file to add to a project.",
-      "[FILE]");
+      "FILE", "A screen (.wcr) or a project (.prj) to open, or a file to add to the project.",
+      "[FILE...]");
   arguments.process(application);
-  const QStringList files = arguments.positionalArguments();
-  if (files.size() > 1) arguments.showHelp(2);
+  std::vector<std::string> files;
+  for (const QString& file : arguments.positionalArguments()) {
+    // Whole, so that the history finds it from any folder.
+    files.push_back(QFileInfo(file).absoluteFilePath().toStdString());
+  }
 
   tarnlink::Program program;
-  // Whole, so that the history finds it from any folder.
-  const QString file = files.isEmpty() ? QString() : QFileInfo(files.first()).absoluteFilePath();
-  program.Start(file.toStdString());
+  program.Start(files);
   return QApplication::exec();
 }

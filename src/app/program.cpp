@@ -32,15 +32,16 @@ Program::Program() {
   };
 }
 
-void Program::Start(const std::string& file) {
+void Program::Start(const std::vector<std::string>& files) {
   monitor_.start.Form_Load();
   window_.ShowPlace();
   window_.show();
-  if (file.empty()) return;
-  if (ToLower(file).ends_with(".wcr")) {
-    monitor_.screen.OpenTarnLinkFileBuildScreen(file);
-  } else {
-    monitor_.project_files.AddDroppedFile(file);
+  for (const std::string& file : files) {
+    if (ToLower(file).ends_with(".wcr")) {
+      monitor_.screen.OpenTarnLinkFileBuildScreen(file);
+    } else {
+      monitor_.project_files.AddDroppedFile(file);
+    }
   }
 }
 

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "monitor/monitor.h"
 #include "platform/qt/qt_platform.h"
@@ -21,9 +22,9 @@ class Program {
   // Needs a QApplication. Ends its event loop when the user leaves.
   Program();
 
-  // Loads the main form, shows it, and opens `file` if it is not empty: a screen is opened, any
-  // other file counts as dropped, so that a project is opened.
-  void Start(const std::string& file);
+  // Loads the main form, shows it, and takes `files` in their order: a screen is opened, any other
+  // file counts as dropped, so that a project is opened.
+  void Start(const std::vector<std::string>& files);
 
   Monitor& monitor() { return monitor_; }
   MainWindow& window() { return window_; }

@@ -1,5 +1,5 @@
-// tarnlink_tour FOLDER SCREEN.wcr...: drives the program over the screens and leaves pictures in
-// FOLDER.
+// tarnlink_tour FOLDER PROJECT.prj SCREEN.wcr...: drives the program over the screens of a project
+// and leaves pictures in FOLDER.
 
 #include <QApplication>
 #include <QDir>
@@ -10,17 +10,17 @@
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  if (argc < 3) {
-    std::cerr << "Usage: tarnlink_tour FOLDER SCREEN.wcr..." << std::endl;
+  if (argc < 4) {
+    std::cerr << "Usage: tarnlink_tour FOLDER PROJECT.prj SCREEN.wcr..." << std::endl;
     return 2;
   }
   const QString pictures = QString::fromLocal8Bit(argv[1]);
   QStringList screens;
-  for (int i = 2; i < argc; ++i) screens << QString::fromLocal8Bit(argv[i]);
+  for (int i = 3; i < argc; ++i) screens << QString::fromLocal8Bit(argv[i]);
   QDir().mkpath(pictures);
 
   tarnlink::Program program;
-  tarnlink::Tour tour(program, screens, pictures);
+  tarnlink::Tour tour(program, QString::fromLocal8Bit(argv[2]), screens, pictures);
   tour.Begin();
   return QApplication::exec();
 }

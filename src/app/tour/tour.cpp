@@ -15,11 +15,13 @@
 
 namespace tarnlink {
 
-Tour::Tour(Program& program, const QStringList& screens, QString pictures)
+Tour::Tour(Program& program, const QString& project, const QStringList& screens, QString pictures)
     : program_(program), pictures_(std::move(pictures)) {
   for (const QString& screen : screens) visits_.push_back({screen, {}});
   // The first one is named on the command line, the others are opened from the menu.
-  Then(0, [this] { program_.Start(visits_.front().screen.toStdString()); });
+  Then(0, [this, project] {
+    program_.Start({project.toStdString(), visits_.front().screen.toStdString()});
+  });
   for (Visit& visit : visits_) PlanVisit(visit);
   PlanDialogs();
   Then(300, [this] { Finish(); });
@@ -41,6 +43,11 @@ void Tour::PlanVisit(Visit& visit) {
     ExpectOpen(visit.screen);
     visit.values.Note(program_.monitor().main);
     Picture(name + "-stopped");
+  });
+  Then(100, [this] { program_.monitor().main.RAM_LOC_TEXT.DblClick(1); });
+  Then(300, [this, name] {
+    Picture(name + "-settings");
+    program_.monitor().settings.cmd_Cancel.Press();
   });
   Then(100, [this] { Press("Toolbar1(2)"); });
   for (int i = 0; i < kSecondsOfValues; ++i) {
