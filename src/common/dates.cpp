@@ -23,11 +23,24 @@ constexpr double kMostSeconds = 1e15;
 
 std::string Padded(int number, int digits) { return Stuff(std::to_string(number), digits); }
 
-// The first three characters; a month's name need not be ASCII.
-std::string ThreeLetters(const std::string& name) {
+// The first characters, which need not be ASCII.
+std::string FirstLetters(const std::string& name, int count) {
   std::size_t end = name.size();
-  while (CharacterCount(std::string_view(name).substr(0, end)) > 3) --end;
+  while (CharacterCount(std::string_view(name).substr(0, end)) > count) --end;
   return name.substr(0, end);
+}
+
+// Three letters, and more where another month begins with the same ones: "juin" and "juil".
+std::string ShortMonth(const MonthNames& names, std::size_t month) {
+  constexpr int kLetters = 3;
+  const std::string& name = names[month];
+  for (int letters = kLetters;; ++letters) {
+    const std::string text = FirstLetters(name, letters);
+    const auto begin_so = std::count_if(names.begin(), names.end(), [&](const std::string& other) {
+      return FirstLetters(other, letters) == text;
+    });
+    if (begin_so <= 1 || text == name) return text;
+  }
 }
 
 // The text of one pattern part, or the part itself where it is none.
@@ -37,7 +50,7 @@ std::string PartText(const CivilTime& time, std::string_view part, bool after_ho
   if (part == "d") return std::to_string(time.day);
   if (part == "dd") return Padded(time.day, 2);
   if (part == "mm") return Padded(after_hour ? time.minute : time.month, 2);
-  if (part == "mmm") return ThreeLetters(names[month]);
+  if (part == "mmm") return ShortMonth(names, month);
   if (part == "mmmm") return names[month];
   if (part == "yy") return Padded(time.year % 100, 2);
   if (part == "yyyy") return Padded(time.year, 4);

@@ -27,7 +27,9 @@ void RoundValues::EndRound() {
 // block that goes beyond the last one as values of the first.
 bool RoundValues::IsAnswered(int index) const {
   if (requested_ == 0) return false;
-  return index == requested_ || (index > requested_ && locations_[index].RegisterFollower);
+  const int registers = locations_[requested_].NumReg;
+  return index == requested_ || (index > requested_ && (index < requested_ + registers ||
+                                                        locations_[index].RegisterFollower));
 }
 
 }  // namespace tarnlink

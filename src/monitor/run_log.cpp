@@ -26,7 +26,8 @@ void RunLog::PrepareLog() {
                                                          .filter = "Log File (*.log)|*.log",
                                                          .file_name = proposed,
                                                          .folder = FolderOfPath(proposed),
-                                                         .extension = "log"});
+                                                         .extension = "log",
+                                                         .confirm_overwrite = true});
   if (!path) throw RunTimeError(kDialogCancelled);
   if (!path->empty()) return Open(*path);
   Open(JoinPath(UsableFolder(options_.txt_LogPath.Text, main_.platform().files()),
@@ -139,7 +140,8 @@ void RunLog::Write(std::string_view piece) {
     rows_->Append(encoding_.Bytes(piece));
   } catch (const RunTimeError& error) {
     CloseLogFile();
-    failures_.Tell(error, path_);
+    const std::string reason = std::string(error.what()) + " The log ends there; the run goes on.";
+    failures_.Tell(RunTimeError(error.code(), reason), path_);
   }
 }
 

@@ -27,7 +27,7 @@ class RunLog {
   void PrepareLog();
 
   // Values come in the order of the scan, one of each Location in a round (`RoundValues`). None of
-  // these throws. A log that cannot be written any more is closed with its last whole row,
+  // these throws. A log that cannot be written any more is closed with all that it has,
   // the user is told once, and the run goes on.
   void LogRequest(int index);
   void RecordValue(int index);

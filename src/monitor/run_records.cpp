@@ -4,9 +4,9 @@ namespace tarnlink {
 
 void RunRecords::LogRequest(int index) {
   values_.Ask(index);
-  // What is written continuously has no value of its own in the record.
+  // What ZOLT writes continuously is acknowledged and has no value. Modbus sends it with a read.
   const bool writes = (main_.Locations[index].ScanFlags & kContinuousWrite) != 0;
-  if (writes && options_.SelectedProtocol() != kTarnlinkProtocol) values_.ForgetRequest();
+  if (writes && options_.SelectedProtocol() == kZoltProtocol) values_.ForgetRequest();
   log_.LogRequest(index);
 }
 

@@ -71,10 +71,11 @@ SpreadsheetLink::SpreadsheetLink(frm_Main& main, const frm_Options& options)
     : main_(main), options_(options), failures_(main.platform(), "During writing spreadsheet ") {}
 
 void SpreadsheetLink::Start() {
-  told_.clear();
   left_out_.clear();
   gave_up_ = false;
   Retire();
+  // The workbooks of earlier runs keep theirs: they do not tell again, nor in this one's stead.
+  told_ = std::make_shared<std::set<int>>();
   if (!AnyLinked()) return;
   try {
     Open();
@@ -125,10 +126,10 @@ bool SpreadsheetLink::AnyLinked() const {
 }
 
 // The last run's workbook stays as it is. It is not waited for if it still has to be saved; one
-// that got nothing serves again.
+// that got nothing serves again, for the same screen on the same day.
 void SpreadsheetLink::Retire() {
   std::erase_if(leaving_, [](const auto& workbook) { return workbook->Saved(); });
-  if (!workbook_ || (!poked_ && FolderOfPath(workbook_->path()) == Folder())) return;
+  if (!workbook_ || (!poked_ && workbook_->path().starts_with(PathOfDay()))) return;
   if (workbook_->Saved()) {
     workbook_.reset();
   } else {
@@ -137,11 +138,18 @@ void SpreadsheetLink::Retire() {
 }
 
 void SpreadsheetLink::Open() {
-  if (workbook_) return;
-  workbook_ = main_.platform().CreateWorkbook(NewPath());
-  poked_ = false;
+  if (!workbook_) {
+    workbook_ = main_.platform().CreateWorkbook(NewPath());
+    poked_ = false;
+  }
+  ReportFailures();
+}
+
+void SpreadsheetLink::ReportFailures() {
   workbook_->SetOnFailure(
-      [this, path = workbook_->path()](const RunTimeError& error) { TellOnce(error, path); });
+      [this, told = told_, path = workbook_->path()](const RunTimeError& error) {
+        if (told->insert(error.code()).second) failures_.Tell(error, path);
+      });
 }
 
 void SpreadsheetLink::StartProgram() {
@@ -158,13 +166,19 @@ std::string SpreadsheetLink::Folder() const {
   return files.IsFolder(folder) ? folder : files.DocumentsFolder();
 }
 
-std::string SpreadsheetLink::NewPath() const {
-  Platform& platform = main_.platform();
+// Screen and date: how the path of each workbook of the present screen begins.
+std::string SpreadsheetLink::PathOfDay() const {
   std::string name = StripFileFromPath(main_.CurrentTarnLinkFile);
   name = name.substr(0, name.rfind('.'));
   if (name.empty()) name = kProgramTitle;
-  name += FormatDate(platform.clock().Now(), " yyyy-mm-dd hh-nn-ss", EnglishMonthNames());
-  const std::string start = JoinPath(Folder(), name);
+  name += FormatDate(main_.platform().clock().Now(), " yyyy-mm-dd", EnglishMonthNames());
+  return JoinPath(Folder(), name);
+}
+
+std::string SpreadsheetLink::NewPath() const {
+  Platform& platform = main_.platform();
+  const std::string start =
+      PathOfDay() + FormatDate(platform.clock().Now(), " hh-nn-ss", EnglishMonthNames());
   std::string path = start + ".xlsx";
   for (int i = 2; platform.files().Exists(path); ++i) {
     path = start + " (" + std::to_string(i) + ").xlsx";
@@ -189,7 +203,7 @@ void SpreadsheetLink::PokeBoxes(int index) {
 }
 
 void SpreadsheetLink::TellOnce(const RunTimeError& error, const std::string& path) {
-  if (told_.insert(error.code()).second) failures_.Tell(error, path);
+  if (told_->insert(error.code()).second) failures_.Tell(error, path);
 }
 
 }  // namespace tarnlink

@@ -58,8 +58,10 @@ class SpreadsheetLink {
   bool AnyLinked() const;
   void Retire();
   void Open();
+  void ReportFailures();
   void StartProgram();
   std::string Folder() const;
+  std::string PathOfDay() const;
   std::string NewPath() const;
   void PokeBoxes(int index);
   void TellOnce(const RunTimeError& error, const std::string& path);
@@ -67,7 +69,8 @@ class SpreadsheetLink {
   frm_Main& main_;
   const frm_Options& options_;
   LaterFileErrors failures_;
-  std::set<int> told_;      // the codes that this run has told
+  // The codes that this run's workbook has told.
+  std::shared_ptr<std::set<int>> told_ = std::make_shared<std::set<int>>();
   std::set<int> left_out_;  // the Locations whose column is none, each of them told
   bool gave_up_ = false;    // on a workbook that could not even be made
   bool poked_ = false;

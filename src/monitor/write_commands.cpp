@@ -56,6 +56,9 @@ void WriteCommands::AskForValue(const Location& location) {
 void WriteCommands::AskForBit(const Location& location) {
   bit_.caption.Caption = "Write : " + location.Alias + " [" + location.Address + ":" +
                          std::to_string(location.BitAddress) + "]";
+  // As it stands, so that Enter alone changes nothing.
+  const std::string& shown = main_.RAM_LOC_VAL(index_).Text;
+  if (shown == BitText(true) || shown == BitText(false)) bit_.Choose(shown == BitText(true));
   bit_.Show();
 }
 
@@ -92,7 +95,8 @@ WriteText WriteCommands::TypedText() const {
 }
 
 std::string WriteCommands::GoesOut() const {
-  if (IsEmptyWrite()) return IsBlock() ? "nothing before the values are stored" : "nothing";
+  if (IsBlock() && main_.StoredRegisters.empty()) return "nothing before the values are stored";
+  if (IsEmptyWrite()) return "nothing";
   if (!IsBlock()) {
     const int format = value_.opt_WriteValueFormat.Selected();
     const bool is_converted = format == kDecimal || format == kHexadecimal;
@@ -141,10 +145,10 @@ void WriteCommands::Send(WriteText text) {
 }
 
 // Whether the first half of a word is under way. Another write in between would leave the word
-// torn.
+// torn. Without a time-out nothing else ends the waiting for a silent slave: the write goes out.
 bool WriteCommands::OwesSecondByte() const {
   return options_.SelectedProtocol() == kZoltProtocol && main_.write_message &&
-         main_.SendSecondByte && main_.SecondByteIndex != 0;
+         main_.SendSecondByte && main_.SecondByteIndex != 0 && main_.tmr_noresponse->Interval() > 0;
 }
 
 void WriteCommands::TellNothingWritten(const std::string& reason) {

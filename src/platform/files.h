@@ -17,7 +17,7 @@ class RowWriter {
   virtual ~RowWriter() = default;
 
   // Appends one piece of a row; a piece that ends in a line end completes the row. When the disk
-  // takes less than all of it, the file goes back to its last whole row and RunTimeError 61 or 57
+  // takes less than all of it, the file is as it was before this piece and RunTimeError 61 or 57
   // is thrown.
   virtual void Append(std::string_view piece) = 0;
 };

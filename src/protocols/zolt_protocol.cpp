@@ -230,6 +230,7 @@ void BuildKEM3WriteMessage(ProtocolRun& run, int index, std::string& value) {
                                                : DataIdWrite(location, value);
   if (frame.empty()) {
     const bool was_running = run.fields().CommRunning;
+    run.fields().SendSecondByte = false;  // nor does the second half of a word go out
     run.TellProtectedArea();
     // The run may have ended behind the box, and nothing is to begin it again.
     if (was_running && !run.fields().CommRunning) return;

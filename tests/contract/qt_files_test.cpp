@@ -2,6 +2,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <QScopeGuard>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -132,7 +133,7 @@ TEST(QtFiles, AFullDiskLeavesNothingBesideTheFile) {
   EXPECT_EQ(disk.Get("new"), "fits");
 }
 
-TEST(QtFiles, AShortWriteOfARowGoesBackToTheLastWholeRow) {
+TEST(QtFiles, AShortWriteGoesBackToTheEndOfThePieceBefore) {
   RealDisk disk;
   const auto rows = disk.files().OpenRows(disk.path("log"), false);
   rows->Append("whole row\n");
@@ -140,10 +141,26 @@ TEST(QtFiles, AShortWriteOfARowGoesBackToTheLastWholeRow) {
     const FileSizeLimit limit(25);
     rows->Append("half ");
     EXPECT_EQ(ErrorOf([&] { rows->Append("that does not fit\n"); }), kDeviceIo);
-    EXPECT_EQ(disk.Get("log"), "whole row\n");
+    EXPECT_EQ(disk.Get("log"), "whole row\nhalf ");
   }
-  rows->Append("next row\n");
-  EXPECT_EQ(disk.Get("log"), "whole row\nnext row\n");
+  rows->Append("row\n");
+  EXPECT_EQ(disk.Get("log"), "whole row\nhalf row\n");
+}
+
+TEST(QtFiles, RowsOfADeletedFileAreRefused) {
+  RealDisk disk;
+  fs::create_directory(disk.path("logs"));
+  const auto rows = disk.files().OpenRows(disk.path("logs/log"), false);
+  rows->Append("row\n");
+  fs::remove_all(disk.path("logs"));
+  try {
+    rows->Append("row\n");
+    FAIL() << "Nobody will find this row.";
+  } catch (const RunTimeError& error) {
+    EXPECT_EQ(error.code(), kFileNotFound);
+    EXPECT_EQ(std::string(error.what()),
+              "\"" + disk.path("logs/log") + "\" could not be written: it has been deleted.");
+  }
 }
 
 TEST(QtFiles, RowsGoBackNoFurtherThanWhatWasThereBefore) {
@@ -153,6 +170,17 @@ TEST(QtFiles, RowsGoBackNoFurtherThanWhatWasThereBefore) {
   const FileSizeLimit limit(25);
   EXPECT_NE(ErrorOf([&] { rows->Append(std::string(100, 'x')); }), 0);
   EXPECT_EQ(disk.Get("log"), "old row without end");
+}
+
+TEST(QtFiles, WithoutADocumentsFolderItIsTheUsersOwn) {
+  const RealDisk disk;
+  const QByteArray home = qgetenv("HOME");
+  const auto restore = qScopeGuard([&] { qputenv("HOME", home); });
+  qputenv("HOME", QByteArray::fromStdString(disk.path("user")));
+  fs::create_directory(disk.path("user"));
+  EXPECT_EQ(QtFiles().DocumentsFolder(), disk.path("user"));
+  fs::create_directory(disk.path("user/Documents"));
+  EXPECT_EQ(QtFiles().DocumentsFolder(), disk.path("user/Documents"));
 }
 
 TEST(QtFiles, ReadsFilesWhoseSizeTheSystemDoesNotTell) {

@@ -1,5 +1,5 @@
 // A log that cannot be written any more, under each protocol: told once by name and reason, whole
-// up to its last row, and the run goes on.
+// up to its last value, and the run goes on.
 
 #include <gtest/gtest.h>
 
@@ -40,7 +40,7 @@ TEST_P(LogFailure, AFullDiskIsToldOnceAndTheRunGoesOn) {
   ExpectLogFailure(kDiskFull);
   Advance(1000);
   EXPECT_FALSE(monitor.main.filelogging);
-  EXPECT_EQ(Rows(), "14:07:09|A1|A2\n");
+  EXPECT_EQ(Rows(), "14:07:09|A1|A2\n14:07:09|A1|") << "What had room is there.";
   ExpectRunGoesOn();
 }
 
@@ -52,7 +52,8 @@ TEST_P(LogFailure, NamesTheReason) {
                "During writing log file /home/user/Documents/run.log",
        .title = "Internal System Error",
        .icon = Icon::kCritical,
-       .detail = "\"/home/user/Documents/run.log\" could not be written: the disk is full."});
+       .detail = "\"/home/user/Documents/run.log\" could not be written: the disk is full. The "
+                 "log ends there; the run goes on."});
   Advance(1000);
 }
 
@@ -64,7 +65,7 @@ TEST_P(LogFailure, ARemovedStickIsToldByNameAndReason) {
                "During writing log file /home/user/Documents/run.log",
        .title = "Internal System Error",
        .icon = Icon::kCritical,
-       .detail = "The stick is gone."});
+       .detail = "The stick is gone. The log ends there; the run goes on."});
   Advance(1000);
   EXPECT_FALSE(monitor.main.filelogging);
   ExpectRunGoesOn();

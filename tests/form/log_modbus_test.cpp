@@ -7,6 +7,7 @@
 #include "form/boiler_on_line.h"
 #include "form/locations.h"
 #include "form/log_fixture.h"
+#include "protocols/modbus_frame.h"
 
 namespace tarnlink {
 namespace {
@@ -97,6 +98,29 @@ TEST_F(LogModbus, WhatIsNotScannedLeavesItsFieldEmpty) {
   EXPECT_EQ(Rows(), "14:07:09||1001");
   Advance(20);
   EXPECT_EQ(Rows(), "14:07:09||1001|\n14:07:09");
+}
+
+// What is written continuously goes out with a read, whose answer is a value.
+TEST_F(LogModbus, AContinuousWriteIsAnsweredWithAValue) {
+  Location written = Register(0x201);
+  written.ScanFlags = kContinuousWrite;
+  Screen({Register(0x200), written});
+  StartLog();
+  Advance(59);
+  // The simulated boiler does not know such a request.
+  world.port().Receive(modbus_frame::FinishFrame("\x01\x03\x02\x10\x01"));
+  Advance(10);
+  EXPECT_EQ(Rows(), "14:07:09|1000|1001\n14:07:09");
+}
+
+// As a screen of older times may have them.
+TEST_F(LogModbus, TheRegistersOfABlockThatAreNoFollowersHaveTheirFieldsToo) {
+  Location second = Register(0x201);
+  second.ScanFlags = kScanningDisabled;
+  Screen({HeadOf(2, Register(0x200)), second, Register(0x204)});
+  StartLog();
+  Advance(59);
+  EXPECT_EQ(Rows().substr(0, 31), "14:07:09|1000|1001|1004\n14:07:0");
 }
 
 TEST_F(LogModbus, ADeletedFollowerLeavesItsFieldEmpty) {

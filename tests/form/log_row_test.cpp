@@ -217,7 +217,7 @@ TEST_F(LogRow, WithTheOptionTakenAwayTheFieldsStayEmpty) {
   EXPECT_EQ(Rows(), "14:07:09|A1|A2|A3\n14:07:09|||\n14:07:09");
 }
 
-TEST_F(LogRow, WithNothingLeftToPollNoRowGrows) {
+TEST_F(LogRow, TheWrapOverADeletedLastLocationBeginsARow) {
   Screen({Logged(ByteAt("0001"))});
   HoldAgain();
   StartLog();

@@ -34,11 +34,11 @@ TEST_F(LogStart, AsksForTheFileWithTheNameOfTheNumberOfLocations) {
   StartLog();
   const FileDialogRequest& request = world.dialogs().last_file_request();
   EXPECT_EQ(request.title, "Save log file as");
+  EXPECT_TRUE(request.confirm_overwrite) << "Every run proposes the same name.";
   EXPECT_EQ(request.filter, "Log File (*.log)|*.log");
   EXPECT_EQ(request.file_name, "/home/user/Documents/log 5.log");
   EXPECT_EQ(request.folder, "/home/user/Documents");
   EXPECT_EQ(request.extension, "log");
-  EXPECT_FALSE(request.confirm_overwrite);
 }
 
 TEST_F(LogStart, WithoutALocationToLogThereIsNoDialogAndNoFile) {

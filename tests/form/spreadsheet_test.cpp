@@ -230,6 +230,21 @@ TEST_F(Spreadsheet, ARunThatGotNothingLeavesItsWorkbookToTheNext) {
   EXPECT_EQ(world.disk().ListFolder("/home/user/work").size(), 1U);
 }
 
+TEST_F(Spreadsheet, AnotherScreenOrDayHasAWorkbookOfItsOwnAlthoughTheLastRunGotNothing) {
+  Screen({Linked(ByteAt("0001", kDecimal), "1")});
+  Start();
+  Stop();
+  monitor.main.CurrentTarnLinkFile = "/home/user/Boiler 2.wcr";
+  Start();
+  Stop();
+  EXPECT_EQ(Books().size(), 2U);
+  EXPECT_NE(Books().back().find("Boiler 2 "), std::string::npos) << Books().back();
+  Advance(24 * 60 * 60 * 1000);
+  Start();
+  Stop();
+  EXPECT_EQ(Books().size(), 3U);
+}
+
 TEST_F(Spreadsheet, IsSavedWhileTheRunGoesOn) {
   Screen({Linked(ByteAt("0001", kDecimal), "1")});
   SlaveHolds({{"0001", "01"}});
@@ -346,6 +361,27 @@ TEST_F(Spreadsheet, TheNextRunTellsAgain) {
     Stop();
     Advance(0);
   }
+}
+
+TEST_F(Spreadsheet, AWorkbookOfAnEarlierRunIsNotToldAgain) {
+  Screen({Linked(ByteAt("0001", kDecimal), "1")});
+  SlaveHolds({{"0001", "01"}});
+  Start();
+  world.disk().Forbid(kFolder);
+  ExpectTold(kPermissionDenied, std::string(kFolder) + "/Boiler 1 2024-03-05 14-07-09.xlsx");
+  Advance(10'000);
+  world.dialogs().Verify();
+  Stop();
+  monitor.options.txt_LogPath.Text = "/home/user/work";
+  Start();
+  Advance(20'000);
+  Stop();
+  Advance(0);
+  world.disk().Allow(kFolder);
+  Advance(20'000);
+  Start();
+  EXPECT_NE(world.disk().Get(std::string(kFolder) + "/Boiler 1 2024-03-05 14-07-09.xlsx"), "")
+      << "It is saved as soon as it can be.";
 }
 
 TEST_F(Spreadsheet, AStickThatIsPulledIsToldByNameAndReason) {

@@ -212,6 +212,31 @@ TEST_F(ZoltDialogWrite, AProtectedPageIsToldAndTheRunGoesOnAfterTheWatchdog) {
   EXPECT_NE(Sent(), "");
 }
 
+TEST_F(ZoltDialogWrite, AWordOfAProtectedPageOwesNoSecondHalf) {
+  Run({WordAt("0000"), ByteAt("F400")});
+  ExpectCritical("Write attempt to protected area !", "Write Error");
+  Write(1, "1234");
+  EXPECT_FALSE(monitor.main.SendSecondByte);
+  Write(2, "5A");
+  Advance(50);
+  EXPECT_EQ(boiler.controller().memory().Byte(0xF400), 0x5A);
+}
+
+// Nothing but the next write ends the waiting then.
+TEST_F(ZoltDialogWrite, WithoutATimeOutAWordThatIsNotAnsweredHoldsNoOtherWriteUp) {
+  SetTimeout(0);
+  Run({WordAt("F410"), ByteAt("F400")});
+  boiler.line().AddFault("no_reply#1");
+  Write(1, "1234");
+  Advance(60'000);
+  ASSERT_TRUE(monitor.main.SendSecondByte);
+  Write(2, "5A");
+  Advance(50);
+  EXPECT_EQ(boiler.controller().memory().Byte(0xF400), 0x5A);
+  EXPECT_EQ(boiler.controller().memory().Byte(0xF401), 0);
+  EXPECT_FALSE(monitor.main.SendSecondByte);
+}
+
 TEST_F(ZoltDialogWrite, ARunThatEndsBehindTheRefusalStaysEnded) {
   Run({ByteAt("0000")});
   ExpectCritical("Write attempt to protected area !", "Write Error").While([this] {

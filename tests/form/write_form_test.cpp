@@ -162,5 +162,17 @@ TEST_F(WriteForm, TheBitDialogBeginsWithTrueAndKeepsTheChoice) {
   EXPECT_EQ(bit_dialog().txt_WriteValue.Text.get(), "");
 }
 
+// Enter alone is then no change.
+TEST_F(WriteForm, TheBitDialogBeginsWithTheBitAsItIsShown) {
+  Run({BitOf(3, ByteAt("F412"))});
+  for (const bool is_set : {false, true}) {
+    bit_dialog().Choose(!is_set);
+    monitor.main.RAM_LOC_VAL(1).Text = is_set ? "TRUE" : "FALSE";
+    Ask(1);
+    EXPECT_EQ(bit_dialog().opt_writetrue.Value, is_set);
+    bit_dialog().cmd_Cancel.Press();
+  }
+}
+
 }  // namespace
 }  // namespace tarnlink

@@ -18,22 +18,20 @@ std::string Parent(const std::string& path) {
 
 class FakeFiles::Rows final : public RowWriter {
  public:
-  Rows(FakeFiles& files, std::string path, std::size_t size)
-      : files_(files), path_(std::move(path)), whole_(size) {}
+  Rows(FakeFiles& files, std::string path) : files_(files), path_(std::move(path)) {}
 
   void Append(std::string_view piece) override {
     std::string& file = files_.files_[path_];
+    const std::size_t whole = file.size();
     if (files_.Grow(file, piece) < piece.size()) {
-      file.resize(whole_);
+      file.resize(whole);
       throw RunTimeError(kDiskFull, "\"" + path_ + "\" could not be written: the disk is full.");
     }
-    if (piece.ends_with('\n')) whole_ = file.size();
   }
 
  private:
   FakeFiles& files_;
   std::string path_;
-  std::size_t whole_;
 };
 
 FakeFiles::FakeFiles() {
@@ -76,9 +74,12 @@ void FakeFiles::ReadPieces(const std::string& path,
                            const std::function<bool(std::string_view)>& take) {
   constexpr std::size_t kPiece = 7;
   const std::string bytes = ReadWhole(path);
-  for (std::size_t i = 0; i < bytes.size(); i += kPiece) {
-    if (!take(std::string_view(bytes).substr(i, kPiece))) return;
+  const auto broken = broken_.find(Absolute(path));
+  const std::size_t end = broken == broken_.end() ? bytes.size() : broken->second;
+  for (std::size_t i = 0; i < end; i += kPiece) {
+    if (!take(std::string_view(bytes).substr(i, std::min(kPiece, end - i)))) return;
   }
+  if (broken != broken_.end()) throw RunTimeError(kDeviceIo, "\"" + path + "\" could not be read.");
 }
 
 void FakeFiles::CheckTarget(const std::string& path) const {
@@ -117,7 +118,7 @@ std::unique_ptr<RowWriter> FakeFiles::OpenRows(const std::string& path, bool kee
   CheckTarget(path);
   std::string& file = files_[Absolute(path)];
   if (!keep) file.clear();
-  return std::make_unique<Rows>(*this, Absolute(path), file.size());
+  return std::make_unique<Rows>(*this, Absolute(path));
 }
 
 bool FakeFiles::Exists(const std::string& path) const {

@@ -46,6 +46,8 @@ class FakeFiles final : public Files {
   // Neither readable nor writable; in a forbidden folder nothing can be made.
   void Forbid(const std::string& path) { forbidden_.insert(Absolute(path)); }
   void Allow(const std::string& path) { forbidden_.erase(Absolute(path)); }
+  // Reading the file in pieces fails behind this many bytes.
+  void BreakReading(const std::string& path, std::size_t bytes) { broken_[Absolute(path)] = bytes; }
   // Bytes that the disk still takes.
   void SetFreeSpace(std::size_t bytes) { free_ = bytes; }
 
@@ -60,6 +62,7 @@ class FakeFiles final : public Files {
   std::size_t Grow(std::string& file, std::string_view piece);
 
   std::map<std::string, std::string> files_;
+  std::map<std::string, std::size_t> broken_;
   std::set<std::string> folders_;
   std::set<std::string> special_;
   std::set<std::string> forbidden_;

@@ -110,5 +110,29 @@ TEST(FormatDate, CutsMonthNamesToThreeCharactersNotBytes) {
   EXPECT_EQ(FormatDate(ToDate(kMoment), "mmm", names), "M");
 }
 
+TEST(FormatDate, TakesMoreLettersOfAMonthWhereAnotherBeginsAlike) {
+  MonthNames names = EnglishMonthNames();
+  names[5] = "juin";
+  names[6] = "juillet";
+  const auto show = [&](int month) {
+    return FormatDate(ToDate({2024, month, 1, 0, 0, 0}), "d-mmm-yyyy", names);
+  };
+  EXPECT_EQ(show(6), "1-juin-2024");
+  EXPECT_EQ(show(7), "1-juil-2024");
+  names[5] =
+      "\xC4\x8D"
+      "erven";
+  names[6] =
+      "\xC4\x8D"
+      "ervenec";
+  EXPECT_EQ(show(6),
+            "1-\xC4\x8D"
+            "erven-2024");
+  EXPECT_EQ(show(7),
+            "1-\xC4\x8D"
+            "ervene-2024");
+  EXPECT_EQ(show(3), "1-Mar-2024");
+}
+
 }  // namespace
 }  // namespace tarnlink

@@ -255,6 +255,8 @@ TEST_F(ZoltWordWrite, ASecondByteThatWasNotSentWaitsForTheNextAcknowledge) {
 // The next byte would lie in the EEPROM, which nobody meant.
 TEST_F(ZoltWordWrite, BehindTheLastAddressOfTheLowerHalfThereIsNoByte) {
   Begin("7FFF");
+  EXPECT_FALSE(run.fields().SendSecondByte) << "The first half is refused already.";
+  run.fields().SendSecondByte = true;
   run.TakeNotes();
   run.fields().MsgPointer = 2;
   run.world.port().Receive("any");

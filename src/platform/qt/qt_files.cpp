@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <algorithm>
 #include <cerrno>
@@ -134,7 +136,9 @@ std::vector<std::string> QtFiles::ListFolder(const std::string& folder) const {
 }
 
 std::string QtFiles::DocumentsFolder() const {
-  return FromQt(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+  const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  // An account that was never used on a desktop has none.
+  return FromQt(QFileInfo(documents).isDir() ? documents : QDir::homePath());
 }
 
 }  // namespace tarnlink

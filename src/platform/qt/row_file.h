@@ -21,10 +21,11 @@ class RowFile final : public RowWriter {
   void Append(std::string_view piece) override;
 
  private:
+  void RefuseDeletedFile() const;
+
   std::string path_;
   int handle_;
-  off_t size_ = 0;
-  off_t whole_rows_ = 0;  // the size up to the end of the last whole row
+  off_t whole_pieces_ = 0;  // the size up to the end of the last piece
 };
 
 }  // namespace tarnlink
