@@ -70,9 +70,9 @@ bool AvrMapReader::Take(std::string_view piece) {
   return !map_.is_cut;
 }
 
-AvrMap AvrMapReader::Finish() {
+AvrMap AvrMapReader::Finish(bool is_whole) {
   std::string_view line;
-  if (!map_.is_cut && lines_.Last(line)) TakeLine(line);
+  if (is_whole && !map_.is_cut && lines_.Last(line)) TakeLine(line);
   std::vector<MapVariable>& list = map_.variables;
   if (!list.empty()) SortMapVariables(list, 0, 0);
   for (int i = 0; i < static_cast<int>(list.size()); ++i) {
@@ -97,7 +97,8 @@ void AvrMapReader::TakeData(std::string_view line) {
   std::string whole = DecodeText(line);
   const std::string squeezed = SqueezeBlanks(whole);
   const auto address = SlaveAddress(micro_type_, ThirdField(squeezed));
-  if (!address) {
+  const bool is_cut_off = line.size() == PieceLines::kLongest;
+  if (!address || is_cut_off) {
     ++map_.skipped_lines;
     return;
   }

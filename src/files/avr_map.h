@@ -37,7 +37,8 @@ class AvrMapReader {
 
   // False once nothing more is to be had.
   bool Take(std::string_view piece);
-  AvrMap Finish();
+  // `is_whole` false leaves out the line in which a failed reading broke off.
+  AvrMap Finish(bool is_whole = true);
 
  private:
   void TakeLine(std::string_view line);

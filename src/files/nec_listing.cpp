@@ -41,9 +41,9 @@ void NecListingReader::Take(std::string_view piece) {
   for (std::string_view line; lines_.Next(line);) TakeLine(line);
 }
 
-NecListing NecListingReader::Finish() {
+NecListing NecListingReader::Finish(bool is_whole) {
   std::string_view line;
-  if (lines_.Last(line)) TakeLine(line);
+  if (is_whole && lines_.Last(line)) TakeLine(line);
   return std::move(listing_);
 }
 

@@ -36,7 +36,8 @@ struct NecListing {
 class NecListingReader {
  public:
   void Take(std::string_view piece);
-  NecListing Finish();
+  // `is_whole` false leaves out the line in which a failed reading broke off.
+  NecListing Finish(bool is_whole = true);
 
  private:
   enum class Section { kOther, kBits, kBytes };

@@ -7,6 +7,7 @@
 #include "common/paths.h"
 #include "common/run_time_error.h"
 #include "monitor/frm_main.h"
+#include "monitor/project_paths.h"
 #include "monitor/setting_keys.h"
 
 namespace tarnlink {
@@ -254,13 +255,13 @@ void frm_Options::ShowAndSetPort(char parity) {
 
 void frm_Options::ReloadMap() {
   if (!main_.LoadClass7) return;
-  main_.LoadClass7(main_.trvProject.FirstChild("lst").value_or(txt_MapFile.Text.get()));
+  main_.LoadClass7(FileOfGroup(main_, "lst", txt_MapFile.Text));
 }
 
 void frm_Options::ReloadNames() {
   ReloadMap();
   if (main_.ReadIDItems) {
-    main_.ReadIDItems(main_.trvProject.FirstChild("ids").value_or(txt_ZOLTIDDef.Text.get()));
+    main_.ReadIDItems(FileOfGroup(main_, "ids", txt_ZOLTIDDef.Text));
   }
 }
 

@@ -7,6 +7,7 @@
 #include "common/run_time_error.h"
 #include "common/text_file.h"
 #include "monitor/project_paths.h"
+#include "platform/path_resolver.h"
 
 namespace tarnlink {
 
@@ -21,7 +22,7 @@ IdNames::IdNames(frm_Main& main, const frm_Options& options) : main_(main), opti
 }
 
 void IdNames::ReadIDItems(const std::string& FileName) {
-  const std::string path = FoundFile(main_, FileName);
+  const std::string path = UsableFile(FileName, main_.platform().files());
   id_notice_.clear();
   file_ = {};
   // Without a path no names are wanted.
@@ -33,7 +34,7 @@ void IdNames::ReadIDItems(const std::string& FileName) {
 }
 
 void IdNames::LoadErrorTexts() {
-  const std::string path = FoundFile(main_, ErrorFilePath());
+  const std::string path = UsableFile(ErrorFilePath(), main_.platform().files());
   error_notice_.clear();
   error_texts_ = {};
   const bool is_wanted = main_.trvProject.FirstChild("erc").has_value();
@@ -50,10 +51,9 @@ void IdNames::LoadErrorTexts() {
 
 // It sits beside the ID file, with the same name.
 std::string IdNames::ErrorFilePath() const {
-  if (const auto of_project = main_.trvProject.FirstChild("erc")) return *of_project;
   std::string path = options_.txt_ZOLTIDDef.Text;
   path.resize(path.size() - std::min(path.size(), kExtensionLength));
-  return path + "erc";
+  return FileOfGroup(main_, "erc", path + "erc");
 }
 
 std::optional<std::string> IdNames::Text(const std::string& path, std::string& notice) {

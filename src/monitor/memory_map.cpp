@@ -2,7 +2,7 @@
 
 #include "common/paths.h"
 #include "common/run_time_error.h"
-#include "monitor/project_paths.h"
+#include "platform/path_resolver.h"
 
 namespace tarnlink {
 
@@ -15,6 +15,14 @@ constexpr int kLastDecided = 2;
 // "1 line", "2 lines".
 std::string Counted(int number, const std::string& what) {
   return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
+}
+
+// What is to be done where a map was read through the window of the other family.
+std::string WindowHint(std::int16_t window, std::int16_t type) {
+  const bool as_atmega = window == kAtmegaMap;
+  if (as_atmega == (type == kAtmegaMap)) return {};
+  return as_atmega ? ", as an ATMega's: press Ok in the options to read it as an XMega's"
+                   : ", as an XMega's: press Ok in the options to read it as an ATMega's";
 }
 
 }  // namespace
@@ -34,7 +42,7 @@ MemoryMap::MemoryMap(frm_Main& main, frm_Options& options) : main_(main), option
 }
 
 void MemoryMap::LoadClass7(const std::string& FileName) {
-  const std::string path = FoundFile(main_, FileName);
+  const std::string path = UsableFile(FileName, main_.platform().files());
   frm_Main::ShowNotice(main_.lbl_MapNotice, "");
   MapDecides(true);
   const std::int16_t type = CheckMapFileType(main_.platform().files(), path);
@@ -45,6 +53,7 @@ void MemoryMap::LoadClass7(const std::string& FileName) {
   }
   // The window of the memory goes by the microprocessor before this map: a map of the other family
   // is read right the second time.
+  const std::int16_t window = main_.MicroType;
   if (type == kNecListing) {
     ReadNECLstFile(path);
   } else if (!ReadAtmelMapFile(path)) {
@@ -52,14 +61,13 @@ void MemoryMap::LoadClass7(const std::string& FileName) {
   }
   options_.MicroSelect.Select(type);
   main_.MicroType = type;
-  ShowNotice(path);
+  ShowNotice(path, type == kNecListing ? "" : WindowHint(window, type));
 }
 
-void MemoryMap::LoadListing(const std::string& FileName) {
-  const std::string path = FoundFile(main_, FileName);
+void MemoryMap::LoadListing(const std::string& path) {
   ReadNECLstFile(path);
   main_.MicroType = kNecListing;
-  ShowNotice(path);
+  ShowNotice(path, "");
 }
 
 void MemoryMap::MapDecides(bool decides) {
@@ -71,27 +79,30 @@ void MemoryMap::MapDecides(bool decides) {
 // What was read before a failure counts.
 bool MemoryMap::ReadAtmelMapFile(const std::string& FileName) {
   AvrMapReader reader(main_.MicroType);
-  try {
-    main_.platform().files().ReadPieces(FileName,
-                                        [&](std::string_view piece) { return reader.Take(piece); });
-  } catch (const RunTimeError&) {
-    // The map ends there.
-  }
-  map_ = reader.Finish();
+  const bool is_whole =
+      ReadToItsEnd(FileName, [&](std::string_view piece) { return reader.Take(piece); });
+  map_ = reader.Finish(is_whole);
   return map_.has_entry_list;
 }
 
 void MemoryMap::ReadNECLstFile(const std::string& FileName) {
   NecListingReader reader;
+  const bool is_whole = ReadToItsEnd(FileName, [&](std::string_view piece) {
+    reader.Take(piece);
+    return true;
+  });
+  listing_ = reader.Finish(is_whole);
+}
+
+// False if the reading failed on its way.
+bool MemoryMap::ReadToItsEnd(const std::string& FileName,
+                             const std::function<bool(std::string_view)>& take) {
   try {
-    main_.platform().files().ReadPieces(FileName, [&](std::string_view piece) {
-      reader.Take(piece);
-      return true;
-    });
+    main_.platform().files().ReadPieces(FileName, take);
+    return true;
   } catch (const RunTimeError&) {
-    // The listing ends there.
+    return false;
   }
-  listing_ = reader.Finish();
 }
 
 std::string MemoryMap::AddressOf(const Location& location) const {
@@ -113,7 +124,7 @@ bool MemoryMap::IsMoved(const Location& location) const {
   return !address.empty() && FixedAddress(address) != location.Address;
 }
 
-void MemoryMap::ShowNotice(const std::string& path) {
+void MemoryMap::ShowNotice(const std::string& path, const std::string& hint) {
   const bool is_listing = main_.MicroType == kNecListing;
   const std::size_t read = is_listing ? bytes().size() + bits().size() : variables().size();
   const int skipped = is_listing ? listing_.skipped_lines : map_.skipped_lines;
@@ -121,7 +132,7 @@ void MemoryMap::ShowNotice(const std::string& path) {
                      " read, " + Counted(skipped, "line") + " skipped";
   if (!is_listing && map_.is_cut) text += ", the rest left out: the list is full";
   if (!is_listing && !map_.has_entry_list) text += ", no entry list found";
-  frm_Main::ShowNotice(main_.lbl_MapNotice, text + Moves());
+  frm_Main::ShowNotice(main_.lbl_MapNotice, text + hint + Moves());
 }
 
 // What the map means for the screen as it stands: a screen takes the new addresses when it is
@@ -141,7 +152,10 @@ std::string MemoryMap::Moves() const {
   }
   std::string text;
   if (moved > 0) text += "; " + Counted(moved, "location") + " moved";
-  if (lost > 0) text += "; " + Counted(lost, "location") + " without its name";
+  if (lost > 0) {
+    text +=
+        "; " + Counted(lost, "location") + " without " + (lost == 1 ? "its" : "their") + " name";
+  }
   return text;
 }
 

@@ -28,7 +28,7 @@ class MemoryMap {
   void LoadClass7(const std::string& FileName);
   // The same with a listing, which is taken as it is: the options stay as they are, but the
   // microprocessor is a NEC from now on. Never throws.
-  void LoadListing(const std::string& FileName);
+  void LoadListing(const std::string& path);
 
   // By address; the listing's in the order of the file.
   const std::vector<MapVariable>& variables() const { return map_.variables; }
@@ -43,9 +43,10 @@ class MemoryMap {
  private:
   bool ReadAtmelMapFile(const std::string& FileName);
   void ReadNECLstFile(const std::string& FileName);
+  bool ReadToItsEnd(const std::string& FileName, const std::function<bool(std::string_view)>& take);
   // The map decides the microprocessor, or the options do.
   void MapDecides(bool decides);
-  void ShowNotice(const std::string& path);
+  void ShowNotice(const std::string& path, const std::string& hint);
   std::string Moves() const;
 
   frm_Main& main_;

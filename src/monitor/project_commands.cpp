@@ -47,7 +47,7 @@ void ProjectCommands::ShowNewProject() {
 void ProjectCommands::mnuNewProject() {
   if (!OfferToSaveProject()) return;
   ShowNewProject();
-  if (main_.ReadIDItems) main_.ReadIDItems(options_.txt_ZOLTIDDef.Text);
+  ReadNames();
 }
 
 void ProjectCommands::mnuOpenProject() {
@@ -76,8 +76,11 @@ void ProjectCommands::ReadProject(std::string FileName) {
   if (!AddEntries(text)) return;
   main_.trvProject.SetRootText(StripFileFromPath(FileName));
   main_.LoadShortCutsPrj(FileName);
-  const auto ids = main_.trvProject.FirstChild("ids");
-  if (ids && main_.ReadIDItems) main_.ReadIDItems(*ids);
+  if (main_.trvProject.FirstChild("ids")) ReadNames();
+}
+
+void ProjectCommands::ReadNames() {
+  if (main_.ReadIDItems) main_.ReadIDItems(FileOfGroup(main_, "ids", options_.txt_ZOLTIDDef.Text));
 }
 
 bool ProjectCommands::AddEntries(const std::string& text) {
@@ -94,13 +97,16 @@ bool ProjectCommands::AddEntries(const std::string& text) {
   return true;
 }
 
-// A listing is read as it is, without a look at what it says of itself.
+// A listing is read as it is, without a look at what it says of itself. Of one that cannot be had
+// no name is left: those of the project before would pass for this one's.
 void ProjectCommands::ReadMap(const std::string& entry) {
   const std::string path = FoundFile(main_, entry);
-  if (!main_.platform().files().Exists(path)) {
-    const RunTimeError gone(kFileNotFound, "There is no such file.");
-    ReportFileError(main_.platform().dialogs(), gone, "During reading memory map ", path);
-  } else if (StripExtFromPath(entry) == "map") {
+  try {
+    main_.platform().files().ReadPieces(path, [](std::string_view) { return false; });
+  } catch (const RunTimeError& error) {
+    ReportFileError(main_.platform().dialogs(), error, "During reading memory map ", path);
+  }
+  if (StripExtFromPath(entry) == "map") {
     map_.LoadClass7(path);
   } else {
     map_.LoadListing(path);
@@ -155,7 +161,7 @@ void ProjectCommands::WarnOfExtensions() {
     if (!is_file || GroupOfEntry(node.key) == node.parent) continue;
     main_.platform().dialogs().MessageBox(
         {.text = "The project cannot be opened again as long as it holds \"" + node.text +
-                 "\": the extension of a file must be written in small letters.",
+                 "\": a file must have the extension of its group, in small letters.",
          .title = std::string(kProgramTitle),
          .icon = Icon::kExclamation});
     return;

@@ -34,6 +34,7 @@ class ProjectCommands {
   void ShowNewProject();
   bool AddEntries(const std::string& text);
   void ReadMap(const std::string& entry);
+  void ReadNames();
   void WarnOfExtensions();
   void SayCannotRead(const std::string& reason);
 

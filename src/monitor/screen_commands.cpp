@@ -8,6 +8,7 @@
 #include "common/text.h"
 #include "common/text_file.h"
 #include "monitor/file_error_box.h"
+#include "monitor/project_paths.h"
 #include "monitor/screen_builder.h"
 #include "platform/path_resolver.h"
 
@@ -245,13 +246,21 @@ bool ScreenCommands::SaveAs() {
 
 void ScreenCommands::OfferToAddToProject() {
   const std::string& path = main_.CurrentTarnLinkFile;
-  if (main_.trvProject.HasNode(path)) return;
+  if (HoldsFile(main_, path)) return;
   const Answer answer = main_.platform().dialogs().MessageBox({.text = "Add file to project?",
                                                                .title = std::string(kQuestionTitle),
                                                                .icon = Icon::kQuestion,
                                                                .buttons = Buttons::kYesNo});
   if (answer != Answer::kYes) return;
-  if (main_.trvProject.AddFileToProject("wcr", path)) main_.ProjectChanged = true;
+  if (main_.trvProject.AddFileToProject("wcr", path)) {
+    main_.ProjectChanged = true;
+    return;
+  }
+  // Its group has been deleted.
+  main_.platform().dialogs().MessageBox(
+      {.text = "\"" + StripFileFromPath(path) + "\" has no group in this project.",
+       .title = std::string(kProgramTitle),
+       .icon = Icon::kExclamation});
 }
 
 bool ScreenCommands::OfferToSave() {

@@ -72,7 +72,11 @@ void ProjectWindow::ShowTree() {
   if (same != items.end()) tree_->setCurrentItem(same->second);
 }
 
-std::string ProjectWindow::CurrentKey() const { return KeyOf(tree_->currentItem()); }
+// Of the node that is marked: the focus alone, which Tab brings to the first one, shows nothing.
+std::string ProjectWindow::CurrentKey() const {
+  const QTreeWidgetItem* item = tree_->currentItem();
+  return item != nullptr && item->isSelected() ? KeyOf(item) : std::string();
+}
 
 bool ProjectWindow::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {

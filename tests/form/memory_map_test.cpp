@@ -96,10 +96,13 @@ TEST_F(MemoryMapTest, AnXmegasMapIsReadRightTheSecondTime) {
   Load(kMap, kXmega);
   EXPECT_EQ(State(), "map decides, reload, XMega 1");
   EXPECT_EQ(Lists(), "0 0 0");
-  EXPECT_EQ(Notice(), "a.map: 0 variables read, 2 lines skipped");
+  EXPECT_EQ(Notice(),
+            "a.map: 0 variables read, 2 lines skipped, as an ATMega's: press Ok in the options to "
+            "read it as an XMega's");
   program().map.LoadClass7(kMap);
   EXPECT_EQ(State(), "map decides, reload, XMega 1");
   EXPECT_EQ(Lists(), "2 0 0");
+  EXPECT_EQ(Notice(), "a.map: 2 variables read, 0 lines skipped");
   EXPECT_EQ(AddressOf("fan"), "F162");
 }
 
@@ -108,6 +111,9 @@ TEST_F(MemoryMapTest, AnAtmegasMapBehindAnXmegasIsReadRightTheSecondTime) {
   Load(kMap, kAtmega);
   EXPECT_EQ(State(), "map decides, reload, ATMega 0");
   EXPECT_EQ(Lists(), "0 0 0");
+  EXPECT_EQ(Notice(),
+            "a.map: 0 variables read, 2 lines skipped, as an XMega's: press Ok in the options to "
+            "read it as an ATMega's");
   program().map.LoadClass7(kMap);
   EXPECT_EQ(Lists(), "2 0 0");
 }
@@ -174,6 +180,24 @@ TEST_F(MemoryMapTest, OneThatCannotBeReadAfterAllIsAsGoodAsEmpty) {
   program().map.LoadClass7(kListing);
   EXPECT_EQ(State(), "map decides, reload, NEC 2");
   EXPECT_EQ(Lists(), "0 0 0");
+}
+
+// The address that it was reading may be cut short and still look like one.
+TEST_F(MemoryMapTest, ALineInWhichTheReadingFailsIsLeftOut) {
+  world.disk().Put(kMap, kAtmega);
+  world.disk().BreakReading(kMap, std::string_view(kAtmega).rfind("62"));
+  program().map.LoadClass7(kMap);
+  EXPECT_EQ(State(), "map decides, reload, ATMega 0");
+  EXPECT_EQ(Lists(), "1 0 0");
+  EXPECT_EQ(Notice(), "a.map: 1 variable read, 0 lines skipped");
+
+  constexpr std::string_view kTwo =
+      "Target CPU\r\nDATA\r\n           flow                    FE20\r\n"
+      "           fan                     FE21";
+  world.disk().Put(kListing, kTwo);
+  world.disk().BreakReading(kListing, kTwo.size());
+  program().map.LoadClass7(kListing);
+  EXPECT_EQ(Lists(), "1 1 0");
 }
 
 TEST_F(MemoryMapTest, AMapWithoutAnEntryListLeavesTheOptionsToDecideAndIsToldOf) {
@@ -248,6 +272,11 @@ TEST_F(MemoryMapTest, TellsHowTheScreenStandsToIt) {
             "a.map: 2 variables read, 0 lines skipped; 2 locations moved; 1 location without its "
             "name");
   EXPECT_EQ(main().Locations[2].Address, "F070");
+  Load(kMap, "__cpu_name = ATmega64\r\nENTRY LIST\r\nfan DATA 00000062\r\n");
+  EXPECT_EQ(Notice(),
+            "a.map: 1 variable read, 0 lines skipped; 1 location moved; 3 locations without their "
+            "name");
+  Load(kMap, kAtmega);
   Delete(3);
   Delete(4);
   program().map.LoadClass7(kMap);

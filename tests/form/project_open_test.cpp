@@ -199,12 +199,70 @@ TEST_F(OpeningAProject, AListingIsReadAsItIs) {
 }
 
 TEST_F(OpeningAProject, AMapThatIsGoneIsToldOnceAndTheProjectStaysOpen) {
+  world.disk().MakeFolder("/jobs");
   for (const std::string path : {"/jobs/gone.map", "/jobs/gone.lst"}) {
     ExpectMapIsGone(path);
     ReadProject({path, "/jobs/a.wcr"});
     EXPECT_EQ(Files(), "wcr: /jobs/a.wcr\nlst: " + path + "\n");
     EXPECT_EQ(main().trvProject.RootText(), "job.prj");
   }
+}
+
+// The names of the project before would pass for those of this one.
+TEST_F(OpeningAProject, AMapThatIsGoneLeavesNoNames) {
+  world.disk().Put("/jobs/a.map", kMapText);
+  world.disk().Put("/jobs/a.lst", kListing);
+  for (const std::string path : {"/jobs/gone.map", "/jobs/gone.lst"}) {
+    main().MicroType = kAtmegaMap;
+    ReadProject({"/jobs/a.map"});
+    ASSERT_EQ(program().map.variables().size(), 1U);
+    const bool is_listing = path.ends_with("lst");
+    if (is_listing) {
+      ReadProject({"/jobs/a.lst"});
+      ASSERT_EQ(program().map.bytes().size(), 1U);
+    }
+    ExpectMapIsGone(path);
+    ReadProject({path});
+    EXPECT_EQ(MapAddress(), "");
+    EXPECT_EQ(main().MicroType, is_listing ? kNecListing : kAtmegaMap);
+    EXPECT_EQ(main().Toolbar1(6).Enabled, is_listing);
+  }
+}
+
+// A code of its own, so that the reason can be told.
+TEST_F(OpeningAProject, AMapThatMayNotBeReadIsToldToo) {
+  world.disk().Put("/jobs/a.map", kMapText);
+  world.disk().Forbid("/jobs/a.map");
+  world.dialogs().ExpectMessageBox(
+      {.text = "Internal System Error # 70 occured, please contact distributor.\r\nDuring reading "
+               "memory map /jobs/a.map",
+       .title = "Internal System Error",
+       .icon = Icon::kCritical});
+  ReadProject({"/jobs/a.map"});
+  EXPECT_EQ(MapAddress(), "");
+}
+
+TEST_F(OpeningAProject, AMapThatStoodAheadOfABadEntryStaysLoaded) {
+  world.disk().Put("/jobs/a.map", kMapText);
+  main().MicroType = kAtmegaMap;
+  ExpectCannotRead();
+  ReadProject({"/jobs/a.map", "/jobs/a.txt"});
+  ExpectEmptyProject();
+  EXPECT_EQ(MapAddress(), "F060");
+}
+
+TEST_F(OpeningAProject, OfTwoIdFilesTheFirstIsRead) {
+  world.disk().Put("/jobs/a.ids", "*first\r\nFlow,1A,3,H\r\n");
+  world.disk().Put("/jobs/b.ids", "*second\r\nFlow,1A,3,H\r\n");
+  OpenProject({"/jobs/a.ids", "/jobs/b.ids"});
+  EXPECT_EQ(program().ids.IDRevision(), "first");
+}
+
+TEST_F(OpeningAProject, OneThatCannotBeReadIsNoChangedOne) {
+  main().ProjectChanged = true;
+  ExpectCannotRead();
+  ReadProject({"/jobs/a.txt"});
+  ExpectEmptyProject();
 }
 
 TEST_F(OpeningAProject, OfAProjectThatMovedTheFilesStandBesideIt) {
@@ -248,8 +306,8 @@ TEST_F(OpeningAProject, AnExtensionInCapitalsIsWarnedOfWhenTheProjectIsSaved) {
   main().trvProject.AddFileToProject("lst", "/jobs/a.map");
   world.dialogs().ExpectSaveFile("Save As").Give(kProject);
   world.dialogs().ExpectMessageBox(
-      {.text = "The project cannot be opened again as long as it holds \"A.WCR\": the extension of "
-               "a file must be written in small letters.",
+      {.text = "The project cannot be opened again as long as it holds \"A.WCR\": a file must have "
+               "the extension of its group, in small letters.",
        .title = "TarnLink",
        .icon = Icon::kExclamation});
   main().mnuSaveProject.Press();

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
@@ -35,6 +36,7 @@ void Tour::PlanVisit(Visit& visit) {
   constexpr int kSecond = 1000;
   constexpr int kSecondsOfValues = 7;
   if (&visit != &visits_.front()) {
+    OpenProjectOf(visit.screen);
     Then(300, [this] { Press("M_fileopen"); });
     Then(500, [this, &visit] { ChooseFile(visit.screen); });
   }
@@ -55,6 +57,15 @@ void Tour::PlanVisit(Visit& visit) {
   }
   Then(100, [this, name] { Picture(name + "-running"); });
   Then(100, [this] { Press("Toolbar1(3)"); });
+}
+
+// The project that stands beside a screen under the same name.
+void Tour::OpenProjectOf(const QString& screen) {
+  const QFileInfo file(screen);
+  const QString project = file.dir().filePath(file.completeBaseName() + ".prj");
+  if (!QFileInfo::exists(project)) return;
+  Then(300, [this] { Press("mnuOpenProject"); });
+  Then(500, [this, project] { ChooseFile(project); });
 }
 
 void Tour::PlanDialogs() {

@@ -36,6 +36,7 @@ class Tour final : public QObject {
   };
 
   void PlanVisit(Visit& visit);
+  void OpenProjectOf(const QString& screen);
   void PlanDialogs();
   void Then(int milliseconds, std::function<void()> act);
 
