@@ -19,6 +19,14 @@ void PickBox::Select(int index) {
   if (is_row) Text = List.get()[static_cast<std::size_t>(index)].text;
 }
 
+void PickBox::SelectText(const std::string& text) {
+  const auto& rows = List.get();
+  const auto row =
+      std::find_if(rows.begin(), rows.end(), [&](const Item& each) { return each.text == text; });
+  Text = text;
+  ListIndex = row == rows.end() ? -1 : static_cast<int>(row - rows.begin());
+}
+
 void PickBox::Pick(int index) {
   if (!Enabled) return;
   Select(index);
@@ -27,11 +35,7 @@ void PickBox::Pick(int index) {
 
 void PickBox::Accept(const std::string& text) {
   if (!Enabled) return;
-  const auto& rows = List.get();
-  const auto row =
-      std::find_if(rows.begin(), rows.end(), [&](const Item& each) { return each.text == text; });
-  Text = text;
-  ListIndex = row == rows.end() ? -1 : static_cast<int>(row - rows.begin());
+  SelectText(text);
   if (Click) Click();
 }
 

@@ -36,8 +36,10 @@ class PickBox : public ComboBox {
 
   // The program's choice: the row and its text, or none and the text as it was. Fires nothing.
   void Select(int index);
-  // What the user does: picks a row, or types a text and accepts it, which picks the first row of
-  // just that text if there is one. Both fire `Click`; nothing happens while the box is disabled.
+  // The same by a text: the first row of just that text if there is one.
+  void SelectText(const std::string& text);
+  // What the user does: picks a row, or types a text and accepts it. Both fire `Click`; nothing
+  // happens while the box is disabled.
   void Pick(int index);
   void Accept(const std::string& text);
 

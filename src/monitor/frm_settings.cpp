@@ -48,7 +48,7 @@ frm_Settings::frm_Settings(frm_Main& main, const frm_Options& options, const Mem
       map_(map),
       ids_(ids) {
   form.Visible = false;
-  ids.Changed = [this] { Frame9.Caption = ids_.IDRevision(); };
+  ids.Changed = [this] { ShowRevision(); };
   FillLists();
   BindGroups();
   BindBoxes();
@@ -87,9 +87,16 @@ void frm_Settings::BindBoxes() {
 // --- What the buttons do to each other -----------------------------------------------------------
 
 void frm_Settings::SpecificationClicked(int Index) {
+  // The storage type that is selected here may empty the box.
+  const std::string name = cmbActualVariable.Text;
   const bool is_class = Index == kClassSpecification;
   frmAddress.Caption = is_class ? "ID" : "Address";
-  Frame9.Caption = is_class ? ids_.IDRevision() : "Specification";
+  if (is_class) {
+    ShowRevision();
+  } else {
+    Frame9.Caption = "Specification";
+    Frame9.ToolTipText = "";
+  }
   frmSelectByte.Enabled = is_class;
   for (int i = 0; i < optSelectByte.count(); ++i) optSelectByte(i).Enabled = is_class;
   optSelectByte.Select(is_class ? kLsb : kMsb);
@@ -98,7 +105,14 @@ void frm_Settings::SpecificationClicked(int Index) {
   opt_StorageType.Select(kUnsignedByte);
   chk_contwrite.Enabled = true;
   cmbClass.Enabled = is_class;
+  cmbActualVariable.Text = name;
   FillActualVariables(true);
+}
+
+// The frame may be too narrow for it; then the tool tip has it whole.
+void frm_Settings::ShowRevision() {
+  Frame9.Caption = ids_.IDRevision();
+  Frame9.ToolTipText = ids_.IDRevision();
 }
 
 void frm_Settings::SelectByteClicked(int Index) {
@@ -198,10 +212,7 @@ void frm_Settings::TakeIdName(int row) {
 }
 
 // A class without a row is shown all the same.
-void frm_Settings::ShowClass(int data_class) {
-  cmbClass.Select(data_class - 1);
-  cmbClass.Text = std::to_string(data_class);
-}
+void frm_Settings::ShowClass(int data_class) { cmbClass.SelectText(std::to_string(data_class)); }
 
 // --- Boxes that go together ----------------------------------------------------------------------
 
@@ -222,8 +233,10 @@ void frm_Settings::DecimalAddressLeft() {
 }
 
 void frm_Settings::StepColumn(int step) {
-  const int column = ValInt(txt_ExcelColumn.Text.get(), 0, kLastColumn) + step;
-  txt_ExcelColumn.Text = std::to_string(std::clamp(column, 1, kLastColumn));
+  const int column = ValInt(txt_ExcelColumn.Text.get(), 0, kLastColumn);
+  // 0 is no column: the arrow leaves it, but does not come to it.
+  txt_ExcelColumn.Text =
+      std::to_string(std::clamp(column + step, std::min(column, 1), kLastColumn));
 }
 
 void frm_Settings::StepSlave(int step) {

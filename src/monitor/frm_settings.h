@@ -86,6 +86,7 @@ class frm_Settings {
   void FillLists();
 
   void SpecificationClicked(int Index);
+  void ShowRevision();
   void SelectByteClicked(int Index);
   void StorageTypeClicked();
   void EnableStorage(bool bytes, bool words);

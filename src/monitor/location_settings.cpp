@@ -1,7 +1,6 @@
 #include "monitor/location_settings.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <limits>
 
@@ -15,8 +14,10 @@ namespace {
 
 constexpr Colour kBeingSet = 65535;  // yellow: the boxes whose dialog is open
 
-// By the rows of `CmbFunc`; any other function is the first row.
-constexpr std::array<int, 5> kFunctions = {0, 3, 4, 6, 16};
+// The function of a row of `CmbFunc`, such as "0x10".
+int FunctionOf(const ComboBox::Item& row) {
+  return ValInt("&H" + Right(row.text, 2), 0, UINT8_MAX);
+}
 
 std::uint8_t ByteOf(const std::string& text) {
   return static_cast<std::uint8_t>(ValInt(text, 0, UINT8_MAX));
@@ -31,6 +32,7 @@ LocationSettings::LocationSettings(frm_Main& main, frm_Settings& settings, Objec
   form_.cmd_Ok.Click = [this] { cmd_Ok(); };
   form_.cmd_Cancel.Click = [this] { cmd_Cancel(); };
   form_.cmdDeleteLocation.Click = [this] { cmdDeleteLocation(); };
+  main_.CommRunning.Changed = [this] { AllowChanges(); };
 }
 
 // --- Opening -------------------------------------------------------------------------------------
@@ -49,9 +51,14 @@ void LocationSettings::Open(int index) {
   name_colour_ = main_.RAM_LOC_TEXT(index).BackColor;
   value_colour_ = main_.RAM_LOC_VAL(index).BackColor;
   SetColour(index, kBeingSet);
+  block_.clear();
+  form_.form.Visible = true;
+}
+
+// A run may end, or begin, behind the dialog.
+void LocationSettings::AllowChanges() {
   form_.cmd_Ok.Enabled = !main_.CommRunning;
   form_.cmdDeleteLocation.Enabled = !main_.CommRunning;
-  form_.form.Visible = true;
 }
 
 // These come first: each presets fields that are then shown as they are stored.
@@ -65,11 +72,12 @@ void LocationSettings::ShowButtons(const Location& location) {
 }
 
 void LocationSettings::ShowFields(const Location& location) {
-  form_.txt_Address.Text = location.Address;
+  // A short address of a file ends in blanks, among which nothing could be typed.
+  form_.txt_Address.Text = Trim(location.Address);
   form_.ShowDecimalAddress();
   form_.txt_BitAddress.Text = Hex(location.BitAddress);
   form_.txt_Alias.Text = location.Alias;
-  form_.cmbActualVariable.Text = location.ActualVariable;
+  form_.cmbActualVariable.SelectText(location.ActualVariable);
   form_.chk_Log.Value = location.LogEnable != 0;
   form_.txt_ExcelColumn.Text = location.ExcelColumn;
   form_.chk_UseDDE.Value = location.DDEEnable != 0;
@@ -88,9 +96,12 @@ void LocationSettings::ShowFunction(const std::string& FunctionCode, bool is_new
     form_.CmbFunc.Text = std::string(kNoFunctionCode);
     return;
   }
-  const auto row =
-      std::find(kFunctions.begin(), kFunctions.end(), ValInt(FunctionCode, 0, UINT8_MAX));
-  form_.CmbFunc.Select(row == kFunctions.end() ? 0 : static_cast<int>(row - kFunctions.begin()));
+  // Any other function is the first row.
+  const auto& rows = form_.CmbFunc.List.get();
+  const int function = ValInt(FunctionCode, 0, UINT8_MAX);
+  const auto row = std::find_if(rows.begin(), rows.end(),
+                                [&](const auto& each) { return FunctionOf(each) == function; });
+  form_.CmbFunc.Select(row == rows.end() ? 0 : static_cast<int>(row - rows.begin()));
 }
 
 // Whether words and "Both" can be chosen is left as the clicks of the other buttons have made it.
@@ -136,6 +147,7 @@ void LocationSettings::cmd_Ok() {
   ScreenEdit edit = history_.Begin("settings of " + EditName(main_.RAM_LOC_TEXT(i).Text));
   const int last = std::min(i + BlockLength() - 1, main_.MaxId);
   for (int j = i; j <= std::max(i, last); ++j) edit.Location(j);
+  for (const BlockMember& member : block_) edit.Location(member.index);
   Location& location = Target();
   StoreValue(location);
   StoreNames(location);
@@ -223,13 +235,16 @@ bool LocationSettings::IsBlockTooLong() const {
   return form_.txt_NumReg.Enabled && main_.SelectedLocation + BlockLength() - 1 > main_.MaxId;
 }
 
-// The first Location of a block reads it, those behind it follow.
+// The first Location of a block reads it, those behind it follow. Of the block that an OK before
+// has stored nothing is left behind.
 void LocationSettings::StoreBlock() {
   if (IsBlockTooLong()) return;
+  TakeBackBlock();
   const int i = main_.SelectedLocation;
   const int length = BlockLength();
   const bool is_block = form_.txt_NumReg.Text.get() != "1";
   for (int j = i; j < i + length && j <= main_.MaxId; ++j) {
+    block_.push_back(MemberOf(j));
     Location& location = main_.Locations[j];
     if (j == i) location.NumReg = static_cast<std::int16_t>(length);
     if (j != i && is_block) location.RegisterFollower = true;
@@ -238,6 +253,28 @@ void LocationSettings::StoreBlock() {
       location.FunctionCode = "&H" + Right(form_.CmbFunc.Text.get(), 2);
     }
   }
+}
+
+LocationSettings::BlockMember LocationSettings::MemberOf(int index) {
+  const Location& location = main_.Locations[index];
+  return {.index = index,
+          .NumReg = location.NumReg,
+          .RegisterFollower = location.RegisterFollower,
+          .FunctionCode = location.FunctionCode,
+          .name_colour = main_.RAM_LOC_TEXT(index).BackColor,
+          .value_colour = main_.RAM_LOC_VAL(index).BackColor};
+}
+
+void LocationSettings::TakeBackBlock() {
+  for (const BlockMember& member : block_) {
+    Location& location = main_.Locations[member.index];
+    location.NumReg = member.NumReg;
+    location.RegisterFollower = member.RegisterFollower;
+    location.FunctionCode = member.FunctionCode;
+    main_.RAM_LOC_TEXT(member.index).BackColor = member.name_colour;
+    main_.RAM_LOC_VAL(member.index).BackColor = member.value_colour;
+  }
+  block_.clear();
 }
 
 // --- Cancel, Delete Location ---------------------------------------------------------------------

@@ -2,7 +2,9 @@
 // the settings dialog do.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "monitor/edit_history.h"
 #include "monitor/frm_main.h"
@@ -18,12 +20,23 @@ class LocationSettings {
                    EditHistory& history);
 
  private:
+  // What a Location was before OK put it into a block.
+  struct BlockMember {
+    int index = 0;
+    std::int16_t NumReg = 1;
+    bool RegisterFollower = false;
+    std::string FunctionCode;
+    Colour name_colour = kWhite;
+    Colour value_colour = kWhite;
+  };
+
   void Open(int index);
   void ShowButtons(const Location& location);
   void ShowFields(const Location& location);
   void EnableForProtocol(const Location& location, bool is_new);
   void ShowFunction(const std::string& FunctionCode, bool is_new);
   static bool IsNew(const Location& location);
+  void AllowChanges();
 
   void cmd_Ok();
   void cmd_Cancel();
@@ -35,6 +48,8 @@ class LocationSettings {
   std::string NameToolTip(const Location& location) const;
   void ShowOnScreen(const Location& location);
   void StoreBlock();
+  void TakeBackBlock();
+  BlockMember MemberOf(int index);
   int BlockLength() const;
   bool IsBlockTooLong() const;
 
@@ -48,6 +63,8 @@ class LocationSettings {
   // The boxes' colours before they were marked.
   Colour name_colour_ = kWhite;
   Colour value_colour_ = kWhite;
+  // The block that the last OK has stored, while the dialog stays open.
+  std::vector<BlockMember> block_;
 };
 
 }  // namespace tarnlink

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,9 +22,26 @@ enum StatusPanelIndex : int {
   kConnectionPanel = 6,
 };
 
+// Whether the run is under way. Tells of each change.
+class RunningFlag {
+ public:
+  RunningFlag& operator=(bool is_running) {
+    if (is_running == is_running_) return *this;
+    is_running_ = is_running;
+    if (Changed) Changed();
+    return *this;
+  }
+  operator bool() const { return is_running_; }
+
+  std::function<void()> Changed;
+
+ private:
+  bool is_running_ = false;
+};
+
 // The run's shared fields, under the names that all parts of the monitor know.
 struct RunFields {
-  bool CommRunning = false;
+  RunningFlag CommRunning;
   bool message_received = false;  // the last exchange has ended: the next poll may go out
   bool write_message = false;     // the message under way is a write
   bool filelogging = false;       // the log file is open

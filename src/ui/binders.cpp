@@ -1,8 +1,11 @@
 #include "ui/binders.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QButtonGroup>
+#include <QCompleter>
 #include <QFocusEvent>
+#include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QValidator>
 #include <algorithm>
@@ -50,8 +53,16 @@ void ShowRows(QComboBox* combo, const ComboBox& control) {
   for (const ComboBox::Item& item : items) combo->addItem(ToQt(item.text), item.data);
 }
 
-// Reports that the user has gone to another field of the program. A menu over the field, a message
-// box or another program's window takes the keyboard only for a while.
+// A menu over the field, a message box or another program's window takes the keyboard only for a
+// while; otherwise the user has gone to another field of the program.
+bool IsLeft(const QEvent& event) {
+  if (event.type() != QEvent::FocusOut) return false;
+  const auto reason = static_cast<const QFocusEvent&>(event).reason();
+  return reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason &&
+         reason != Qt::MenuBarFocusReason;
+}
+
+// Reports that the user has gone to another field of the program.
 class FocusWatch final : public QObject {
  public:
   FocusWatch(QWidget* widget, const TextBox& control) : QObject(widget), control_(control) {
@@ -59,18 +70,72 @@ class FocusWatch final : public QObject {
   }
 
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() == QEvent::FocusOut && control_.LostFocus) {
-      const auto reason = static_cast<QFocusEvent*>(event)->reason();
-      const bool for_a_while = reason == Qt::PopupFocusReason ||
-                               reason == Qt::ActiveWindowFocusReason ||
-                               reason == Qt::MenuBarFocusReason;
-      if (!for_a_while) control_.LostFocus();
-    }
+    if (IsLeft(*event) && control_.LostFocus) control_.LostFocus();
     return QObject::eventFilter(watched, event);
   }
 
  private:
   const TextBox& control_;
+};
+
+// What the user does to a box with a list besides picking a row. A text counts as accepted only if
+// it was really typed: one that passes through the box changes nothing.
+class PickWatch final : public QObject {
+ public:
+  PickWatch(QComboBox* combo, PickBox& control)
+      : QObject(combo), combo_(combo), edit_(combo->lineEdit()), control_(control) {
+    combo->installEventFilter(this);
+    if (edit_ == nullptr) return;
+    edit_->installEventFilter(this);
+    // By itself the widget would pick the row of whatever text is left, of any case.
+    disconnect(edit_, &QLineEdit::editingFinished, combo, nullptr);
+    disconnect(edit_, &QLineEdit::returnPressed, combo, nullptr);
+    // Comes alone while the list of a completer is open, and before what is picked in there.
+    connect(edit_, &QLineEdit::returnPressed, this, [this] {
+      if (IsTyped() && !IsCompletionPicked()) Accept();
+    });
+  }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Wheel) {  // it scrolls past the box and changes nothing
+      event->ignore();
+      return true;
+    }
+    if (edit_ != nullptr && IsLeft(*event)) Leave();
+    if (edit_ != nullptr && IsEnter(*event) && IsTyped()) {
+      Accept();
+      // What a name brings along is to be seen before Enter presses the dialog's button.
+      if (control_.Click) return true;
+    }
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  static bool IsEnter(const QEvent& event) {
+    if (event.type() != QEvent::KeyPress) return false;
+    const int key = static_cast<const QKeyEvent&>(event).key();
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
+  }
+  bool HasOtherText() const { return FromQt(edit_->text()) != control_.Text.get(); }
+  // Also the same text, typed again.
+  bool IsTyped() const { return HasOtherText() || edit_->isModified(); }
+  bool IsCompletionPicked() const {
+    const QCompleter* completer = combo_->completer();
+    return completer != nullptr && completer->popup()->isVisible() &&
+           completer->popup()->currentIndex().isValid();
+  }
+  void Leave() {
+    if (HasOtherText()) Accept();
+    edit_->setModified(false);
+  }
+  void Accept() {
+    edit_->setModified(false);
+    control_.Accept(FromQt(edit_->text()));
+  }
+
+  QComboBox* combo_;
+  QLineEdit* edit_;  // null in a box in which nothing can be typed
+  PickBox& control_;
 };
 
 // Holds what is typed or pasted to a length: of what would be too much the end is left out. A text
@@ -217,11 +282,7 @@ void Bind(QComboBox* combo, PickBox& control) {
     }
   });
   QObject::connect(combo, &QComboBox::activated, [&control](int row) { control.Pick(row); });
-  if (!combo->isEditable()) return;
-  QObject::connect(combo->lineEdit(), &QLineEdit::editingFinished, [combo, &control] {
-    const std::string text = FromQt(combo->currentText());
-    if (text != control.Text.get()) control.Accept(text);
-  });
+  new PickWatch(combo, control);
 }
 
 void Bind(QToolButton* up, QToolButton* down, SpinButton& control) {

@@ -15,14 +15,17 @@ namespace tarnlink {
 
 namespace {
 
-constexpr int kShortBox = 64;  // pixels: room for four or five digits
+constexpr int kDigits = 5;       // the most that a short box has to show
+constexpr int kClassDigits = 3;  // the same of a class
 constexpr int kNameLines = 20;
 
 QLineEdit* ShortBox(TextBox& control, const QString& name) {
   auto* box = new QLineEdit;
   Bind(box, control);
   box->setAccessibleName(name);
-  box->setMaximumWidth(kShortBox);
+  constexpr int kFrame = 2;  // the box's own, in digits
+  const QString longest(kDigits + kFrame, '0');
+  box->setFixedWidth(box->fontMetrics().horizontalAdvance(longest));
   return box;
 }
 
@@ -88,10 +91,10 @@ void SettingsDialog::reject() { form_.cmd_Cancel.Press(); }
 
 void SettingsDialog::ShowForm() {
   if (form_.form.Visible == isVisible()) return;
-  setVisible(form_.form.Visible);
-  if (!form_.form.Visible) return;
+  // First, so that the dialog does not come up with the button that last closed it.
   alias_->setFocus();
-  alias_->selectAll();
+  setVisible(form_.form.Visible);
+  if (form_.form.Visible) alias_->selectAll();
 }
 
 // --- Names ---------------------------------------------------------------------------------------
@@ -157,8 +160,13 @@ QGroupBox* SettingsDialog::SpecificationFrame() {
   box->setValidator(new QRegularExpressionValidator(QRegularExpression("[0-9]{0,3}"), box));
   Bind(box, form_.cmbClass);
   box->setAccessibleName(tr("Class"));
-  box->setMaximumWidth(kShortBox);
-  static_cast<QGridLayout*>(frame->layout())->addWidget(box, 1, 1);
+  box->setMinimumContentsLength(kClassDigits);
+  box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  auto* layout = static_cast<QGridLayout*>(frame->layout());
+  layout->addWidget(layout->itemAtPosition(0, 0)->widget(), 0, 0, 1, 2);
+  layout->addWidget(box, 1, 1, Qt::AlignRight);
+  // The revision of an ID file is of any length; the frame below this one gives it its width.
+  frame->setSizePolicy(QSizePolicy::Ignored, frame->sizePolicy().verticalPolicy());
   return frame;
 }
 

@@ -113,6 +113,37 @@ TEST_F(SettingRegisters, AsksForAFunctionLastAndKeepsTheForm) {
   EXPECT_EQ(main().Locations[1].FunctionCode, "&H03");
 }
 
+TEST_F(SettingRegisters, LeavesNothingOfTheBlockOfAnOkThatAskedForAFunction) {
+  for (const char* shorter : {"2", "1", "0", ""}) {
+    OpenNew(4, 1, -1, "3");
+    ExpectNoFunction();
+    Ok();
+    EXPECT_EQ(BlockOf(3), "&H00 1 follower aqua aqua");
+    form().CmbFunc.Pick(kRowOf03);
+    form().txt_NumReg.Text = shorter;
+    Ok();
+    EXPECT_FALSE(IsOpen());
+    const bool is_block = std::string(shorter) == "2";
+    EXPECT_EQ(BlockOf(2), is_block ? "&H03 1 follower aqua aqua" : "&H00 1 white white") << shorter;
+    EXPECT_EQ(BlockOf(3), "&H00 1 white white") << shorter;
+    EXPECT_EQ(main().Locations[1].NumReg, is_block ? 2 : 1) << shorter;
+    Undo();
+    EXPECT_EQ(BlockOf(3), "&H00 1 follower aqua aqua") << shorter;
+    Undo();
+    EXPECT_EQ(BlockOf(3), "&H00 1 white white") << shorter;
+  }
+}
+
+TEST_F(SettingRegisters, KeepsTheBlockOfAnOkBeforeWhenTheDialogIsOpenedAgain) {
+  OpenNew(3, 1, kRowOf03, "2");
+  Ok();
+  OpenSettings(3);
+  form().CmbFunc.Pick(kRowOf04);
+  Ok();
+  EXPECT_EQ(BlockOf(1), "&H03 2 aqua aqua");
+  EXPECT_EQ(BlockOf(2), "&H03 1 follower aqua aqua");
+}
+
 TEST_F(SettingRegisters, AsksForNoFunctionUnderTheOtherProtocols) {
   for (const int protocol : {kTarnlinkProtocol, kZoltProtocol}) {
     Begin(protocol, 1);

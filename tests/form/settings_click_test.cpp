@@ -30,6 +30,7 @@ TEST_F(WorkingWithSettings, MemoryHasNoByteToSelectAndEveryStorageType) {
             "optSelectByte(1) optSelectByte(2) CmbFunc txt_NumReg");
   EXPECT_EQ(form().frmAddress.Caption.get(), "Address");
   EXPECT_EQ(form().Frame9.Caption.get(), "Specification");
+  EXPECT_EQ(form().Frame9.ToolTipText.get(), "");
 }
 
 TEST_F(WorkingWithSettings, AClassHasItsLowByteSelectedAndNoWords) {
@@ -43,6 +44,7 @@ TEST_F(WorkingWithSettings, AClassHasItsLowByteSelectedAndNoWords) {
             "txt_NumReg");
   EXPECT_EQ(form().frmAddress.Caption.get(), "ID");
   EXPECT_EQ(form().Frame9.Caption.get(), "R1.2");
+  EXPECT_EQ(form().Frame9.ToolTipText.get(), "R1.2");
 }
 
 TEST_F(WorkingWithSettings, AClickOnTheSpecificationThatIsSetActsAsWell) {
@@ -56,6 +58,21 @@ TEST_F(WorkingWithSettings, TheSpecificationKeepsTheTextOfTheName) {
   EXPECT_EQ(form().cmbActualVariable.Text.get(), "t_flow");
   form().optSpecification.Choose(kClassSpecification);
   EXPECT_EQ(form().cmbActualVariable.Text.get(), "t_flow");
+}
+
+TEST_F(WorkingWithSettings, TheSpecificationKeepsTheNameUnderAListingWithAnyStorageType) {
+  LoadNecListing();
+  for (const auto& [byte, type] :
+       {std::pair(kLsb, kBit), std::pair(kLsb, kSignedByte), std::pair(kBoth, kUnsignedWord),
+        std::pair(kBoth, kSignedWord)}) {
+    form().optSpecification.Choose(kClassSpecification);
+    form().optSelectByte.Choose(byte);
+    form().opt_StorageType.Choose(type);
+    form().cmbActualVariable.Text = "t_flow";
+    form().optSpecification.Choose(kMemorySpecification);
+    EXPECT_EQ(form().cmbActualVariable.Text.get(), "t_flow") << type;
+    EXPECT_EQ(Names(), "Tank=1 ubFlow=0") << type;
+  }
 }
 
 TEST_F(WorkingWithSettings, OneByteIsAnUnsignedByteAndNoWord) {
@@ -138,6 +155,15 @@ TEST_F(WorkingWithSettings, ArrowsStepTheColumn) {
   EXPECT_EQ(form().txt_ExcelColumn.Text.get(), "16384");
   form().txt_ExcelColumn.Text = "x";
   form().ud_Col.Press(1);
+  EXPECT_EQ(form().txt_ExcelColumn.Text.get(), "1");
+}
+
+TEST_F(WorkingWithSettings, TheArrowDownComesToNoColumnThatIsHigher) {
+  form().txt_ExcelColumn.Text = "0";
+  form().ud_Col.Press(-1);
+  EXPECT_EQ(form().txt_ExcelColumn.Text.get(), "0");
+  form().ud_Col.Press(1);
+  form().ud_Col.Press(-1);
   EXPECT_EQ(form().txt_ExcelColumn.Text.get(), "1");
 }
 
@@ -274,6 +300,8 @@ TEST_F(WorkingWithSettings, ANameOfTheListingBringsItsAddressAndBit) {
   PickName("ubFlow");
   EXPECT_EQ(Address(), "FE20 65056 .");
   EXPECT_EQ(form().GetStorageTypeIndex(), kSignedByte);
+  PickName("Tank");
+  EXPECT_EQ(Address(), "0123 291 .");
   form().opt_StorageType.Choose(kBit);
   PickName("Heat");
   EXPECT_EQ(Address(), "FE21 65057 .7");

@@ -80,6 +80,12 @@ TEST_F(ConfirmingSettings, ShowsAliasAndToolTipsOnTheScreen) {
   EXPECT_EQ(NameTip(), "01A0):Unsigned WordDecimal [DDE]");
 }
 
+TEST_F(ConfirmingSettings, ShowsTheBitAsADecimalNumberOnTheScreen) {
+  OpenUnder(kTarnlinkProtocol, BitOf(3, RegisterAt("01A0")));
+  After(form().txt_BitAddress, "A");
+  EXPECT_EQ(NameTip(), "01A0.10):BitHexadecimal");
+}
+
 TEST_F(ConfirmingSettings, GivesTheBoxesTheColourOfTheWindow) {
   OpenUnder(kZoltProtocol);
   Ok();

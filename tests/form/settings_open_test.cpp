@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <string>
+#include <utility>
 
 #include "form/locations.h"
 #include "form/settings_fixture.h"
+
+using namespace std::chrono_literals;
 
 namespace tarnlink {
 namespace {
@@ -190,16 +194,21 @@ TEST_F(OpeningSettings, HoldsIndicesOfAStrangeFileInsideTheirGroups) {
 
 TEST_F(OpeningSettings, ReadsAddressesThatAreNone) {
   Begin(kZoltProtocol, 1);
-  const std::vector<std::pair<std::string, std::string>> cases = {
-      {"F1  ", "241"}, {"ZZZZ", "0"}, {"    ", "0"}, {"FFFF", "65535"}, {"8000", "32768"}};
-  for (const auto& [text, number] : cases) {
+  const std::vector<std::vector<std::string>> cases = {{"F1  ", "F1", "241"},
+                                                       {"ZZZZ", "ZZZZ", "0"},
+                                                       {"    ", "", "0"},
+                                                       {"FFFF", "FFFF", "65535"},
+                                                       {"8000", "8000", "32768"}};
+  for (const auto& each : cases) {
     Location location = Whole();
-    location.Address = text;
+    location.Address = each[0];
     Define(1, location);
+    const std::string record = Record(1);
     OpenSettings(1);
-    EXPECT_EQ(form().txt_Address.Text.get(), text);
-    EXPECT_EQ(form().txt_Address_dec.Text.get(), number) << text;
-    CancelSettings();
+    EXPECT_EQ(form().txt_Address.Text.get(), each[1]);
+    EXPECT_EQ(form().txt_Address_dec.Text.get(), each[2]) << each[0];
+    Ok();
+    EXPECT_EQ(Record(1), record);
   }
 }
 
@@ -288,6 +297,47 @@ TEST_F(OpeningSettings, LetsOnlyLookDuringARun) {
   main().CommRunning = false;
   OpenSettings(1);
   EXPECT_EQ(Disabled(), "frm_BitAddress opt_StorageType(3) CmbFunc txt_NumReg");
+}
+
+TEST_F(OpeningSettings, LetsChangeAgainOnceTheRunHasEndedBehindThem) {
+  BeginWith(kTarnlinkProtocol, {Memory()});
+  main().Toolbar1(2).Press();
+  OpenSettings(1);
+  EXPECT_FALSE(form().cmd_Ok.Enabled);
+  EXPECT_FALSE(form().cmdDeleteLocation.Enabled);
+  world.dialogs().ExpectMessageBox("Slave is not responding", "Message Timeout");
+  world.Advance(4s);
+  EXPECT_EQ(Panel(4), "Communication Stopped");
+  EXPECT_TRUE(form().cmd_Ok.Enabled);
+  EXPECT_TRUE(form().cmdDeleteLocation.Enabled);
+  Ok();
+  EXPECT_FALSE(IsOpen());
+}
+
+TEST_F(OpeningSettings, LetsOnlyLookOnceARunHasBegunBehindThem) {
+  BeginWith(kTarnlinkProtocol, {Memory()});
+  OpenSettings(1);
+  EXPECT_TRUE(form().cmd_Ok.Enabled);
+  main().Toolbar1(2).Press();
+  EXPECT_FALSE(form().cmd_Ok.Enabled);
+  EXPECT_FALSE(form().cmdDeleteLocation.Enabled);
+  main().Toolbar1(3).Press();
+  EXPECT_TRUE(form().cmd_Ok.Enabled);
+  EXPECT_TRUE(form().cmdDeleteLocation.Enabled);
+}
+
+TEST_F(OpeningSettings, PicksTheRowOfTheName) {
+  BeginWith(kZoltProtocol, {Memory()});
+  LoadAtmegaMap();
+  for (const auto& [name, row] : {std::pair("alpha", 0), std::pair("Table", 2),
+                                  std::pair("table", -1), std::pair("t_flow", -1)}) {
+    main().Locations[1].ActualVariable = name;
+    OpenSettings(1);
+    EXPECT_EQ(form().cmbActualVariable.ListIndex.get(), row) << name;
+    EXPECT_EQ(form().cmbActualVariable.Text.get(), name);
+    EXPECT_EQ(Address(), "F1A0 61856 .A");
+    CancelSettings();
+  }
 }
 
 // --- A Location that nobody has defined yet ---

@@ -55,6 +55,14 @@ TEST_F(APickBox, SelectsARowWithItsTextAndFiresNothing) {
   EXPECT_EQ(clicks, 0);
 }
 
+TEST_F(APickBox, SelectsTheFirstRowOfATextAndFiresNothing) {
+  box.SelectText("0x03");
+  EXPECT_EQ(Shown(), "0x03 at 0");
+  box.SelectText("0X04");
+  EXPECT_EQ(Shown(), "0X04 at -1");
+  EXPECT_EQ(clicks, 0);
+}
+
 TEST_F(APickBox, KeepsItsTextWhenARowThatIsNotThereIsSelected) {
   for (const int index : {-1, 3, 1000}) {
     box.Select(1);
