@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "process.h"
 
@@ -21,6 +22,8 @@ class TestFolder {
   std::string Path(const std::string& name) const { return (path_ / name).string(); }
   std::string Write(const std::string& name, const std::string& text) const;
   std::string Read(const std::string& name) const;
+  // True once the file holds `text`; false if that did not come in time.
+  bool Becomes(const std::string& name, const std::string& text) const;
 
  private:
   std::filesystem::path path_;
@@ -30,10 +33,21 @@ class DrivenProgram {
  public:
   // `settings` is the text of the settings store; `screen` the file to open, or empty.
   DrivenProgram(const TestFolder& folder, const std::string& settings, const std::string& screen);
+  DrivenProgram(const TestFolder& folder, const std::string& settings,
+                const std::vector<std::string>& files);
 
   // One command to the driver; its answer.
   std::string Ask(const std::string& command);
   void Press(const std::string& name);
+  // A button of the dialog that is up, by its text, once it can be pressed.
+  void Click(const std::string& text) { Do("click " + text); }
+  // A click, a double click; a key ("Ctrl+S"), a text letter by letter: as soon as they can be had.
+  void Mouse(const std::string& target) { Do("mouse " + target); }
+  void Twice(const std::string& target) { Do("twice " + target); }
+  void Key(const std::string& name) { Do("key " + name); }
+  void Keys(const std::string& text) { Do("keys " + text); }
+  // Gives the name in the save dialog of that title, which is up or comes up.
+  void SaveAs(const std::string& title, const std::string& path);
   std::string Text(const std::string& name) { return Ask("text " + name); }
 
   // True once `command` is answered with `wanted`; false if that did not come in time.
@@ -42,6 +56,8 @@ class DrivenProgram {
   Process& process() { return *process_; }
 
  private:
+  void Do(const std::string& command);
+
   std::unique_ptr<Process> process_;
 };
 

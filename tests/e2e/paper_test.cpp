@@ -42,13 +42,6 @@ std::string Output(const std::string& command) {
 
 class OnPaper : public testing::Test {
  protected:
-  // Gives the name in the file dialog that is up, or comes up.
-  void SaveAs(const std::string& title, const std::string& path) {
-    ASSERT_TRUE(program.Becomes("modal", title + "|SaveFile"));
-    ASSERT_TRUE(program.Becomes("type " + path, "ok"));
-    EXPECT_EQ(program.Ask("click Save"), "ok");
-  }
-
   // Whether the file comes to be there; it is whole when it does. The box that asked last is gone a
   // moment before.
   bool Appears(const std::string& path) {
@@ -66,10 +59,10 @@ class OnPaper : public testing::Test {
 
 TEST_F(OnPaper, TheExportHoldsEveryLocationInOrder) {
   program.Press("mnuPrintToFile");
-  SaveAs("Doc file", folder.Path("report.doc"));
+  program.SaveAs("Doc file", folder.Path("report.doc"));
   ASSERT_TRUE(program.Becomes("modal", "Export to DOC|InputBox"));
   ASSERT_TRUE(program.Becomes("type Night shift", "ok"));
-  EXPECT_EQ(program.Ask("click OK"), "ok");
+  program.Click("OK");
   ASSERT_TRUE(Appears(folder.Path("report.doc")));
   std::string expected = "\r\n\r\n\r\nNight shift\r\n\r\n";
   for (int i = 1; i <= kLocations; ++i) {
@@ -84,7 +77,7 @@ TEST_F(OnPaper, ThePdfHoldsEveryLocationAndLabel) {
   program.Press("mnuPrint");
   ASSERT_TRUE(program.Becomes("modal", "Print Screen|Preview"));
   program.Press("PreviewPdf");
-  SaveAs("Save as PDF", folder.Path("screen.pdf"));
+  program.SaveAs("Save as PDF", folder.Path("screen.pdf"));
   ASSERT_TRUE(program.Becomes("modal", "none"));
   const std::string text = Output("pdftotext -layout '" + folder.Path("screen.pdf") + "' -");
   int missing = 0;

@@ -69,20 +69,20 @@ TEST_P(WriteOnALine, AValueABitAndAWordAreWrittenAndReadBack) {
   ASSERT_TRUE(program.Becomes("text txt_WriteValue", "0"));
   EXPECT_EQ(program.Ask("type 300"), "ok");
   EXPECT_EQ(program.Text("lbl_GoesOut"), "Goes out: 2C");
-  EXPECT_EQ(program.Ask("click Write Ok"), "ok");
+  program.Click("Write Ok");
   EXPECT_TRUE(Shows(1, "44"));
   EXPECT_EQ(program.Ask("modal"), "none");
 
   ASSERT_EQ(program.Ask("twice RAM_LOC_VAL(2)"), "ok");
   ASSERT_TRUE(program.Becomes("text cmd_Ok", "&Write Bit"));
-  EXPECT_EQ(program.Ask("click TRUE"), "ok");
-  EXPECT_EQ(program.Ask("click Write Bit"), "ok");
+  program.Click("TRUE");
+  program.Click("Write Bit");
   EXPECT_TRUE(Shows(2, is_tarnlink ? "8" : "TRUE"));
 
   ASSERT_EQ(program.Ask("twice RAM_LOC_VAL(3)"), "ok");
   ASSERT_TRUE(program.Becomes("text txt_WriteValue", is_tarnlink ? "0" : "0000"));
   EXPECT_EQ(program.Ask("type 0012"), "ok");
-  EXPECT_EQ(program.Ask("click Write Ok"), "ok");
+  program.Click("Write Ok");
   EXPECT_TRUE(Shows(3, is_tarnlink ? "12" : "0012"));
 }
 
@@ -93,7 +93,7 @@ TEST_P(BlockOnALine, IsWrittenByOneMessageAndReadBack) {
   ASSERT_TRUE(Shows(3, "0000"));
   ASSERT_EQ(program.Ask("twice RAM_LOC_VAL(3)"), "ok");
   ASSERT_TRUE(program.Becomes("text txt_WriteValue", "0000"));
-  EXPECT_EQ(program.Ask("click Multiple Write"), "ok");
+  program.Click("Multiple Write");
   ASSERT_TRUE(program.Becomes("enabled Text1", "true"));
   EXPECT_EQ(program.Ask("focus Text1"), "ok");
   EXPECT_EQ(program.Ask("type 2"), "ok");
@@ -103,9 +103,9 @@ TEST_P(BlockOnALine, IsWrittenByOneMessageAndReadBack) {
   EXPECT_EQ(program.Ask("type 10"), "ok");
   EXPECT_EQ(program.Ask("focus value(2)"), "ok");
   EXPECT_EQ(program.Ask("type 258"), "ok");
-  EXPECT_EQ(program.Ask("click Store values"), "ok");
+  program.Click("Store values");
   ASSERT_TRUE(program.Becomes("text lbl_GoesOut", "Goes out: 000A 0102"));
-  EXPECT_EQ(program.Ask("click Write Ok"), "ok");
+  program.Click("Write Ok");
   EXPECT_TRUE(Shows(3, "000A"));
   EXPECT_TRUE(Shows(4, "0102"));
 }

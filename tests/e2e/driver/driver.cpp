@@ -5,17 +5,37 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QMouseEvent>
+#include <QStyleHints>
 #include <QTimer>
+#include <QToolBar>
+#include <QTreeWidget>
 #include <QWidget>
+#include <QWindow>
 #include <cstdio>
+
+// The ways in for events of the desktop that Qt Test uses.
+Q_GUI_EXPORT void qt_handleMouseEvent(QWindow* window, const QPointF& local, const QPointF& global,
+                                      Qt::MouseButtons state, Qt::MouseButton button,
+                                      QEvent::Type type, Qt::KeyboardModifiers modifiers,
+                                      int timestamp);
+Q_GUI_EXPORT void qt_handleKeyEvent(QWindow* window, QEvent::Type type, int key,
+                                    Qt::KeyboardModifiers modifiers, const QString& text,
+                                    bool is_repeat = false, ushort count = 1);
+// True if a shortcut has taken the key.
+Q_GUI_EXPORT bool qt_sendShortcutOverrideEvent(QObject* window, ulong timestamp, int key,
+                                               Qt::KeyboardModifiers modifiers, const QString& text,
+                                               bool is_repeat = false, ushort count = 1);
 
 namespace tarnlink_driver {
 
 namespace {
+
+constexpr const char* kNoKeyboard = "no window has the keyboard";
 
 // The first object of that name in any window; the same name never stands twice.
 QObject* Find(const QString& name) {
@@ -26,10 +46,79 @@ QObject* Find(const QString& name) {
   return nullptr;
 }
 
+struct Place {
+  QWidget* widget = nullptr;
+  QPoint point;
+};
+
+// The middle of a widget, of an action's button on a tool bar or, as "tree/text", of the line of a
+// tree that has this text.
+Place PlaceOf(const QString& target) {
+  QObject* object = Find(target.section('/', 0, 0));
+  if (auto* tree = qobject_cast<QTreeWidget*>(object)) {
+    const QList<QTreeWidgetItem*> lines =
+        tree->findItems(target.section('/', 1), Qt::MatchExactly | Qt::MatchRecursive);
+    if (lines.size() != 1) return {};
+    return {tree->viewport(), tree->visualItemRect(lines.first()).center()};
+  }
+  if (auto* action = qobject_cast<QAction*>(object)) {
+    auto* bar = qobject_cast<QToolBar*>(action->parent());
+    object = bar == nullptr ? nullptr : bar->widgetForAction(action);
+  }
+  auto* widget = qobject_cast<QWidget*>(object);
+  return widget == nullptr ? Place{} : Place{widget, widget->rect().center()};
+}
+
+bool IsBlocked(const QWidget* window) {
+  const QWidget* modal = QApplication::activeModalWidget();
+  return modal != nullptr && modal != window && !modal->isAncestorOf(window);
+}
+
+// The window that is left to the user.
+QWidget* WindowInFront() {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible() && window->windowType() == Qt::Window) return window;
+  }
+  return nullptr;
+}
+
+// The window that has the keyboard; null for none.
+QWindow* KeyboardWindow() {
+  QWindow* window = QGuiApplication::focusWindow();
+  return window != nullptr && window->isVisible() ? window : nullptr;
+}
+
+// To the window that has the keyboard by then, or is about to get it.
+void SendKey(int key, Qt::KeyboardModifiers modifiers, const QString& text) {
+  for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+    QTimer::singleShot(0, qApp, [=] {
+      QWindow* window = KeyboardWindow();
+      const QWidget* front = window == nullptr ? WindowInFront() : nullptr;
+      if (front != nullptr) window = front->windowHandle();
+      if (window == nullptr) return;
+      const bool is_down = type == QEvent::KeyPress;
+      if (is_down && qt_sendShortcutOverrideEvent(window, 0, key, modifiers, text)) return;
+      qt_handleKeyEvent(window, type, key, modifiers, text);
+    });
+  }
+}
+
 }  // namespace
 
 Driver::Driver() : notifier_(STDIN_FILENO, QSocketNotifier::Read) {
   connect(&notifier_, &QSocketNotifier::activated, this, [this] { Read(); });
+  qApp->installEventFilter(this);
+}
+
+bool Driver::eventFilter(QObject* watched, QEvent* event) {
+  // What a desktop does when a window goes: the one in front now gets the keyboard.
+  if (event->type() == QEvent::Hide && watched->isWindowType()) {
+    QTimer::singleShot(0, this, [] {
+      if (QWidget* front = WindowInFront()) front->activateWindow();
+    });
+  }
+  return false;
 }
 
 void Driver::Read() {
@@ -57,9 +146,14 @@ QString Driver::Obey(const QString& line) {
   if (verb == "text") return Property(rest, "text");
   if (verb == "enabled") return Property(rest, "enabled");
   if (verb == "title") return Property(rest, "windowTitle");
+  if (verb == "get") return Property(rest.section(' ', 0, 0), rest.section(' ', 1).toUtf8());
   if (verb == "modal") return Modal();
   if (verb == "click") return Click(rest);
-  if (verb == "twice") return Twice(rest);
+  if (verb == "mouse") return Mouse(rest, 1);
+  if (verb == "twice") return Mouse(rest, 2);
+  if (verb == "key") return Key(rest);
+  if (verb == "keys") return Keys(rest);
+  if (verb == "items") return Items(rest);
   if (verb == "focus") return Focus(rest);
   if (verb == "type") return Type(rest);
   if (verb == "picture") return Picture(rest);
@@ -80,9 +174,11 @@ QString Driver::Press(const QString& name) {
   return "no such: " + name;
 }
 
-QString Driver::Property(const QString& name, const char* property) {
+QString Driver::Property(const QString& name, const QByteArray& property) {
   const QObject* object = Find(name);
-  return object == nullptr ? "no such: " + name : object->property(property).toString();
+  if (object == nullptr) return "no such: " + name;
+  const bool is_box_text = property == "text" && qobject_cast<const QComboBox*>(object) != nullptr;
+  return object->property(is_box_text ? "currentText" : property.constData()).toString();
 }
 
 QString Driver::Modal() {
@@ -97,27 +193,64 @@ QString Driver::Click(const QString& text) {
   if (modal == nullptr) return "none";
   for (auto* button : modal->findChildren<QAbstractButton*>()) {
     if (button->text().remove('&') != text) continue;
+    if (!button->isEnabled()) return "disabled: " + text;
     QTimer::singleShot(0, button, [button] { button->click(); });
     return "ok";
   }
   return "no such: " + text;
 }
 
-// A double click.
-QString Driver::Twice(const QString& name) {
-  auto* widget = qobject_cast<QWidget*>(Find(name));
-  if (widget == nullptr) return "no such: " + name;
-  QTimer::singleShot(0, widget, [widget] {
-    const QPointF place = widget->rect().center();
-    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
-                                    QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease}) {
-      const bool is_down = type != QEvent::MouseButtonRelease;
-      QMouseEvent event(type, place, widget->mapToGlobal(place), Qt::LeftButton,
-                        is_down ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
-      QApplication::sendEvent(widget, &event);
+// Mouse and keys come as from the desktop: Qt itself finds out who gets them, and a window that is
+// blocked by a dialog gets none. Each comes through the event loop, in the order of the commands.
+QString Driver::Mouse(const QString& target, int clicks) {
+  const auto [widget, place] = PlaceOf(target);
+  if (widget == nullptr) return "no such: " + target;
+  if (!widget->isVisible() || !widget->visibleRegion().contains(place)) {
+    return "not shown: " + target;
+  }
+  QWidget* top = widget->window();
+  QWindow* window = top->windowHandle();
+  if (IsBlocked(top)) return "blocked: " + target;
+  const QPointF local = widget->mapTo(top, QPointF(place));
+  mouse_time_ += 2 * QGuiApplication::styleHints()->mouseDoubleClickInterval();
+  for (int i = 0; i < clicks; ++i) {
+    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+      const auto buttons = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
+      QTimer::singleShot(0, window, [window, local, buttons, type, time = ++mouse_time_] {
+        qt_handleMouseEvent(window, local, window->mapToGlobal(local), buttons, Qt::LeftButton,
+                            type, Qt::NoModifier, time);
+      });
     }
-  });
+  }
   return "ok";
+}
+
+QString Driver::Key(const QString& name) {
+  const QKeySequence keys = QKeySequence::fromString(name);
+  if (keys.count() != 1 || keys[0].key() == Qt::Key_unknown) return "no such key: " + name;
+  if (KeyboardWindow() == nullptr) return kNoKeyboard;
+  SendKey(keys[0].key(), keys[0].keyboardModifiers(), {});
+  return "ok";
+}
+
+QString Driver::Keys(const QString& text) {
+  if (KeyboardWindow() == nullptr) return kNoKeyboard;
+  for (const QChar letter : text) SendKey(letter.toUpper().unicode(), Qt::NoModifier, letter);
+  return "ok";
+}
+
+// The lines of a tree, depth first, or of a list.
+QString Driver::Items(const QString& name) {
+  QObject* object = Find(name);
+  QStringList lines;
+  if (auto* tree = qobject_cast<QTreeWidget*>(object)) {
+    for (QTreeWidgetItemIterator item(tree); *item != nullptr; ++item) lines << (*item)->text(0);
+  } else if (auto* box = qobject_cast<QComboBox*>(object)) {
+    for (int i = 0; i < box->count(); ++i) lines << box->itemText(i);
+  } else {
+    return "no such: " + name;
+  }
+  return lines.join('|');
 }
 
 QString Driver::Focus(const QString& name) {

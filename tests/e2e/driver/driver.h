@@ -13,20 +13,26 @@ class Driver final : public QObject {
  public:
   Driver();
 
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   void Read();
   QString Obey(const QString& line);
   QString Press(const QString& name);
-  QString Property(const QString& name, const char* property);
+  QString Property(const QString& name, const QByteArray& property);
   QString Modal();
   QString Click(const QString& button);
-  QString Twice(const QString& name);
+  QString Mouse(const QString& target, int clicks);
+  QString Key(const QString& name);
+  QString Keys(const QString& text);
+  QString Items(const QString& name);
   QString Focus(const QString& name);
   QString Type(const QString& text);
   QString Picture(const QString& file);
 
   QSocketNotifier notifier_;
   QByteArray pending_;
+  int mouse_time_ = 0;  // ms
 };
 
 }  // namespace tarnlink_driver
