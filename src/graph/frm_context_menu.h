@@ -1,0 +1,33 @@
+// The popup menu of the graph: its entries, and the two switches that its other parts use as well.
+#pragma once
+
+#include <functional>
+
+#include "common/control_array.h"
+#include "common/controls.h"
+#include "graph/frm_graphic.h"
+
+namespace tarnlink {
+
+class frmContextMenu {
+ public:
+  explicit frmContextMenu(frmGraphic& graph) : graph_(graph) {}
+
+  MenuEntry mnuZOLTCom{"mnuZOLTCom", "ZOLT communication"};
+  MenuEntry mnuTimeScroll{"mnuTimeScroll", "Time Scroll"};
+  MenuEntry mnuMeasOnly{"mnuMeasOnly", "Measured only"};
+  MenuEntry mnuAutoSave{"mnuAutoSave", "Auto save"};
+
+  // Starts or stops the acquisition; what its check mark says is what is.
+  void SetCommunication(bool On);
+  // The view follows the clock, or stands with a cursor at its right edge.
+  void SetTimeScroll(bool On);
+
+  // Begins the acquisition anew; set by what owns it.
+  std::function<void()> InitCom;
+
+ private:
+  frmGraphic& graph_;
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,170 @@
+#include "graph/graph_geometry.h"
+
+#include <cmath>
+
+#include "graph/graph_attribute.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr double kSecondsPerMinute = 60.0;
+
+// The ends of the scales.
+constexpr double kHottest = 120.0;
+constexpr double kDegrees = 130.0;  // from the coldest to the hottest
+constexpr double kBars = 6.5;
+constexpr double kTurns = 7000.0;
+constexpr double kPercents = 140.0;
+
+std::string HourAndMinute(Date time, const char* behind = "") {
+  return FormatDate(time, "hh:nn", EnglishMonthNames()) + behind;
+}
+
+Date MinutesFrom(Date time, int minutes) {
+  return time + minutes * kSecondsPerMinute / kSecondsPerDay;
+}
+
+// At one minute: the last full minute and the last half one.
+std::vector<TimeLabel> MinuteLabels(Date base, int second, double width) {
+  const auto at = [&](int seconds_ago) { return width * (1.0 - seconds_ago / kSecondsPerMinute); };
+  std::vector<TimeLabel> labels = {{HourAndMinute(base, ":00"), at(second)}};
+  if (second > 30) {
+    labels.push_back({HourAndMinute(base, ":30"), at(second - 30)});
+  } else {
+    labels.push_back({HourAndMinute(MinutesFrom(base, -1), ":30"), at(second + 30)});
+  }
+  return labels;
+}
+
+// Whether a part of the whole is not behind the line yet.
+double Remaining(int phase, int step) { return 1.0 - static_cast<double>(phase % step) / step; }
+
+}  // namespace
+
+Date GraphView::StartTime() const { return MinutesFrom(BaseTime, -TimeScale); }
+
+float GraphView::TimeToX(Date Time) const {
+  const Date start = StartTime();
+  return static_cast<float>((ScaleWidth - 1) * (Time - start) / (BaseTime - start));
+}
+
+float GraphView::TimeToX(std::int64_t seconds) const { return TimeToX(FromSeconds(seconds)); }
+
+float GraphView::ValueToY(float Value, int Unit) const {
+  switch (Unit) {
+    case kCelsius:
+      return TemperatureToY(Value);
+    case kBar:
+      return PressureToY(Value);
+    case kRpm:
+      return SpeedToY(Value);
+    default:
+      return PercentToY(Value);
+  }
+}
+
+float GraphView::TemperatureToY(float Value) const {
+  return static_cast<float>(ScaleHeight * kUpperBand / kDegrees * (kHottest - Value));
+}
+
+float GraphView::PressureToY(float Value) const {
+  return static_cast<float>(ScaleHeight * kUpperBand / kBars * (kBars - Value));
+}
+
+float GraphView::SpeedToY(float Value) const {
+  return static_cast<float>(ScaleHeight - ScaleHeight * kLowerBand / kTurns * Value - 1);
+}
+
+float GraphView::PercentToY(float Value) const {
+  return static_cast<float>(ScaleHeight - ScaleHeight * kLowerBand / kPercents * Value - 1);
+}
+
+std::array<float, kUpperSteps> GraphView::UpperGrid() const {
+  std::array<float, kUpperSteps> lines{};
+  for (int i = 1; i <= kUpperSteps; ++i) {
+    lines.at(static_cast<std::size_t>(i - 1)) =
+        static_cast<float>(static_cast<double>(ScaleHeight) * i / kUpperSteps * kUpperBand);
+  }
+  return lines;
+}
+
+std::array<float, kLowerSteps> GraphView::LowerGrid() const {
+  std::array<float, kLowerSteps> lines{};
+  for (int i = 1; i <= kLowerSteps; ++i) {
+    lines.at(static_cast<std::size_t>(i - 1)) =
+        static_cast<float>(ScaleHeight * (1.0 - static_cast<double>(i) / kLowerSteps * kLowerBand));
+  }
+  return lines;
+}
+
+std::array<float, 10> GraphView::TimeGrid() const {
+  constexpr int kLines = 10;
+  constexpr int kLongestByTheSecond = 10;  // minutes
+  const CivilTime base = ToCivil(BaseTime);
+  const int step = TimeScale * 60 / kLines;
+  const int phase = TimeScale <= kLongestByTheSecond
+                        ? base.second
+                        : base.minute % (TimeScale / kLines) * 60 + base.second;
+  const double width = static_cast<double>(ScaleWidth) / kLines;
+  std::array<float, kLines> lines{};
+  for (int i = 0; i < kLines; ++i) {
+    // Rounds to the nearest, of two to the even one.
+    lines.at(static_cast<std::size_t>(i)) =
+        static_cast<float>(std::nearbyint(width * i + Remaining(phase, step) * width));
+  }
+  return lines;
+}
+
+std::vector<TimeLabel> TimeLabels(Date BaseTime, int TimeScale, double panel_width) {
+  constexpr int kLabels = 10;
+  constexpr int kOneByOne = 10;  // minutes, up to which there is a label for each
+  const CivilTime base = ToCivil(BaseTime);
+  if (TimeScale == 1) return MinuteLabels(BaseTime, base.second, panel_width);
+  const int count = TimeScale < kLabels ? TimeScale : kLabels;
+  const int minutes = TimeScale <= kOneByOne ? 1 : TimeScale / kLabels;  // from label to label
+  // The last label is at the last minute that the labels count by.
+  const int past = base.minute % minutes;
+  const double width = panel_width / TimeScale;
+  std::vector<TimeLabel> labels;
+  for (int i = 0; i < count; ++i) {
+    const int from_base = (i - (count - 1)) * minutes - past;
+    labels.push_back(
+        {HourAndMinute(MinutesFrom(BaseTime, from_base)),
+         width * i * minutes +
+             panel_width * Remaining(past * 60 + base.second, minutes * 60) * minutes / TimeScale});
+  }
+  return labels;
+}
+
+GraphLayout LayOutGraph(float form_width, float form_height) {
+  constexpr float kMargin = 50;
+  constexpr float kLeft = 2500;   // of the picture
+  constexpr float kSides = 2950;  // beside it
+  constexpr float kAround = 660;  // above and below it
+  constexpr float kStrip = 255;   // the height of times and scroll bar
+  const float width = form_width - kSides;
+  const float height = form_height - kAround;
+  GraphLayout layout;
+  layout.GraphPan = {kLeft, kMargin, width, height};
+  layout.frm = {{{kMargin, kMargin, 2000, height},
+                 {kLeft, form_height - 610, width, kStrip},
+                 {2100, kMargin, 400, height},
+                 {form_width - 450, kMargin, 400, height}}};
+  layout.HScroll1 = {kLeft, form_height - 305, width, kStrip};
+  return layout;
+}
+
+float ScaleLabelTop(int index, float panel_height, float label_height) {
+  constexpr int kFirstLower = 14;
+  constexpr int kLast = 21;
+  if (index == 0) return 0;
+  if (index == kLast) return panel_height - label_height;
+  const double line = index < kFirstLower
+                          ? panel_height * kUpperBand * index / kUpperSteps
+                          : (1 - kLowerBand) * panel_height +
+                                kLowerBand * panel_height * (index - kFirstLower) / kLowerSteps;
+  return static_cast<float>(line - label_height / 2);
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,78 @@
+// Where things stand on the graph: values and times on the picture, labels and panels on the form.
+// All numbers are in units of 1440 to the inch.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "common/dates.h"
+
+namespace tarnlink {
+
+// The upper band of the picture holds temperatures and pressures, the lower one speeds and
+// percentages, the lanes stand between them.
+inline constexpr double kUpperBand = 0.45;
+inline constexpr double kLowerBand = 0.4;
+inline constexpr int kUpperSteps = 13;  // of the grid
+inline constexpr int kLowerSteps = 7;
+
+// What is seen of time, and on how large a picture.
+struct GraphView {
+  Date BaseTime = 0;   // at the right edge
+  int TimeScale = 10;  // minutes across the picture
+  float ScaleWidth = 0.0F;
+  float ScaleHeight = 0.0F;
+
+  Date StartTime() const;  // at the left edge
+  float TimeToX(Date Time) const;
+  float TimeToX(std::int64_t seconds) const;
+  // `Unit` as in `cmbUnit`; all but three share the scale of percentages.
+  float ValueToY(float Value, int Unit) const;
+  float TemperatureToY(float Value) const;
+  float PressureToY(float Value) const;
+  float SpeedToY(float Value) const;
+  float PercentToY(float Value) const;
+
+  // The grid: its lines from side to side, and those from top to bottom, which stand at full
+  // times and so move along with time.
+  std::array<float, kUpperSteps> UpperGrid() const;
+  std::array<float, kLowerSteps> LowerGrid() const;
+  std::array<float, 10> TimeGrid() const;
+};
+
+// A label below the picture.
+struct TimeLabel {
+  std::string Caption;
+  double Center = 0.0;
+};
+
+// The labels of the times below a picture, on a panel of `panel_width`, by their index.
+std::vector<TimeLabel> TimeLabels(Date BaseTime, int TimeScale, double panel_width);
+
+// The place of a control of the form.
+struct Place {
+  float Left = 0.0F;
+  float Top = 0.0F;
+  float Width = 0.0F;
+  float Height = 0.0F;
+
+  bool operator==(const Place&) const = default;
+};
+
+// The form below this size, in either direction, is not laid out anew.
+inline constexpr float kSmallestForm = 5000.0F;
+
+struct GraphLayout {
+  Place GraphPan;
+  std::array<Place, 4> frm;  // captions, times, left scale, right scale
+  Place HScroll1;
+};
+
+GraphLayout LayOutGraph(float form_width, float form_height);
+
+// The top of scale label `index`, 0 to 21, so that it stands on its grid line.
+float ScaleLabelTop(int index, float panel_height, float label_height);
+
+}  // namespace tarnlink
