@@ -13,6 +13,8 @@ inline constexpr std::int16_t kXmegaMap = 1;
 inline constexpr std::int16_t kNecListing = 2;
 inline constexpr std::int16_t kUnknownMap = 255;
 
+constexpr bool IsAvr(std::int16_t type) { return type == kAtmegaMap || type == kXmegaMap; }
+
 // Goes by the last three characters of the name ("map" or "lst", exact case) and by the signature
 // in the text, which comes in pieces.
 class MapFileType {

@@ -3,7 +3,6 @@
 
 #include <functional>
 
-#include "common/control_array.h"
 #include "common/controls.h"
 #include "graph/frm_graphic.h"
 

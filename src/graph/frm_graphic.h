@@ -6,9 +6,12 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "common/control_array.h"
 #include "common/controls.h"
 #include "common/dates.h"
+#include "common/scroll_bar.h"
 #include "graph/graph_geometry.h"
 #include "graph/graphic.h"
 #include "platform/platform.h"
@@ -18,19 +21,23 @@ namespace tarnlink {
 inline constexpr const char* kCommunicationError = "Communication error";
 inline constexpr const char* kCommunicationStopped = "Communication stopped";
 
+// Four for each row of a caption; the last one is never used.
+inline constexpr int kCaptionLabels = 400;
+
+// The box that the picture is drawn in. `Draw` has it drawn anew; what draws it is told to the
+// view.
+class PictureBox : public PlacedControl {
+ public:
+  using PlacedControl::PlacedControl;
+
+  Property<float> ScaleWidth{this, 0.0F};
+  Property<float> ScaleHeight{this, 0.0F};
+  std::function<void()> Draw;
+};
+
 class frmGraphic {
  public:
-  explicit frmGraphic(Platform& platform)
-      : Comm(platform.CreatePort()),
-        CommWatch(platform.CreateTimer()),
-        AutoSaveTimer(platform.CreateTimer()),
-        ScreenRefreshTimer(platform.CreateTimer()),
-        platform_(platform) {
-    form.Visible = false;
-    lblCommunicationError.Visible = false;
-    lblTest.ToolTipText = "Send testmode command to ZOLT";
-    lblExit.ToolTipText = "Click to exit ";
-  }
+  explicit frmGraphic(Platform& platform);
 
   Platform& platform() const { return platform_; }
   Date Now() const { return platform_.clock().Now(); }
@@ -56,6 +63,16 @@ class frmGraphic {
   std::uint8_t TestModePower = 100;  // percent
 
   // --- View ---
+  float ScaleWidth = 0.0F;  // of the form, as its view reports it
+  float ScaleHeight = 0.0F;
+  // The panels around the picture: captions, times, left and right scale.
+  FixedArray<Label> frm{"frm", 0, std::vector<std::string>(4)};
+  PictureBox GraphPan{"GraphPan"};
+  FixedArray<Label> lblVal{"lblVal", 0, std::vector<std::string>(kCaptionLabels + 1)};
+  FixedArray<Label> lblYL{"lblYL", 0, LeftScale()};
+  FixedArray<Label> lblYR{"lblYR", 0, RightScale()};
+  FixedArray<Label> lblX{"lblX", 0, std::vector<std::string>(kTimeLines)};
+  ScrollBar HScroll1{"HScroll1"};
   const std::unique_ptr<Timer> ScreenRefreshTimer;
   std::int16_t TimeScale = 10;  // minutes
   Date BaseTime = 0;            // at the right edge
@@ -63,6 +80,9 @@ class frmGraphic {
   bool AutoScroll = true;       // the right edge follows the clock
 
  private:
+  static std::vector<std::string> LeftScale();
+  static std::vector<std::string> RightScale();
+
   Platform& platform_;
 };
 

@@ -21,7 +21,7 @@ constexpr int kLastSpeed = 10;  // doublings, far beyond every port
 // The test mode command: a write of class 1, to slave "0" whatever the lines' slaves are.
 constexpr std::uint8_t kTestModeType = zolt_frame::kWrite + 1;
 constexpr std::int32_t kTestModeId = 14;
-constexpr std::uint8_t kOn = 255;
+constexpr std::uint8_t kTestModeOn = 255;
 
 constexpr const char* kTitle = "ZOLT Communication";
 
@@ -32,7 +32,7 @@ std::int64_t DaysBetween(Date from, Date to) {
 
 }  // namespace
 
-GraphAcquisition::GraphAcquisition(frmGraphic& graph, frmContextMenu& menu, LineOptions options)
+GraphAcquisition::GraphAcquisition(frmGraphic& graph, frmContextMenu& menu, GraphPort options)
     : graph_(graph), menu_(menu), options_(std::move(options)) {
   graph_.Comm->SetOnComm([this](int event) { Received(event); });
   graph_.CommWatch->SetOnTimer([this] { WatchExpired(); });
@@ -57,11 +57,13 @@ void GraphAcquisition::InitCom() {
   } catch (const RunTimeError&) {
     // A number or speed that no port has.
   }
-  if (is_free) {
-    graph_.CommWatch->SetEnabled(true);
-    graph_.ZOLTCommunication = true;
-    return SendOrRetry();
-  }
+  if (!is_free) return SayBusy();
+  graph_.CommWatch->SetEnabled(true);
+  graph_.ZOLTCommunication = true;
+  SendOrRetry();
+}
+
+void GraphAcquisition::SayBusy() {
   graph_.CommWatch->SetEnabled(false);
   graph_.ZOLTCommunication = false;
   graph_.platform().dialogs().MessageBox(
@@ -81,7 +83,7 @@ bool GraphAcquisition::IsPortFree() {
   }
 }
 
-// Samples are told apart by their count, so that a file of long ago must not be carried on.
+// Samples are kept by their count, not by their time: a live stream must not carry on an old file.
 void GraphAcquisition::mnuZOLTCom() {
   const std::int64_t days = DaysBetween(graph_.Data.LastTime, graph_.Now());
   if (days == 0 || days == 1) return AskAndSwitch();
@@ -132,7 +134,7 @@ std::string GraphAcquisition::NextFrame() {
   if (std::exchange(graph_.SendTestMode, false)) {
     request_id_ = kTestModeId;
     const bool on = graph_.TestModeOn;
-    return BuildZoltMessage(kTestModeType, "0", kTestModeId, on ? kOn : std::uint8_t{0},
+    return BuildZoltMessage(kTestModeType, "0", kTestModeId, on ? kTestModeOn : std::uint8_t{0},
                             on ? graph_.TestModePower : std::uint8_t{0});
   }
   do {
@@ -181,7 +183,8 @@ bool GraphAcquisition::TakeAnswer() {
   }
   const bool is_sound = answer.Ack != 0;
   if (is_sound && answer.Id != request_id_) return false;
-  if (answer.Ack == zolt_frame::kReadAcknowledge &&
+  // No line has been asked yet where the test mode command went out first.
+  if (answer.Ack == zolt_frame::kReadAcknowledge && graph_.LinePointer >= 0 &&
       answer.Id == graph_.Data.Attributes.at(Index()).ID) {
     graph_.Data.AddMeasurement(answer.DataHi * 256 + answer.DataLo, graph_.Now(),
                                graph_.LinePointer);

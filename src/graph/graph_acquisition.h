@@ -11,7 +11,7 @@
 namespace tarnlink {
 
 // What the options say of the line, asked whenever the acquisition begins.
-struct LineOptions {
+struct GraphPort {
   std::function<int()> ComPortNumber;
   std::function<int()> Baudrate;  // as it is stored: how often 1200 is doubled
 };
@@ -19,7 +19,7 @@ struct LineOptions {
 class GraphAcquisition {
  public:
   // Both forms outlive this; it binds the port, the watch timer and the menu's entry.
-  GraphAcquisition(frmGraphic& graph, frmContextMenu& menu, LineOptions options);
+  GraphAcquisition(frmGraphic& graph, frmContextMenu& menu, GraphPort options);
 
   // Begins anew with the first line; without a port it says so, and nothing is sent.
   void InitCom();
@@ -37,6 +37,7 @@ class GraphAcquisition {
  private:
   void Received(int event);
   bool TakeAnswer();
+  void SayBusy();
   void WatchExpired();
   void mnuZOLTCom();
   void AskAndSwitch();
@@ -47,7 +48,7 @@ class GraphAcquisition {
 
   frmGraphic& graph_;
   frmContextMenu& menu_;
-  LineOptions options_;
+  GraphPort options_;
   std::int32_t request_id_ = 0;  // of the request that is out
 };
 

@@ -61,16 +61,17 @@ constexpr std::array<Colour, 6> kLineColors = {0x0000FF, 0x00FF00, 0xFF0000,
 }  // namespace
 
 Colour LineColors::GetColor() {
-  const Colour color = kLineColors.at(static_cast<std::size_t>(ColorIndex));
-  ColorIndex = static_cast<std::int16_t>((ColorIndex + 1) % static_cast<int>(kLineColors.size()));
-  return color;
+  const Colour colour = kLineColors.at(static_cast<std::size_t>(color_index_));
+  color_index_ =
+      static_cast<std::int16_t>((color_index_ + 1) % static_cast<int>(kLineColors.size()));
+  return colour;
 }
 
-std::vector<GraphAttribute> LoadDefaultAttributes(LineColors& colors) {
+std::vector<GraphAttribute> LoadDefaultAttributes(LineColors& colours) {
   std::vector<GraphAttribute> table(kLastAttribute + 1);
   for (std::size_t i = 0; i < table.size(); ++i) {
     table[i].FixedCaption = "Item " + std::to_string(i);
-    table[i].LineColor = colors.GetColor();
+    table[i].LineColor = colours.GetColor();
   }
   for (const Row& row : kRows) {
     GraphAttribute& line = table[static_cast<std::size_t>(row.index)];

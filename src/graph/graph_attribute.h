@@ -54,10 +54,10 @@ class LineColors {
   Colour GetColor();
 
  private:
-  std::int16_t ColorIndex = 0;
+  std::int16_t color_index_ = 0;
 };
 
 // The lines that a graph begins with, all of them switched off.
-std::vector<GraphAttribute> LoadDefaultAttributes(LineColors& colors);
+std::vector<GraphAttribute> LoadDefaultAttributes(LineColors& colours);
 
 }  // namespace tarnlink

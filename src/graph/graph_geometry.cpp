@@ -9,6 +9,7 @@ namespace tarnlink {
 namespace {
 
 constexpr double kSecondsPerMinute = 60.0;
+constexpr int kLongestOfMinutes = 10;  // the longest scale with a label for each minute
 
 // The ends of the scales.
 constexpr double kHottest = 120.0;
@@ -37,7 +38,7 @@ std::vector<TimeLabel> MinuteLabels(Date base, int second, double width) {
   return labels;
 }
 
-// Whether a part of the whole is not behind the line yet.
+// The part of a step that is still ahead.
 double Remaining(int phase, int step) { return 1.0 - static_cast<double>(phase % step) / step; }
 
 }  // namespace
@@ -98,17 +99,15 @@ std::array<float, kLowerSteps> GraphView::LowerGrid() const {
   return lines;
 }
 
-std::array<float, 10> GraphView::TimeGrid() const {
-  constexpr int kLines = 10;
-  constexpr int kLongestByTheSecond = 10;  // minutes
+std::array<float, kTimeLines> GraphView::TimeGrid() const {
   const CivilTime base = ToCivil(BaseTime);
-  const int step = TimeScale * 60 / kLines;
-  const int phase = TimeScale <= kLongestByTheSecond
+  const int step = TimeScale * 60 / kTimeLines;
+  const int phase = TimeScale <= kLongestOfMinutes
                         ? base.second
-                        : base.minute % (TimeScale / kLines) * 60 + base.second;
-  const double width = static_cast<double>(ScaleWidth) / kLines;
-  std::array<float, kLines> lines{};
-  for (int i = 0; i < kLines; ++i) {
+                        : base.minute % (TimeScale / kTimeLines) * 60 + base.second;
+  const double width = static_cast<double>(ScaleWidth) / kTimeLines;
+  std::array<float, kTimeLines> lines{};
+  for (int i = 0; i < kTimeLines; ++i) {
     // Rounds to the nearest, of two to the even one.
     lines.at(static_cast<std::size_t>(i)) =
         static_cast<float>(std::nearbyint(width * i + Remaining(phase, step) * width));
@@ -117,12 +116,11 @@ std::array<float, 10> GraphView::TimeGrid() const {
 }
 
 std::vector<TimeLabel> TimeLabels(Date BaseTime, int TimeScale, double panel_width) {
-  constexpr int kLabels = 10;
-  constexpr int kOneByOne = 10;  // minutes, up to which there is a label for each
   const CivilTime base = ToCivil(BaseTime);
   if (TimeScale == 1) return MinuteLabels(BaseTime, base.second, panel_width);
-  const int count = TimeScale < kLabels ? TimeScale : kLabels;
-  const int minutes = TimeScale <= kOneByOne ? 1 : TimeScale / kLabels;  // from label to label
+  const int count = TimeScale < kTimeLines ? TimeScale : kTimeLines;
+  const int minutes =
+      TimeScale <= kLongestOfMinutes ? 1 : TimeScale / kTimeLines;  // from label to label
   // The last label is at the last minute that the labels count by.
   const int past = base.minute % minutes;
   const double width = panel_width / TimeScale;
@@ -139,25 +137,29 @@ std::vector<TimeLabel> TimeLabels(Date BaseTime, int TimeScale, double panel_wid
 
 GraphLayout LayOutGraph(float form_width, float form_height) {
   constexpr float kMargin = 50;
-  constexpr float kLeft = 2500;   // of the picture
-  constexpr float kSides = 2950;  // beside it
-  constexpr float kAround = 660;  // above and below it
-  constexpr float kStrip = 255;   // the height of times and scroll bar
-  const float width = form_width - kSides;
-  const float height = form_height - kAround;
+  constexpr float kCaptions = 2000;  // wide
+  constexpr float kScale = 400;      // wide
+  constexpr float kLeftScale = 2100;
+  constexpr float kPicture = kLeftScale + kScale;
+  constexpr float kRightScale = 450;  // from the right
+  constexpr float kStrip = 255;       // the height of times and scroll bar
+  constexpr float kTimes = 610;       // from the bottom
+  constexpr float kScrollBar = 305;   // from the bottom
+  const float width = form_width - kPicture - kRightScale;
+  const float height = form_height - kTimes - kMargin;
   GraphLayout layout;
-  layout.GraphPan = {kLeft, kMargin, width, height};
-  layout.frm = {{{kMargin, kMargin, 2000, height},
-                 {kLeft, form_height - 610, width, kStrip},
-                 {2100, kMargin, 400, height},
-                 {form_width - 450, kMargin, 400, height}}};
-  layout.HScroll1 = {kLeft, form_height - 305, width, kStrip};
+  layout.GraphPan = {kPicture, kMargin, width, height};
+  layout.frm = {{{kMargin, kMargin, kCaptions, height},
+                 {kPicture, form_height - kTimes, width, kStrip},
+                 {kLeftScale, kMargin, kScale, height},
+                 {form_width - kRightScale, kMargin, kScale, height}}};
+  layout.HScroll1 = {kPicture, form_height - kScrollBar, width, kStrip};
   return layout;
 }
 
 float ScaleLabelTop(int index, float panel_height, float label_height) {
-  constexpr int kFirstLower = 14;
-  constexpr int kLast = 21;
+  constexpr int kFirstLower = kUpperSteps + 1;
+  constexpr int kLast = kFirstLower + kLowerSteps;
   if (index == 0) return 0;
   if (index == kLast) return panel_height - label_height;
   const double line = index < kFirstLower

@@ -17,6 +17,7 @@ inline constexpr double kUpperBand = 0.45;
 inline constexpr double kLowerBand = 0.4;
 inline constexpr int kUpperSteps = 13;  // of the grid
 inline constexpr int kLowerSteps = 7;
+inline constexpr int kTimeLines = 10;
 
 // What is seen of time, and on how large a picture.
 struct GraphView {
@@ -39,7 +40,7 @@ struct GraphView {
   // times and so move along with time.
   std::array<float, kUpperSteps> UpperGrid() const;
   std::array<float, kLowerSteps> LowerGrid() const;
-  std::array<float, 10> TimeGrid() const;
+  std::array<float, kTimeLines> TimeGrid() const;
 };
 
 // A label below the picture.

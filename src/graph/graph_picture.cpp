@@ -6,7 +6,7 @@ namespace tarnlink {
 
 namespace {
 
-constexpr int kGridWidth = 1;
+constexpr int kHairline = 1;
 // The stroke of a single sample, and what a lane reaches beyond its newest one.
 constexpr float kStroke = 2;
 constexpr float kLaneStroke = 3;
@@ -73,7 +73,7 @@ GraphPicture::GraphPicture(DrawingSurface& surface, const Graphic& data, const G
       pens_(pens) {}
 
 void GraphPicture::DrawGrid() {
-  surface_.SetPen(data_.Colors.GridColor, DrawStyle::kSolid, kGridWidth);
+  surface_.SetPen(data_.Colors.GridColor, DrawStyle::kSolid, kHairline);
   for (const float x : view_.TimeGrid()) surface_.Line({x, 0}, {x, view_.ScaleHeight});
   for (const float y : view_.UpperGrid()) surface_.Line({0, y}, {view_.ScaleWidth, y});
   for (const float y : view_.LowerGrid()) surface_.Line({0, y}, {view_.ScaleWidth, y});
@@ -94,7 +94,7 @@ void GraphPicture::DrawLines() {
 
 // Begins with the first sample behind the right edge, and ends with the first one before the left.
 GraphPicture::Range GraphPicture::InView(const MeasureChannel& channel) const {
-  constexpr int kLowest = 2;
+  constexpr int kLowest = 2;  // the walk does not go on below it
   const int bound = channel.UpperBound();
   const int in_view = channel.LastNotLater(ToSeconds(view_.BaseTime), bound - 1);
   Range range{.newest = std::min(bound, std::max(in_view + 1, kLowest))};
@@ -154,7 +154,7 @@ void GraphPicture::DrawStatusLine(int Index, int Lane, const GraphAttribute& Att
 
 void GraphPicture::DrawCursor(Date CursorTime) {
   if (CursorTime == 0) return;
-  surface_.SetPen(data_.Colors.CursorColor, DrawStyle::kSolid, kGridWidth);
+  surface_.SetPen(data_.Colors.CursorColor, DrawStyle::kSolid, kHairline);
   const float x = view_.TimeToX(CursorTime);
   surface_.Line({x, 0}, {x, view_.ScaleHeight});
 }

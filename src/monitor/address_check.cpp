@@ -8,7 +8,8 @@ void AddressCheck::AdaptAddress(int index) {
   if (!adapts_) adapts_ = Ask();
   if (!*adapts_) return;
   location.Address = FixedAddress(map_.AddressOf(location));
-  // The end of the opening takes the mark away again. Users know it that way.
+  // The title shows the mark while the screen is built; the end of the opening takes it away again.
+  // Users know it that way.
   main_.MarkChanged();
 }
 

@@ -49,9 +49,7 @@ CommunicationRun::CommunicationRun(frm_Main& main, frm_Options& options, RunReco
 
 int CommunicationRun::MessageTimeout() const { return options_.sld_MsgTimeout.Value * 1000; }
 
-bool CommunicationRun::NameVisible(int index) const {
-  return main_.RAM_LOC_TEXT.Has(index) && main_.RAM_LOC_TEXT(index).Visible;
-}
+bool CommunicationRun::NameVisible(int index) const { return main_.IsShown(index); }
 
 std::string CommunicationRun::NameText(int index) const { return main_.RAM_LOC_TEXT(index).Text; }
 

@@ -193,6 +193,8 @@ class frm_Main : public RunFields {
   void ShowLocationCount();
   // The screen differs from its file from now on, and the caption says so.
   void MarkChanged();
+  // Whether Location `index` is on the screen: it has been made and not deleted.
+  bool IsShown(int index) const { return RAM_LOC_TEXT.Has(index) && RAM_LOC_TEXT(index).Visible; }
 
   // Shows a line of the readers of names; without a text the line is gone.
   static void ShowNotice(Label& line, const std::string& text);

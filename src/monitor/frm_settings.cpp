@@ -144,7 +144,7 @@ void frm_Settings::FillActualVariables(bool KeepText) {
   std::vector<ComboBox::Item> rows;
   if (!IsMemory()) {
     rows = NameRows(ids_.items(), [](const IDItem& each) { return each.Name; });
-  } else if (main_.MicroType == kAtmegaMap || main_.MicroType == kXmegaMap) {
+  } else if (IsAvr(main_.MicroType)) {
     rows = NameRows(map_.variables(), [](const MapVariable& each) { return each.Name; });
   } else if (main_.MicroType == kNecListing && GetStorageTypeIndex() == kBit) {
     rows = NameRows(map_.bits(), [](const NecBit& each) { return each.Label; });
@@ -195,7 +195,7 @@ void frm_Settings::TakeMapName(int row) {
 
 // "table+3" is an element of a variable.
 void frm_Settings::TakeTypedName() {
-  if (main_.MicroType != kAtmegaMap && main_.MicroType != kXmegaMap) return;
+  if (!IsAvr(main_.MicroType)) return;
   const std::string address =
       GetVyroLstByteAddress(map_.variables(), cmbActualVariable.Text.get(), GetStorageTypeIndex());
   if (address.empty()) return;

@@ -48,8 +48,7 @@ void LocationSettings::Open(int index) {
   ShowFields(location);
   ShowFunction(location.FunctionCode, is_new);
   EnableForProtocol(location, is_new);
-  name_colour_ = main_.RAM_LOC_TEXT(index).BackColor;
-  value_colour_ = main_.RAM_LOC_VAL(index).BackColor;
+  KeepColours(index);
   SetColour(index, kBeingSet);
   block_.clear();
   form_.form.Visible = true;
@@ -142,8 +141,7 @@ bool LocationSettings::IsNew(const Location& location) {
 // way.
 void LocationSettings::cmd_Ok() {
   const int i = main_.SelectedLocation;
-  main_.RAM_LOC_TEXT(i).BackColor = name_colour_;
-  main_.RAM_LOC_VAL(i).BackColor = value_colour_;
+  GiveColoursBack(i);
   ScreenEdit edit = history_.Begin("settings of " + EditName(main_.RAM_LOC_TEXT(i).Text));
   const int last = std::min(i + BlockLength() - 1, main_.MaxId);
   for (int j = i; j <= std::max(i, last); ++j) edit.Location(j);
@@ -167,8 +165,7 @@ void LocationSettings::cmd_Ok() {
     form_.form.Visible = false;
   }
   // For another OK, where the form stays.
-  name_colour_ = main_.RAM_LOC_TEXT(i).BackColor;
-  value_colour_ = main_.RAM_LOC_VAL(i).BackColor;
+  KeepColours(i);
 }
 
 void LocationSettings::StoreValue(Location& location) {
@@ -288,14 +285,23 @@ void LocationSettings::cmd_Cancel() {
 
 void LocationSettings::cmdDeleteLocation() {
   const int i = main_.SelectedLocation;
-  main_.RAM_LOC_TEXT(i).BackColor = name_colour_;
-  main_.RAM_LOC_VAL(i).BackColor = value_colour_;
+  GiveColoursBack(i);
   objects_.DeleteLocation(i);
   if (main_.RAM_LOC_TEXT(i).Visible) {
     SetColour(i, kBeingSet);
   } else {
     form_.form.Visible = false;
   }
+}
+
+void LocationSettings::KeepColours(int index) {
+  name_colour_ = main_.RAM_LOC_TEXT(index).BackColor;
+  value_colour_ = main_.RAM_LOC_VAL(index).BackColor;
+}
+
+void LocationSettings::GiveColoursBack(int index) {
+  main_.RAM_LOC_TEXT(index).BackColor = name_colour_;
+  main_.RAM_LOC_VAL(index).BackColor = value_colour_;
 }
 
 void LocationSettings::SetColour(int index, Colour colour) {

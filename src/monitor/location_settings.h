@@ -53,6 +53,8 @@ class LocationSettings {
   int BlockLength() const;
   bool IsBlockTooLong() const;
 
+  void KeepColours(int index);
+  void GiveColoursBack(int index);
   void SetColour(int index, Colour colour);
   Location& Target() const { return main_.Locations[main_.SelectedLocation]; }
 

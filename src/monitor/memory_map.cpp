@@ -2,6 +2,8 @@
 
 #include "common/paths.h"
 #include "common/run_time_error.h"
+#include "common/text.h"
+#include "monitor/project_paths.h"
 #include "platform/path_resolver.h"
 
 namespace tarnlink {
@@ -49,7 +51,8 @@ void MemoryMap::LoadClass7(const std::string& FileName) {
   if (type == kUnknownMap) {
     map_ = {};
     listing_ = {};
-    return MapDecides(false);
+    MapDecides(false);
+    return ShowUnknown(path);
   }
   // The window of the memory goes by the microprocessor before this map: a map of the other family
   // is read right the second time.
@@ -68,6 +71,14 @@ void MemoryMap::LoadListing(const std::string& path) {
   ReadNECLstFile(path);
   main_.MicroType = kNecListing;
   ShowNotice(path, "");
+}
+
+void MemoryMap::Load(const std::string& path) {
+  if (ToLower(Right(path, 3)) == "map") {
+    LoadClass7(path);
+  } else {
+    LoadListing(path);
+  }
 }
 
 void MemoryMap::MapDecides(bool decides) {
@@ -106,7 +117,7 @@ bool MemoryMap::ReadToItsEnd(const std::string& FileName,
 }
 
 std::string MemoryMap::AddressOf(const Location& location) const {
-  if (main_.MicroType == kAtmegaMap || main_.MicroType == kXmegaMap) {
+  if (IsAvr(main_.MicroType)) {
     return GetVyroLstByteAddress(variables(), location.ActualVariable, location.StorageType);
   }
   if (main_.MicroType != kNecListing) return {};
@@ -135,6 +146,16 @@ void MemoryMap::ShowNotice(const std::string& path, const std::string& hint) {
   frm_Main::ShowNotice(main_.lbl_MapNotice, text + hint + Moves());
 }
 
+// Of a map that the project names; the options may name one that is not there.
+void MemoryMap::ShowUnknown(const std::string& path) {
+  if (path.empty() || path != FileOfGroup(main_, "lst", "")) return;
+  const bool is_there = main_.platform().files().Exists(path);
+  frm_Main::ShowNotice(main_.lbl_MapNotice,
+                       StripFileFromPath(path) + ": " +
+                           (is_there ? "no memory map of a known kind" : "there is no such file") +
+                           ", so there are no names");
+}
+
 // What the map means for the screen as it stands: a screen takes the new addresses when it is
 // opened again.
 std::string MemoryMap::Moves() const {
@@ -142,7 +163,7 @@ std::string MemoryMap::Moves() const {
   int lost = 0;
   for (int i = 1; i <= main_.MaxId; ++i) {
     const Location& location = main_.Locations[i];
-    if (location.Specification != 0 || !main_.RAM_LOC_TEXT(i).Visible) continue;
+    if (location.Specification != 0 || !main_.IsShown(i)) continue;
     if (location.ActualVariable.empty() || location.ActualVariable == Location().ActualVariable) {
       continue;
     }

@@ -30,6 +30,9 @@ class MemoryMap {
   // microprocessor is a NEC from now on. Never throws.
   void LoadListing(const std::string& path);
 
+  // A file of a project or from the desktop, by its last three letters.
+  void Load(const std::string& path);
+
   // By address; the listing's in the order of the file.
   const std::vector<MapVariable>& variables() const { return map_.variables; }
   const std::vector<NecByte>& bytes() const { return listing_.bytes; }
@@ -46,6 +49,7 @@ class MemoryMap {
   bool ReadToItsEnd(const std::string& FileName, const std::function<bool(std::string_view)>& take);
   // The map decides the microprocessor, or the options do.
   void MapDecides(bool decides);
+  void ShowUnknown(const std::string& path);
   void ShowNotice(const std::string& path, const std::string& hint);
   std::string Moves() const;
 

@@ -58,7 +58,7 @@ void ProjectCommands::mnuOpenProject() {
        .folder = UsableFolder(main_.PrjCmnDlg.InitDir, main_.platform().files()),
        .extension = "prj"});
   if (!path || path->empty()) return;
-  main_.PrjCmnDlg.InitDir = FolderOfPath(*path);
+  main_.PrjCmnDlg.InitDir = FolderOfPath(*path);  // also of one that cannot be read
   ReadProject(*path);
 }
 
@@ -72,9 +72,10 @@ void ProjectCommands::ReadProject(std::string FileName) {
   } catch (const RunTimeError& error) {
     return SayCannotRead(error.what());
   }
-  main_.CurrentProjectFile = FileName;
+  main_.CurrentProjectFile = FileName;  // its entries may be found beside it
   if (!AddEntries(text)) return;
   main_.trvProject.SetRootText(StripFileFromPath(FileName));
+  main_.PrjCmnDlg.InitDir = FolderOfPath(FileName);
   main_.LoadShortCutsPrj(FileName);
   if (main_.trvProject.FirstChild("ids")) ReadNames();
 }
@@ -83,34 +84,37 @@ void ProjectCommands::ReadNames() {
   if (main_.ReadIDItems) main_.ReadIDItems(FileOfGroup(main_, "ids", options_.txt_ZOLTIDDef.Text));
 }
 
+// A name without a folder is that of a file beside the project, also once that is saved elsewhere.
+std::string ProjectCommands::BesideProject(const std::string& entry) const {
+  if (StripFileFromPath(entry) != entry) return entry;
+  return JoinPath(FolderOfPath(main_.CurrentProjectFile), entry);
+}
+
 bool ProjectCommands::AddEntries(const std::string& text) {
   for (const std::string& entry : ReadProjectEntries(text)) {
     const auto group = GroupOfEntry(entry);
-    if (!group || !main_.trvProject.AddFileToProject(*group, entry)) {
+    const std::string key = BesideProject(entry);
+    if (!group || !main_.trvProject.AddFileToProject(*group, key)) {
       ShowNewProject();
       SayCannotRead("The entry \"" + entry + "\" " +
                     (group ? "stands in it twice." : "is of no kind that a project holds."));
       return false;
     }
-    if (*group == "lst") ReadMap(entry);
+    if (*group == "lst") ReadMap(key);
   }
   return true;
 }
 
 // A listing is read as it is, without a look at what it says of itself. Of one that cannot be had
 // no name is left: those of the project before would pass for this one's.
-void ProjectCommands::ReadMap(const std::string& entry) {
-  const std::string path = FoundFile(main_, entry);
+void ProjectCommands::ReadMap(const std::string& key) {
+  const std::string path = FoundFile(main_, key);
   try {
     main_.platform().files().ReadPieces(path, [](std::string_view) { return false; });
   } catch (const RunTimeError& error) {
     ReportFileError(main_.platform().dialogs(), error, "During reading memory map ", path);
   }
-  if (StripExtFromPath(entry) == "map") {
-    map_.LoadClass7(path);
-  } else {
-    map_.LoadListing(path);
-  }
+  map_.Load(path);
 }
 
 void ProjectCommands::SayCannotRead(const std::string& reason) {

@@ -33,7 +33,8 @@ class ProjectCommands {
  private:
   void ShowNewProject();
   bool AddEntries(const std::string& text);
-  void ReadMap(const std::string& entry);
+  std::string BesideProject(const std::string& entry) const;
+  void ReadMap(const std::string& key);
   void ReadNames();
   void WarnOfExtensions();
   void SayCannotRead(const std::string& reason);

@@ -2,6 +2,7 @@
 
 #include "common/paths.h"
 #include "common/text.h"
+#include "files/project_file.h"
 #include "monitor/project_paths.h"
 #include "platform/path_resolver.h"
 
@@ -59,7 +60,14 @@ void ProjectFiles::AddByDialog(const Kind& kind) {
        .filter = kind.filter,
        .folder = UsableFolder(kind.folder, main_.platform().files()),
        .extension = kind.group});
-  if (!path || path->empty() || !AddTo(kind.group, *path)) return;
+  if (!path || path->empty()) return;
+  if (GroupOfEntry(*path) != kind.group) {
+    return Say("\"" + StripFileFromPath(*path) +
+                   "\" cannot stand in a project: its extension must be \"" + kind.group +
+                   "\", in small letters.",
+               kProgramTitle);
+  }
+  if (!AddTo(kind.group, *path)) return;
   if (std::string_view(kind.group) == "ids" && main_.ReadIDItems) main_.ReadIDItems(*path);
 }
 
@@ -107,9 +115,7 @@ void ProjectFiles::AddDroppedFile(const std::string& path) {
   if (kind == "wcr" || kind == "par" || kind == "grp") {
     AddTo(kind, path);
   } else if (kind == "lst" || kind == "map") {
-    if (Has("lst") || !AddTo("lst", path)) return;
-    if (kind == "map") return map_.LoadClass7(path);
-    map_.LoadListing(path);
+    if (!Has("lst") && AddTo("lst", path)) map_.Load(path);
   } else if (kind == "erc") {
     if (Has("erc")) {
       return Say("First remove the current error description file from project.", kProgramTitle);

@@ -12,7 +12,7 @@ std::string FoundFile(const frm_Main& main, const std::string& key) {
   const std::string path = UsableFile(key, files);
   const std::string name = StripFileFromPath(key);
   // One that is gone from a folder that is there is missing: another of its name is not it.
-  const bool may_be_beside = name == key || !files.IsFolder(FolderOfPath(path));
+  const bool may_be_beside = !files.IsFolder(FolderOfPath(path));
   if (main.CurrentProjectFile.empty() || !may_be_beside) return path;
   const std::string beside = JoinPath(FolderOfPath(main.CurrentProjectFile), name);
   return files.Exists(beside) ? beside : path;

@@ -8,8 +8,7 @@
 namespace tarnlink {
 
 // The file that a node's key stands for. Of a project whose folder is not on this machine it is the
-// file of that name beside the project file; a name without a folder always means that one. A file
-// that is nowhere keeps its path.
+// file of that name beside the project file. A file that is nowhere keeps its path.
 std::string FoundFile(const frm_Main& main, const std::string& key);
 
 // The file of a group that holds one: the project's or, if it has none, `setting` as it stands.

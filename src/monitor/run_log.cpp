@@ -38,7 +38,7 @@ void RunLog::FindColumns() {
   columns_.clear();
   column_of_.fill(0);
   for (int i = 1; i <= main_.MaxId; ++i) {
-    if (main_.Locations[i].LogEnable != 1 || !IsShown(i)) continue;
+    if (main_.Locations[i].LogEnable != 1 || !main_.IsShown(i)) continue;
     columns_.push_back(i);
     column_of_[static_cast<std::size_t>(i)] = static_cast<int>(columns_.size());
   }
@@ -78,17 +78,13 @@ std::string RunLog::Time() const {
 
 // --- The run -------------------------------------------------------------------------------------
 
-bool RunLog::IsShown(int index) const {
-  return main_.RAM_LOC_TEXT.Has(index) && main_.RAM_LOC_TEXT(index).Visible;
-}
-
 // The tabs that are owed up to `column`: one for each that the scan has passed over, and its own.
 // One whose Location was deleted has none under the TarnLink protocol.
 std::string RunLog::TabsUpTo(int column) const {
   std::string tabs;
   for (int c = column_ + 1; c <= column; ++c) {
     const int index = columns_[static_cast<std::size_t>(c - 1)];
-    if (!drops_deleted_ || IsShown(index)) tabs += '\t';
+    if (!drops_deleted_ || main_.IsShown(index)) tabs += '\t';
   }
   return tabs;
 }
@@ -111,7 +107,7 @@ void RunLog::RecordValue(int index) {
 void RunLog::LogUnreadable(int index) { WriteField(index, "NA"); }
 
 void RunLog::WriteField(int index, std::string_view text) {
-  if (!main_.filelogging || !IsShown(index)) return;
+  if (!main_.filelogging || !main_.IsShown(index)) return;
   if (main_.Locations[index].LogEnable != 1) return;
   const int column = column_of_.at(static_cast<std::size_t>(index));
   if (column == 0) return;

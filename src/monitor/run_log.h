@@ -41,7 +41,6 @@ class RunLog {
   void Open(const std::string& path);
   std::string Time() const;
 
-  bool IsShown(int index) const;
   std::string TabsUpTo(int column) const;
   void WriteField(int index, std::string_view text);
   void Write(std::string_view piece);

@@ -76,6 +76,7 @@ void SpreadsheetLink::Start() {
   Retire();
   // The workbooks of earlier runs keep theirs: they do not tell again, nor in this one's stead.
   told_ = std::make_shared<std::set<int>>();
+  if (workbook_) BindFailures();
   if (!AnyLinked()) return;
   try {
     Open();
@@ -114,8 +115,7 @@ void SpreadsheetLink::Save() {
 }
 
 bool SpreadsheetLink::IsLinked(int index) const {
-  return main_.RAM_LOC_TEXT.Has(index) && main_.RAM_LOC_TEXT(index).Visible &&
-         main_.Locations[index].DDEEnable == 1;
+  return main_.IsShown(index) && main_.Locations[index].DDEEnable == 1;
 }
 
 bool SpreadsheetLink::AnyLinked() const {
@@ -138,14 +138,13 @@ void SpreadsheetLink::Retire() {
 }
 
 void SpreadsheetLink::Open() {
-  if (!workbook_) {
-    workbook_ = main_.platform().CreateWorkbook(NewPath());
-    poked_ = false;
-  }
-  ReportFailures();
+  if (workbook_) return;
+  workbook_ = main_.platform().CreateWorkbook(NewPath());
+  poked_ = false;
+  BindFailures();
 }
 
-void SpreadsheetLink::ReportFailures() {
+void SpreadsheetLink::BindFailures() {
   workbook_->SetOnFailure(
       [this, told = told_, path = workbook_->path()](const RunTimeError& error) {
         if (told->insert(error.code()).second) failures_.Tell(error, path);

@@ -58,7 +58,7 @@ class SpreadsheetLink {
   bool AnyLinked() const;
   void Retire();
   void Open();
-  void ReportFailures();
+  void BindFailures();
   void StartProgram();
   std::string Folder() const;
   std::string PathOfDay() const;

@@ -129,7 +129,7 @@ void WriteCommands::Send(WriteText text) {
   }
   main_.Comm->ClearInBuffer();
   main_.Comm_Timer->SetEnabled(false);
-  // One that is left from an earlier write belongs to that.
+  // A second half that an earlier write has left does not go out behind this one.
   main_.SendSecondByte = text.SendSecondByte;
   main_.SecondByteIndex = index_;
   if (text.SendSecondByte) main_.SecondByteValue = text.SecondByteValue;

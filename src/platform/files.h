@@ -16,9 +16,9 @@ class RowWriter {
  public:
   virtual ~RowWriter() = default;
 
-  // Appends one piece of a row; a piece that ends in a line end completes the row. When the disk
-  // takes less than all of it, the file is as it was before this piece and RunTimeError 61 or 57
-  // is thrown.
+  // Appends one piece of a row. When the disk takes less than all of it, the file is as it was
+  // before this piece and RunTimeError 61 or 57 is thrown; 53 is thrown when the file has been
+  // deleted.
   virtual void Append(std::string_view piece) = 0;
 };
 

@@ -2,6 +2,8 @@
 
 #include <QCheckBox>
 #include <QGridLayout>
+#include <QHBoxLayout>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
@@ -30,6 +32,31 @@ QGroupBox* CheckFrame(const QString& title, const std::vector<CheckBox*>& boxes)
     layout->addWidget(box);
   }
   return frame;
+}
+
+QWidget* Column(const std::vector<QWidget*>& frames) {
+  auto* column = new QWidget;
+  auto* layout = new QVBoxLayout(column);
+  layout->setContentsMargins(0, 0, 0, 0);
+  for (QWidget* frame : frames) layout->addWidget(frame);
+  layout->addStretch();
+  return column;
+}
+
+QWidget* OkCancelRow(QWidget* parent, CommandButton& ok, CommandButton& cancel) {
+  auto* row = new QWidget(parent);
+  auto* layout = new QHBoxLayout(row);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addStretch();
+  // Only a button that stands in its dialog already becomes the default of it.
+  auto* ok_button = new QPushButton(row);
+  Bind(ok_button, ok);
+  ok_button->setDefault(true);
+  auto* cancel_button = new QPushButton(row);
+  Bind(cancel_button, cancel);
+  layout->addWidget(ok_button);
+  layout->addWidget(cancel_button);
+  return row;
 }
 
 }  // namespace tarnlink

@@ -15,15 +15,6 @@ namespace {
 
 constexpr int kNumberWidth = 60;  // pixels: room for a port number
 
-QWidget* Column(const std::vector<QWidget*>& frames) {
-  auto* column = new QWidget;
-  auto* layout = new QVBoxLayout(column);
-  layout->setContentsMargins(0, 0, 0, 0);
-  for (QWidget* frame : frames) layout->addWidget(frame);
-  layout->addStretch();
-  return column;
-}
-
 QWidget* Columns(const std::vector<QWidget*>& columns) {
   auto* tab = new QWidget;
   auto* layout = new QHBoxLayout(tab);
@@ -98,19 +89,7 @@ QWidget* OptionsDialog::BuildMonitorTab() {
 }
 
 QWidget* OptionsDialog::BuildButtons() {
-  auto* row = new QWidget(this);
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addStretch();
-  // Only a button that stands in its dialog already becomes the default of it.
-  auto* ok = new QPushButton(row);
-  Bind(ok, options_.cmd_OptionsOk);
-  ok->setDefault(true);
-  auto* cancel = new QPushButton(row);
-  Bind(cancel, options_.cmd_OptionsCancel);
-  layout->addWidget(ok);
-  layout->addWidget(cancel);
-  return row;
+  return OkCancelRow(this, options_.cmd_OptionsOk, options_.cmd_OptionsCancel);
 }
 
 QGroupBox* OptionsDialog::PortFrame() {

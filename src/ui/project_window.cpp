@@ -69,7 +69,8 @@ void ProjectWindow::ShowTree() {
   }
   tree_->expandAll();
   const auto same = items.find(current);
-  if (same != items.end()) tree_->setCurrentItem(same->second);
+  // Without it none: Delete once more would ask about the first one, which is the project.
+  tree_->setCurrentItem(same != items.end() ? same->second : nullptr);
 }
 
 // Of the node that is marked: the focus alone, which Tab brings to the first one, shows nothing.

@@ -61,15 +61,6 @@ QLabel* LabelFor(QWidget* widget, const QString& text) {
   return label;
 }
 
-QWidget* Column(const std::vector<QWidget*>& frames) {
-  auto* column = new QWidget;
-  auto* layout = new QVBoxLayout(column);
-  layout->setContentsMargins(0, 0, 0, 0);
-  for (QWidget* frame : frames) layout->addWidget(frame);
-  layout->addStretch();
-  return column;
-}
-
 }  // namespace
 
 SettingsDialog::SettingsDialog(frm_Settings& form, QWidget* parent) : QDialog(parent), form_(form) {

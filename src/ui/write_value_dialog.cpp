@@ -7,6 +7,7 @@
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
+#include "ui/frames.h"
 
 namespace tarnlink {
 
@@ -139,18 +140,7 @@ QGroupBox* WriteValueDialog::BuildBlock() {
 }
 
 QWidget* WriteValueDialog::BuildButtons() {
-  auto* row = new QWidget(this);
-  auto* layout = new QHBoxLayout(row);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addStretch();
-  auto* ok = new QPushButton(row);
-  Bind(ok, form_.cmd_WriteOk);
-  ok->setDefault(true);
-  auto* cancel = new QPushButton(row);
-  Bind(cancel, form_.cmd_WriteCancel);
-  layout->addWidget(ok);
-  layout->addWidget(cancel);
-  return row;
+  return OkCancelRow(this, form_.cmd_WriteOk, form_.cmd_WriteCancel);
 }
 
 }  // namespace tarnlink

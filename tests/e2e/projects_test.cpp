@@ -90,9 +90,13 @@ TEST_F(ProjectTest, TheDeleteKeyTakesAFileOutOfTheProjectAfterAQuestion) {
   EXPECT_EQ(program->Ask("items trvProject"), Replaced(kSampleTree, "|service.wcr", ""));
 
   program->Press("mnuSaveProject");
-  program->SaveAs("Save As", "new.prj");  // in the documents folder, the test's own
-  EXPECT_TRUE(
-      folder.Becomes("new.prj", Replaced(folder.Read("boiler.prj"), "\"service.wcr\"\r\n", "")));
+  program->SaveAs("Save As", "new.prj");  // in the project's folder
+  // A name without a folder has become a path, so that the project could have gone elsewhere.
+  std::string expected = Replaced(folder.Read("boiler.prj"), "\"service.wcr\"\r\n", "");
+  for (const char* name : {"zolt.wcr", "boiler.wcr", "default.erc", "default.ids", "atmega.map"}) {
+    expected = Replaced(expected, name, folder.Path(name));
+  }
+  EXPECT_TRUE(folder.Becomes("new.prj", expected));
   program->Press("M_exit");
   EXPECT_EQ(program->process().WaitForEnd(kPatience), 0) << program->Ask("modal");
 }

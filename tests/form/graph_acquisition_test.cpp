@@ -443,6 +443,9 @@ TEST_F(GraphAcquisitionTest, WhileStoppedTheTestCommandWaits) {
   EXPECT_EQ(Sent(), "");
   menu.SetCommunication(true);
   EXPECT_EQ(Sent(), "type 129 slave 0 id 14 data 255 100\n");
+  // No line has been asked for yet.
+  Answer(kReadAcknowledge, 14, 0, 0);
+  EXPECT_EQ(Sent(), Poll(1, kLanesId));
 }
 
 TEST_F(GraphAcquisitionTest, AnyOtherButtonAsksForTheSettings) {

@@ -363,6 +363,17 @@ TEST_F(MemoryMapTest, RefreshReadsTheProjectsMapAgain) {
   EXPECT_FALSE(main().ProjectChanged);
 }
 
+TEST_F(MemoryMapTest, AMapOfTheProjectThatCannotBeHadIsToldInItsLine) {
+  world.disk().Put(kMap, kAtmega);
+  Add(kMap);
+  world.disk().Put(kMap, "something else");
+  main().mnuRefresh.Press();
+  EXPECT_EQ(Notice(), "a.map: no memory map of a known kind, so there are no names");
+  world.disk().Remove(kMap);
+  main().mnuRefresh.Press();
+  EXPECT_EQ(Notice(), "a.map: there is no such file, so there are no names");
+}
+
 TEST_F(MemoryMapTest, RefreshLeavesTheScreensAddresses) {
   world.disk().Put(kMap, kAtmega);
   OpenText(FileText({"255", R"("L",0,1,"F060",0,"a","flow",0,0,0,0,"0",0,1,2,3,4,"0")"}));

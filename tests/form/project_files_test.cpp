@@ -53,6 +53,18 @@ TEST_F(ProjectFilesTest, ScreensParametersAndGraphsAreAddedByTheMenu) {
   }
 }
 
+// What a project file cannot bring back is not taken in.
+TEST_F(ProjectFilesTest, TheMenuRefusesAFileOfAnotherExtension) {
+  for (const std::string name : {"A.WCR", "a.txt", "a.par", "wcr"}) {
+    world.dialogs().ExpectOpenFile("Open").Give("/jobs/" + name);
+    ExpectBox("\"" + name +
+              "\" cannot stand in a project: its extension must be \"wcr\", in small letters.");
+    main().mnuAddTarnLinkFile.Press();
+    EXPECT_FALSE(Has("/jobs/" + name));
+  }
+  EXPECT_FALSE(main().ProjectChanged);
+}
+
 TEST_F(ProjectFilesTest, ACancelAddsNothing) {
   for (MenuEntry* entry :
        {&main().mnuAddTarnLinkFile, &main().mnuAddParameterFile, &main().mnuAddGraphFile,

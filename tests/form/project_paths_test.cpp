@@ -43,15 +43,24 @@ TEST_F(ProjectPaths, AFileThatIsGoneFromItsFolderIsMissing) {
   EXPECT_EQ(FoundFile(main(), "/jobs/a.wcr"), "/jobs/a.wcr");
 }
 
-TEST_F(ProjectPaths, ANameAloneIsBesideTheProjectWhateverTheWorkingFolderHolds) {
-  EXPECT_EQ(FoundFile(main(), "a.wcr"), "/moved/a.wcr");
+TEST_F(ProjectPaths, ANameAloneIsBesideTheProjectWhereverThatIsSavedLater) {
   world.disk().Put("a.wcr", "0\r\n");
-  EXPECT_EQ(FoundFile(main(), "a.wcr"), "/moved/a.wcr");
+  world.disk().Put(kProject, "\"a.wcr\"\r\n");
+  program().project.ReadProject(kProject);
+  EXPECT_TRUE(main().trvProject.HasNode("/moved/a.wcr"));
+  world.dialogs().ExpectSaveFile("Save As").Give("/jobs/other.prj");
+  main().mnuSaveProject.Press();
+  EXPECT_NE(world.disk().Get("/jobs/other.prj").find("\"/moved/a.wcr\""), std::string::npos);
+}
+
+TEST_F(ProjectPaths, TheNextProjectIsLookedForWhereThisOneIs) {
+  world.disk().Put(kProject, "\"a.wcr\"\r\n");
+  program().project.ReadProject(kProject);
+  EXPECT_EQ(main().PrjCmnDlg.InitDir, "/moved");
 }
 
 TEST_F(ProjectPaths, WhatIsNowhereKeepsItsPath) {
   EXPECT_EQ(FoundFile(main(), "C:\\jobs\\b.wcr"), "C:\\jobs\\b.wcr");
-  EXPECT_EQ(FoundFile(main(), "b.wcr"), "b.wcr");
   EXPECT_EQ(FoundFile(main(), ""), "");
 }
 

@@ -1,5 +1,5 @@
-// tarnlink_tour FOLDER PROJECT.prj SCREEN.wcr...: drives the program over the screens of a project
-// and leaves pictures in FOLDER.
+// tarnlink_tour FOLDER PROJECT.prj SCREEN.wcr...: opens the project and drives the
+// program over the screens, each with the project beside it, and leaves pictures in FOLDER.
 
 #include <QApplication>
 #include <QDir>

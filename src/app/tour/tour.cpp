@@ -121,6 +121,7 @@ void Tour::ChooseFile(const QString& path) {
   auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
   if (dialog == nullptr) {
     std::cerr << "No dialog asks for a file." << std::endl;
+    is_well_ = false;
     return;
   }
   // A relative name would count from the folder that the dialog shows.

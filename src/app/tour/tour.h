@@ -17,7 +17,8 @@ namespace tarnlink {
 
 class Tour final : public QObject {
  public:
-  // Opens the project and goes to each screen in turn, which are not empty. `pictures` is a folder
+  // Opens the project and goes to each screen in turn, which are not empty, with the project of its
+  // name if there is one beside it. `pictures` is a folder
   // that is there. Ends the event loop with 0 if values came in on every screen and no message box
   // stood in the way.
   Tour(Program& program, const QString& project, const QStringList& screens, QString pictures);
