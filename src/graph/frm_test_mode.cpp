@@ -25,7 +25,6 @@ frmTestMode::frmTestMode(frmGraphic& graph) : graph_(graph) {
 
 void frmTestMode::Show() {
   optTestMode.Select(graph_.TestModeOn ? kOn : kOff);
-  EnablePower(graph_.TestModeOn);
   txtTestPower.Text = std::to_string(graph_.TestModePower);
   sldTestPower.SetValue(graph_.TestModePower);
   form.Visible = true;

@@ -241,6 +241,20 @@ TEST_F(GraphAcquisitionTest, AnAnswerToAnotherRequestIsDroppedAndTheWaitGoesOn) 
   EXPECT_EQ(Sent(), Poll(1, kLanesId));
 }
 
+TEST_F(GraphAcquisitionTest, ALateAnswerGivesTheRightOneItsTimeAgain) {
+  Show(0);
+  menu.SetCommunication(true);
+  world.Advance(2s);
+  Sent();
+  world.Advance(1900ms);
+  Answer(kReadAcknowledge, 241, 1, 1);
+  world.Advance(1900ms);
+  EXPECT_EQ(Sent(), "");
+  EXPECT_EQ(graph.RetryCount, 0);
+  world.Advance(100ms);
+  EXPECT_EQ(Sent(), Poll(4, 241));
+}
+
 TEST_F(GraphAcquisitionTest, AnIdThatNoRequestCanCarryIsPassedByWithoutWaiting) {
   Show(0);
   Line(0).ID = 0x10000 + 241;

@@ -305,6 +305,14 @@ TEST_F(GraphDisplayTest, ArrowsMoveTheCursorByASecondAndWithShiftByTen) {
   }
 }
 
+TEST_F(GraphDisplayTest, InsideTheViewTheCursorMovesAlone) {
+  StandAfter(60);
+  graph.CursorTime = start + 51 * kMinute;
+  display.GraphPanKeyDown(CursorKey::kLeft, true);
+  EXPECT_EQ(Seconds(graph.CursorTime), 51 * 60 - 10);
+  EXPECT_EQ(Seconds(graph.BaseTime), 3600);
+}
+
 TEST_F(GraphDisplayTest, ToTheLeftTheViewGoesOnByAPage) {
   StandAfter(60);
   graph.CursorTime = start + 50 * kMinute;

@@ -137,6 +137,15 @@ TEST(MeasureChannel, FindsTheLastSampleThatIsNotLater) {
   EXPECT_EQ(channel.LastNotLater(-1), -1);
 }
 
+TEST(MeasureChannel, FindsNoneAboveWhereItBegins) {
+  MeasureChannel channel = ChannelOf(5);
+  for (const int time : {10, 20, 30}) channel.Append({time, time});
+  EXPECT_EQ(channel.LastNotLater(99, 4), 4);
+  EXPECT_EQ(channel.LastNotLater(10, 4), 3);
+  EXPECT_EQ(channel.LastNotLater(99, 1), 1) << "Nor among the empty elements.";
+  EXPECT_EQ(channel.LastNotLater(99, -1), -1);
+}
+
 TEST(MeasureChannel, AFullOneWhoseSamplesAreAllLaterHasNone) {
   MeasureChannel channel = ChannelOf(2);
   Append(channel, 10);
