@@ -307,10 +307,11 @@ TEST_F(GraphDisplayTest, ArrowsMoveTheCursorByASecondAndWithShiftByTen) {
 
 TEST_F(GraphDisplayTest, InsideTheViewTheCursorMovesAlone) {
   StandAfter(60);
-  graph.CursorTime = start + 51 * kMinute;
+  graph.BaseTime = start + 40 * kMinute;
+  graph.CursorTime = start + 31 * kMinute;
   display.GraphPanKeyDown(CursorKey::kLeft, true);
-  EXPECT_EQ(Seconds(graph.CursorTime), 51 * 60 - 10);
-  EXPECT_EQ(Seconds(graph.BaseTime), 3600);
+  EXPECT_EQ(Seconds(graph.CursorTime), 31 * 60 - 10);
+  EXPECT_EQ(Seconds(graph.BaseTime), 40 * 60);
 }
 
 TEST_F(GraphDisplayTest, ToTheLeftTheViewGoesOnByAPage) {

@@ -225,6 +225,28 @@ std::string ManyEntries(int count) {
   return text;
 }
 
+// Each damage at each place of the memory; a sound line stands behind.
+TEST(AvrMap, ADamagedLineNeverNamesAVariable) {
+  int refused = 0;
+  for (const std::string digits : {"0000", "0060", "00FF", "0100", "07FE", "07FF"}) {
+    const std::vector<std::string> lines = {
+        "a  DATA  0010" + digits,         "a  DATA  F000" + digits,
+        "a  DATA  11" + digits,           "a  DATA  000X" + digits.substr(0, 3),
+        "a  DATA  0000" + digits + "h",   "a  DATA  0000" + digits + " x",
+        std::string("a  DATA"),           std::string("a  DATA  "),
+        "a  data  0000" + digits,         "a  XDATA  0000" + digits,
+        "a\tDATA\t0000" + digits,         "DATA  0000" + digits,
+        "a  CODE  0000" + digits,         "a  b  DATA  0000" + digits,
+        "a  DATA  -000" + digits,         "a  DATA  0x00" + digits,
+        "a  DATA  \"0000" + digits + "\""};
+    for (const std::string& line : lines) {
+      EXPECT_EQ(Read(line + "\n" + Data("z", "0010")).substr(0, 7), "z F010 ") << line;
+      ++refused;
+    }
+  }
+  EXPECT_EQ(refused, 102);
+}
+
 TEST(AvrMap, Takes1001Entries) {
   const AvrMap map =
       ReadInPieces(AvrMapReader(kAtmega), "ENTRY LIST\n" + ManyEntries(1001) + "x\n", 1000);

@@ -160,6 +160,31 @@ TEST(NecListing, KeepsWhatItHasWithoutBitsOrWithoutBytes) {
   EXPECT_EQ(Read(""), kNothing);
 }
 
+// Each damage under each kind of section; a sound symbol stands behind.
+TEST(NecListing, ADamagedSymbolIsNone) {
+  const std::string sound = Symbol("z", "0010.3");
+  for (const std::string section : {"BITS", "DATA", "SHRTDAT"}) {
+    const std::vector<std::string> symbols = {
+        std::string("a"),
+        std::string(10, ' ') + "a" + std::string(23, ' ') + "0001.1",
+        std::string(12, ' ') + "a" + std::string(22, ' ') + "0001.1",
+        "x" + Symbol("a", "0001.1").substr(1),
+        "\t" + Symbol("a", "0001.1").substr(1),
+        Symbol("a", "000G.1"),
+        Symbol("a", "-001.1"),
+        Symbol("a", " 001.1"),
+        Symbol("a", "001"),
+        Symbol("a", ""),
+        std::string(11, ' ') + std::string(24, 'a') + "0001.1"};
+    for (const std::string& damaged : symbols) {
+      const std::string line = damaged.substr(0, damaged.find_first_of("\r\n"));
+      const std::string alone = Read(section + "\n" + sound);
+      const std::string read = Read(section + "\n" + line + "\n" + sound);
+      EXPECT_EQ(read.substr(0, read.find(" (")), alone.substr(0, alone.find(" ("))) << line;
+    }
+  }
+}
+
 TEST(NecListing, GrowsWithItsSymbols) {
   std::string text = "DATA\n";
   for (int i = 0; i < 3000; ++i) text += Symbol("v" + std::to_string(i), Stuffed(i));
