@@ -8,6 +8,7 @@
 #include "common/run_time_error.h"
 #include "common/text_file.h"
 #include "support/prefixes.h"
+#include "support/samples.h"
 
 namespace tarnlink {
 namespace {
@@ -181,16 +182,31 @@ TEST(ProjectFile, LoadsAnEmptyFileAsAnEmptyProject) {
 }
 
 TEST(ReadProjectEntries, EndsOnEveryPrefix) {
-  const std::vector<std::string> whole = ReadProjectEntries(kExample);
-  ForEveryPrefix(kExample, [&](std::string_view prefix) {
-    const std::vector<std::string> entries = ReadProjectEntries(prefix);
-    ASSERT_LE(entries.size(), whole.size());
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-      // Only the last one may be cut short.
-      EXPECT_TRUE(i + 1 < entries.size() ? entries[i] == whole[i]
-                                         : whole[i].starts_with(entries[i]));
+  for (const std::string& text :
+       {std::string(kExample), SampleText("boiler.prj"), SampleText("modbus.prj")}) {
+    const std::vector<std::string> whole = ReadProjectEntries(text);
+    ForEveryPrefix(text, [&](std::string_view prefix) {
+      const std::vector<std::string> entries = ReadProjectEntries(prefix);
+      ASSERT_LE(entries.size(), whole.size());
+      for (std::size_t i = 0; i < entries.size(); ++i) {
+        // Only the last one may be cut short.
+        EXPECT_TRUE(i + 1 < entries.size() ? entries[i] == whole[i]
+                                           : whole[i].starts_with(entries[i]));
+      }
+    });
+  }
+}
+
+TEST(ProjectFile, LoadsTheSamples) {
+  for (const auto& [name, files] :
+       {std::pair<std::string, int>{"boiler.prj", 6}, {"modbus.prj", 3}}) {
+    const std::optional<ProjectTree> loaded = Load(SampleText(name));
+    ASSERT_TRUE(loaded) << name;
+    EXPECT_EQ(loaded->Count(), ProjectTree().Count() + files) << name;
+    for (const std::string& entry : ReadProjectEntries(SampleText(name))) {
+      EXPECT_NE(SampleBytes(entry), "") << entry << " is shipped with its project.";
     }
-  });
+  }
 }
 
 TEST(ReadProjectEntries, EndsOnBytesThatAreNoText) {
