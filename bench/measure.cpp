@@ -1,6 +1,6 @@
 #include "measure.h"
 
-#include <sys/resource.h>
+#include <time.h>
 
 #include <algorithm>
 #include <chrono>
@@ -12,10 +12,6 @@ namespace {
 
 bool all_held = true;
 
-double Seconds(const timeval& time) {
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-}
-
 }  // namespace
 
 double WallSeconds() {
@@ -23,9 +19,9 @@ double WallSeconds() {
 }
 
 double ThreadProcessorSeconds() {
-  rusage usage{};
-  getrusage(RUSAGE_THREAD, &usage);
-  return Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
+  timespec time{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
 double Median(std::vector<double> values) {

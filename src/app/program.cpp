@@ -2,10 +2,22 @@
 
 #include <QCoreApplication>
 
+#include "common/numbers.h"
 #include "common/text.h"
 #include "ui/on_demand.h"
 
 namespace tarnlink {
+
+namespace {
+
+// The line as the options have it whenever a tool begins.
+GraphPort GraphPortOf(Monitor& monitor) {
+  return {.ComPortNumber =
+              [&monitor] { return ValInt(monitor.options.ComPortNumber.Text.get(), 0, INT16_MAX); },
+          .Baudrate = [&monitor] { return StoredBaudrate(monitor.main.platform().settings()); }};
+}
+
+}  // namespace
 
 Program::Program() {
   MakeOnDemand(monitor_.options.form, [this] {
@@ -26,6 +38,8 @@ Program::Program() {
     write_registers_ =
         std::make_unique<MultipleRegistersDialog>(monitor_.write_registers, write_value_.get());
   });
+  graph_ = std::make_unique<GraphTool>(platform_, GraphPortOf(monitor_), &window_);
+  monitor_.main.ShowGraphic = [this] { graph_->Show(); };
   monitor_.main.Unload = [this] {
     window_.LetGo();
     QCoreApplication::quit();

@@ -8,6 +8,7 @@
 #include "monitor/monitor.h"
 #include "platform/qt/qt_platform.h"
 #include "ui/about_dialog.h"
+#include "ui/graph_tool.h"
 #include "ui/main_window.h"
 #include "ui/multiple_registers_dialog.h"
 #include "ui/options_dialog.h"
@@ -39,6 +40,7 @@ class Program {
   std::unique_ptr<WriteValueDialog> write_value_;
   std::unique_ptr<WriteBitDialog> write_bit_;
   std::unique_ptr<MultipleRegistersDialog> write_registers_;
+  std::unique_ptr<GraphTool> graph_;
 };
 
 }  // namespace tarnlink

@@ -2,6 +2,17 @@
 
 namespace tarnlink {
 
+namespace {
+
+constexpr int kTenMinutes = 2;  // of `mnuScale`, the scale that the form begins with
+
+}  // namespace
+
+frmContextMenu::frmContextMenu(frmGraphic& graph) : graph_(graph) {
+  mnuScale(kTenMinutes).Checked = true;
+  mnuTimeScroll.Checked = true;
+}
+
 void frmContextMenu::SetCommunication(bool On) {
   graph_.ZOLTCommunication = On;
   graph_.lblCommunicationError.Visible = !On;

@@ -3,6 +3,7 @@
 
 #include <functional>
 
+#include "common/control_array.h"
 #include "common/controls.h"
 #include "graph/frm_graphic.h"
 
@@ -10,12 +11,18 @@ namespace tarnlink {
 
 class frmContextMenu {
  public:
-  explicit frmContextMenu(frmGraphic& graph) : graph_(graph) {}
+  explicit frmContextMenu(frmGraphic& graph);
 
   MenuEntry mnuZOLTCom{"mnuZOLTCom", "ZOLT communication"};
+  MenuEntry mnuTimeScale{"mnuTimeScale", "Time scale"};
+  FixedArray<MenuEntry> mnuScale{
+      "mnuScale", 0, {" 1 minute", " 5 minutes", "10 minutes", "20 minutes", "60 minutes"}};
   MenuEntry mnuTimeScroll{"mnuTimeScroll", "Time Scroll"};
   MenuEntry mnuMeasOnly{"mnuMeasOnly", "Measured only"};
   MenuEntry mnuAutoSave{"mnuAutoSave", "Auto save"};
+  MenuEntry mnuCopyPicture{"mnuCopyPicture", "Copy picture"};
+  MenuEntry mnuSavePicture{"mnuSavePicture", "Save picture"};
+  MenuEntry mnuExit{"mnuExit", "Quit Graphics"};
 
   // Starts or stops the acquisition; what its check mark says is what is.
   void SetCommunication(bool On);

@@ -1,11 +1,15 @@
 #include "graph/frm_graphic.h"
 
+#include <cmath>
+
 namespace tarnlink {
 
 namespace {
 
 constexpr int kRefresh = 5000;  // ms, of the scale that the form begins with
 
+constexpr float kLeftWidth = 390;  // of the template of the left scale
+constexpr float kRightWidth = 400;
 constexpr float kLabelHeight = 195;  // until the view says how high its letters are
 
 }  // namespace
@@ -25,11 +29,27 @@ frmGraphic::frmGraphic(Platform& platform)
   lblYR(0).Visible = false;
   lblYL(0).Enabled = false;
   lblYR(0).Enabled = false;
+  lblYL(0).Width = kLeftWidth;
+  lblYR(0).Width = kRightWidth;
+  for (Label* label : {&lblDate, &lblExit, &lblTest}) label->Height = kLabelHeight;
+  for (int i = 0; i <= lblYL.last(); ++i) {
+    lblYL(i).Height = kLabelHeight;
+    lblYR(i).Height = kLabelHeight;
+  }
   for (int i = 0; i <= kCaptionLabels; ++i) {
     lblVal(i).Visible = false;
     lblVal(i).Height = kLabelHeight;
   }
-  for (int i = 0; i < kTimeLines; ++i) lblX(i).Visible = false;
+  for (int i = 0; i < kTimeLines; ++i) {
+    lblX(i).Visible = false;
+    lblX(i).Height = kLabelHeight;
+  }
+}
+
+Date frmGraphic::Now() const {
+  constexpr double kHair = 1e-4;  // of a second: what a date in days is exact to
+  const double seconds = platform_.clock().Now() * kSecondsPerDay;
+  return FromSeconds(static_cast<std::int64_t>(std::floor(seconds + kHair)));
 }
 
 // Degrees, then turns per minute.

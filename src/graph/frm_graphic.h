@@ -2,6 +2,7 @@
 // on it, the menu belongs to frmContextMenu.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -23,6 +24,7 @@ inline constexpr const char* kCommunicationStopped = "Communication stopped";
 
 // Four for each row of a caption; the last one is never used.
 inline constexpr int kCaptionLabels = 400;
+inline constexpr int kLabelsOfRow = 4;
 
 // The box that the picture is drawn in. `Draw` has it drawn anew; what draws it is told to the
 // view.
@@ -40,9 +42,10 @@ class frmGraphic {
   explicit frmGraphic(Platform& platform);
 
   Platform& platform() const { return platform_; }
-  Date Now() const { return platform_.clock().Now(); }
+  // The present second: a part of one would be the next second where it is rounded.
+  Date Now() const;
 
-  Control form{"frmGraphic"};
+  PlacedControl form{"frmGraphic"};
   Label caption{"frmGraphic.Caption", "Graphic"};
   Label lblCommunicationError{"lblCommunicationError", kCommunicationError};
   Label lblTest{"lblTest", "Test"};
@@ -72,6 +75,8 @@ class frmGraphic {
   FixedArray<Label> lblYL{"lblYL", 0, LeftScale()};
   FixedArray<Label> lblYR{"lblYR", 0, RightScale()};
   FixedArray<Label> lblX{"lblX", 0, std::vector<std::string>(kTimeLines)};
+  // How far a caption row is seen below its place: the rows of many lanes would cover it there.
+  std::array<float, kCaptionLabels / kLabelsOfRow> CaptionDrop{};
   ScrollBar HScroll1{"HScroll1"};
   const std::unique_ptr<Timer> ScreenRefreshTimer;
   std::int16_t TimeScale = 10;  // minutes

@@ -1,5 +1,8 @@
 #include "graph/frm_test_mode.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "common/numbers.h"
 
 namespace tarnlink {
@@ -15,12 +18,21 @@ frmTestMode::frmTestMode(frmGraphic& graph) : graph_(graph) {
   form.Visible = false;
   txtTestPower.Text = "100";
   optTestMode.Click = [this](int Index) { EnablePower(Index == kOn); };
-  sldTestPower.Change = [this] { txtTestPower.Text = std::to_string(sldTestPower.Value.get()); };
-  // What is no number counts as 0, and the slider holds what is too great at its end.
-  txtTestPower.Change = [this] {
-    sldTestPower.SetValue(
-        ValInt(txtTestPower.Text.get(), sldTestPower.minimum, sldTestPower.maximum));
+  sldTestPower.Change = [this] {
+    if (!is_typing_) txtTestPower.Text = std::to_string(sldTestPower.Value.get());
   };
+  txtTestPower.Change = [this] { TakeText(); };
+  txtTestPower.LostFocus = [this] { txtTestPower.Text = std::to_string(sldTestPower.Value.get()); };
+}
+
+// What is no number counts as 0, and the slider holds what is too great at its end.
+void frmTestMode::TakeText() {
+  const double power =
+      std::clamp(Val(txtTestPower.Text.get()), static_cast<double>(sldTestPower.minimum),
+                 static_cast<double>(sldTestPower.maximum));
+  is_typing_ = true;
+  sldTestPower.SetValue(static_cast<int>(std::nearbyint(power)));
+  is_typing_ = false;
 }
 
 void frmTestMode::Show() {

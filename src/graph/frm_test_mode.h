@@ -27,8 +27,10 @@ class frmTestMode {
 
  private:
   void EnablePower(bool on);
+  void TakeText();
 
   frmGraphic& graph_;
+  bool is_typing_ = false;  // the slider moves because of the text, which stays as it is
 };
 
 }  // namespace tarnlink

@@ -17,6 +17,7 @@ constexpr int kWatch = 2000;  // ms
 constexpr int kSilentExpiries = 5;
 constexpr int kLowestSpeed = 1200;
 constexpr int kLastSpeed = 10;  // doublings, far beyond every port
+constexpr int kQuietTick = 20;  // ms
 
 // The test mode command: a write of class 1, to slave "0" whatever the lines' slaves are.
 constexpr std::uint8_t kTestModeType = zolt_frame::kWrite + 1;
@@ -24,6 +25,11 @@ constexpr std::int32_t kTestModeId = 14;
 constexpr std::uint8_t kTestModeOn = 255;
 
 constexpr const char* kTitle = "ZOLT Communication";
+
+// Whether it begins and ends as a frame does, damaged in between or not.
+bool IsWhole(std::string_view frame) {
+  return frame.front() == zolt_frame::kStart && frame.back() == zolt_frame::kEnd;
+}
 
 // Midnights from `from` to `to`.
 std::int64_t DaysBetween(Date from, Date to) {
@@ -33,7 +39,12 @@ std::int64_t DaysBetween(Date from, Date to) {
 }  // namespace
 
 GraphAcquisition::GraphAcquisition(frmGraphic& graph, frmContextMenu& menu, GraphPort options)
-    : graph_(graph), menu_(menu), options_(std::move(options)) {
+    : graph_(graph),
+      menu_(menu),
+      options_(std::move(options)),
+      quiet_watch_(graph.platform().CreateTimer()) {
+  quiet_watch_->SetInterval(kQuietTick);
+  quiet_watch_->SetOnTimer([this] { QuietTick(); });
   graph_.Comm->SetOnComm([this](int event) { Received(event); });
   graph_.CommWatch->SetOnTimer([this] { WatchExpired(); });
   menu_.InitCom = [this] { InitCom(); };
@@ -45,12 +56,14 @@ GraphAcquisition::GraphAcquisition(frmGraphic& graph, frmContextMenu& menu, Grap
 void GraphAcquisition::InitCom() {
   SerialPort& port = *graph_.Comm;
   if (port.PortOpen()) port.SetPortOpen(false);
-  const int doublings = std::clamp(options_.Baudrate(), 0, kLastSpeed);
+  quiet_watch_->SetEnabled(false);
+  doubt_.Clear();
+  GiveUpRequest();
   bool is_free = false;
   try {
     port.SetCommPort(options_.ComPortNumber());
     port.SetRThreshold(zolt_frame::kLength);
-    port.SetSettings(Str(kLowestSpeed << doublings) + "n,8,1");
+    port.SetSettings(Str(Speed()) + "n,8,1");
     graph_.LinePointer = -1;
     graph_.CommWatch->SetInterval(kWatch);
     is_free = IsPortFree();
@@ -60,12 +73,24 @@ void GraphAcquisition::InitCom() {
   if (!is_free) return SayBusy();
   graph_.CommWatch->SetEnabled(true);
   graph_.ZOLTCommunication = true;
+  menu_.mnuZOLTCom.Checked = true;
   SendOrRetry();
+}
+
+int GraphAcquisition::Speed() const {
+  return kLowestSpeed << std::clamp(options_.Baudrate(), 0, kLastSpeed);
+}
+
+// Of request and answer on the line, in ms.
+int GraphAcquisition::TimeOfExchange() const {
+  constexpr int kBits = 2 * zolt_frame::kLength * 10;
+  return kBits * 1000 / Speed();
 }
 
 void GraphAcquisition::SayBusy() {
   graph_.CommWatch->SetEnabled(false);
   graph_.ZOLTCommunication = false;
+  menu_.mnuZOLTCom.Checked = false;
   graph_.platform().dialogs().MessageBox(
       {.text = "Com port busy.", .title = "Communication port", .icon = Icon::kCritical});
   menu_.SetCommunication(false);
@@ -115,6 +140,14 @@ void GraphAcquisition::AskAndSwitch() {
 void GraphAcquisition::SendMsgToZOLT() {
   const std::string frame = NextFrame();
   if (!graph_.Comm->PortOpen()) graph_.Comm->SetPortOpen(true);
+  // What waits now is no answer to this request, and would shift those that follow.
+  graph_.Comm->ClearInBuffer();
+  rest_.clear();
+  graph_.Comm->SetRThreshold(zolt_frame::kLength);
+  const Key key = KeyOf(frame);
+  repeated_ = request_ == key ? repeated_ + 1 : 0;
+  request_ = key;
+  sent_ = Milliseconds();
   graph_.Comm->Output(frame);
   // Its time begins anew with each request.
   graph_.CommWatch->SetEnabled(false);
@@ -132,7 +165,6 @@ void GraphAcquisition::SendOrRetry() {
 
 std::string GraphAcquisition::NextFrame() {
   if (std::exchange(graph_.SendTestMode, false)) {
-    request_id_ = kTestModeId;
     const bool on = graph_.TestModeOn;
     return BuildZoltMessage(kTestModeType, "0", kTestModeId, on ? kTestModeOn : std::uint8_t{0},
                             on ? graph_.TestModePower : std::uint8_t{0});
@@ -141,8 +173,7 @@ std::string GraphAcquisition::NextFrame() {
     ++graph_.LinePointer;
     if (graph_.LinePointer > graph_.Data.LastChannel()) graph_.LinePointer = 0;
   } while (!IsPolled(graph_.LinePointer));
-  const GraphAttribute& line = graph_.Data.Attributes.at(Index());
-  request_id_ = line.ID & 0xFFFF;  // as it goes over the line
+  const GraphAttribute line = graph_.Data.LineAt(graph_.LinePointer);
   constexpr std::int32_t kHighByte = 0xFF00;
   return BuildZoltMessage(line.Class, Hex(line.SlaveAddress), line.ID,
                           static_cast<std::uint8_t>((line.Data & kHighByte) / 256),
@@ -151,8 +182,7 @@ std::string GraphAcquisition::NextFrame() {
 
 // The lanes' answer is always wanted.
 bool GraphAcquisition::IsPolled(int index) const {
-  return index == graph_.Data.LastChannel() ||
-         graph_.Data.Attributes.at(static_cast<std::size_t>(index)).IsShown();
+  return index == graph_.Data.LastChannel() || graph_.Data.LineAt(index).IsShown();
 }
 
 // --- Answers -------------------------------------------------------------------------------------
@@ -164,32 +194,108 @@ void GraphAcquisition::Received(int event) {
     graph_.Comm->ClearInBuffer();
     return;
   }
-  graph_.CommWatch->SetEnabled(false);
-  if (TakeAnswer()) {
-    SendOrRetry();
-  } else {
-    graph_.CommWatch->SetEnabled(true);
+  std::string bytes = rest_ + graph_.Comm->Input();
+  rest_.clear();
+  if (quiet_watch_->Enabled()) return doubt_.Raise();
+  bool is_answered = false;
+  while (!is_answered && bytes.size() >= zolt_frame::kLength) {
+    const std::string frame = bytes.substr(0, zolt_frame::kLength);
+    bytes.erase(0, zolt_frame::kLength);
+    // Where a byte is lost or too many, what follows would be torn for ever.
+    if (!IsWhole(frame)) return AwaitQuiet();
+    is_answered = !zolt_frame::IsGood(frame) || TakeFrame(frame);
   }
+  if (!is_answered) return AwaitRest(std::move(bytes));
+  if (!bytes.empty() || MayBeOneTooMany()) return AwaitQuiet();
+  SendOrRetry();
 }
 
 // False if the answer belongs to another request than the one that is out: it came late, and the
 // right one is still to come.
-bool GraphAcquisition::TakeAnswer() {
-  const ZoltMessage answer = ParseZoltMessage(graph_.Comm->Input());
+bool GraphAcquisition::TakeFrame(std::string_view frame) {
+  const ZoltMessage answer = ParseZoltMessage(frame);
   if (answer.Ack == zolt_frame::kReadAcknowledge) {
     graph_.lblCommunicationError.Visible = false;
     graph_.lblCommunicationError.Caption = kCommunicationError;
     graph_.RetryCount = 0;
   }
-  const bool is_sound = answer.Ack != 0;
-  if (is_sound && answer.Id != request_id_) return false;
-  // No line has been asked yet where the test mode command went out first.
-  if (answer.Ack == zolt_frame::kReadAcknowledge && graph_.LinePointer >= 0 &&
-      answer.Id == graph_.Data.Attributes.at(Index()).ID) {
-    graph_.Data.AddMeasurement(answer.DataHi * 256 + answer.DataLo, graph_.Now(),
-                               graph_.LinePointer);
-  }
+  // A request is no answer: some adapters send back what they were given.
+  if (answer.Ack == zolt_frame::kRead || answer.Ack == zolt_frame::kWrite) return false;
+  if (IsLate(KeyOf(frame))) return false;
+  if (answer.Ack == zolt_frame::kReadAcknowledge) Store(answer);
   return true;
+}
+
+// The watch timer runs on: answers that nobody asked for do not keep the polling up.
+void GraphAcquisition::AwaitRest(std::string rest) {
+  rest_ = std::move(rest);
+  graph_.Comm->SetRThreshold(zolt_frame::kLength - static_cast<int>(rest_.size()));
+}
+
+// No line has been asked yet where the test mode command went out first.
+void GraphAcquisition::Store(const ZoltMessage& answer) {
+  const int index = graph_.LinePointer;
+  if (index < 0 || answer.Id != graph_.Data.LineAt(index).ID) return;
+  graph_.Data.AddMeasurement(answer.DataHi * 256 + answer.DataLo, graph_.Now(), index);
+}
+
+// An answer is told by its ID alone, since not every slave repeats what else was asked; of two
+// lines with one ID, class and slave say for which of them a late one is.
+bool GraphAcquisition::IsLate(const Key& answer) {
+  if (request_ == answer) return false;
+  const auto known = std::find(given_up_.begin(), given_up_.end(), answer);
+  const bool is_known = known != given_up_.end();
+  if (is_known) given_up_.erase(known);
+  return !request_ || answer.id != request_->id || is_known;
+}
+
+// Of two requests for the same nobody can tell whose answer it is, and one of them could stay out
+// for ever: where one got none, and where only one line is asked for and the answer comes sooner
+// than a line can bring it.
+bool GraphAcquisition::MayBeOneTooMany() const {
+  if (std::find(given_up_.begin(), given_up_.end(), *request_) != given_up_.end()) return true;
+  constexpr int kTwoLines = 1;  // may share an ID
+  return repeated_ > kTwoLines && Milliseconds() - sent_ < TimeOfExchange();
+}
+
+void GraphAcquisition::GiveUpRequest() {
+  constexpr std::size_t kMost = 100;  // whose answers can be on their way
+  if (!request_) return;
+  if (given_up_.size() == kMost) given_up_.erase(given_up_.begin());
+  given_up_.push_back(*request_);
+}
+
+double GraphAcquisition::Milliseconds() const {
+  return graph_.platform().clock().Now() * kSecondsPerDay * 1000;
+}
+
+GraphAcquisition::Key GraphAcquisition::KeyOf(std::string_view frame) {
+  return {.id = ParseZoltMessage(frame).Id,
+          .data_class = zolt_frame::ClassOf(zolt_frame::TypeOf(frame)),
+          .slave = frame[zolt_frame::kSlave.offset]};
+}
+
+// What is still on its way would pass for the answer to the next request.
+void GraphAcquisition::AwaitQuiet() {
+  graph_.CommWatch->SetEnabled(false);
+  graph_.Comm->SetRThreshold(zolt_frame::kLength);
+  doubt_.Raise();
+  quiet_watch_->SetEnabled(true);
+}
+
+void GraphAcquisition::QuietTick() {
+  if (!graph_.ZOLTCommunication) {
+    quiet_watch_->SetEnabled(false);
+    return;
+  }
+  if (graph_.Comm->InBufferCount() > 0) {
+    graph_.Comm->ClearInBuffer();
+    doubt_.Raise();
+  }
+  if (!doubt_.AllowsRequest(kQuietTick, TimeOfExchange())) return;
+  quiet_watch_->SetEnabled(false);
+  given_up_.clear();
+  SendOrRetry();
 }
 
 void GraphAcquisition::WatchExpired() {
@@ -201,6 +307,7 @@ void GraphAcquisition::WatchExpired() {
     return InitCom();
   }
   ++graph_.RetryCount;
+  GiveUpRequest();
   SendOrRetry();
 }
 

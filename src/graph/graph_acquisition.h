@@ -3,10 +3,16 @@
 #pragma once
 
 #include <functional>
+#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "graph/frm_context_menu.h"
 #include "graph/frm_graphic.h"
+#include "protocols/line_doubt.h"
+#include "protocols/zolt_message.h"
 
 namespace tarnlink {
 
@@ -35,8 +41,26 @@ class GraphAcquisition {
   std::function<void()> ShowTestMode;
 
  private:
+  // What an answer is known by.
+  struct Key {
+    std::int32_t id = 0;
+    std::uint8_t data_class = 0;
+    char slave = '0';
+
+    bool operator==(const Key&) const = default;
+  };
+
   void Received(int event);
-  bool TakeAnswer();
+  bool TakeFrame(std::string_view frame);
+  void AwaitRest(std::string rest);
+  void Store(const ZoltMessage& answer);
+  bool IsLate(const Key& answer);
+  bool MayBeOneTooMany() const;
+  void GiveUpRequest();
+  double Milliseconds() const;
+  static Key KeyOf(std::string_view frame);
+  void AwaitQuiet();
+  void QuietTick();
   void SayBusy();
   void WatchExpired();
   void mnuZOLTCom();
@@ -44,12 +68,19 @@ class GraphAcquisition {
   bool IsPolled(int index) const;
   std::string NextFrame();
   void SendOrRetry();
-  std::size_t Index() const { return static_cast<std::size_t>(graph_.LinePointer); }
+  int Speed() const;
+  int TimeOfExchange() const;
 
   frmGraphic& graph_;
   frmContextMenu& menu_;
   GraphPort options_;
-  std::int32_t request_id_ = 0;  // of the request that is out
+  std::optional<Key> request_;  // the request that is out, or the last one
+  int repeated_ = 0;            // how often it went out before, one time after the other
+  double sent_ = 0;             // when, in ms
+  std::vector<Key> given_up_;   // requests without an answer: that may still come
+  std::string rest_;            // the beginning of an answer that came behind a late one
+  LineDoubt doubt_;
+  std::unique_ptr<Timer> quiet_watch_;  // runs while the next request waits for a quiet line
 };
 
 }  // namespace tarnlink

@@ -1,12 +1,9 @@
 #include "graph/graph_display.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstdio>
 
-#include "common/local_decimal.h"
-#include "common/numbers.h"
+#include "graph/graph_captions.h"
 #include "graph/graph_picture.h"
 
 namespace tarnlink {
@@ -16,50 +13,6 @@ namespace {
 constexpr int kMostMinutes = 30'000;  // that the scroll bar reaches
 constexpr double kMinutesPerDay = 1440;
 constexpr std::int64_t kSecondsPerMinute = 60;
-
-// The places of a caption row's labels.
-constexpr std::array<float, 4> kRowLeft = {50, 1200, 1300, 1725};
-
-std::string UnitText(int unit) {
-  constexpr std::array<const char*, 5> kTexts = {"",
-                                                 "\xC2\xB0"
-                                                 "C",
-                                                 "rpm", "bar", "%"};
-  return unit > kNoUnit && unit <= kPercent ? kTexts.at(static_cast<std::size_t>(unit)) : "";
-}
-
-// The tops of the next rows, one below the other in each band.
-class CaptionTops {
- public:
-  CaptionTops(float panel_height, float row_height)
-      : upper_(kMargin),
-        lanes_(std::floor(panel_height * static_cast<float>(kUpperBand))),
-        lower_(std::floor(static_cast<float>(kUpperBand + kLanes) * panel_height + kMargin)),
-        lane_step_(std::nearbyint(row_height)),
-        step_(std::nearbyint(kSpacing * row_height)) {}
-
-  float Next(int unit) {
-    if (unit == kOnOff) return Step(lanes_, lane_step_);
-    return Step(unit == kCelsius || unit == kBar ? upper_ : lower_, step_);
-  }
-
- private:
-  static constexpr float kMargin = 50;
-  static constexpr float kSpacing = 1.2F;
-  static constexpr double kLanes = 0.15;  // the band between the two others
-
-  static float Step(float& top, float step) {
-    const float here = top;
-    top += step;
-    return here;
-  }
-
-  float upper_;
-  float lanes_;
-  float lower_;
-  float lane_step_;
-  float step_;
-};
 
 }  // namespace
 
@@ -72,21 +25,9 @@ int MinutesBetween(Date from, Date to) {
       std::clamp<std::int64_t>(minute(to) - minute(from), INT32_MIN, INT32_MAX));
 }
 
-std::string CaptionValue(float value, const std::string& decimal_separator) {
-  std::array<char, 32> digits{};
-  std::snprintf(digits.data(), digits.size(), "%.7g", static_cast<double>(value));
-  std::string text = digits.data();
-  if (text.find_first_not_of("-.0123456789") != std::string::npos) text = FormatSingle(value);
-  return LocalizeDecimal(text, decimal_separator);
-}
-
 GraphDisplay::GraphDisplay(frmGraphic& graph, frmContextMenu& menu) : graph_(graph), menu_(menu) {
   graph_.ScreenRefreshTimer->SetOnTimer([this] { ScreenRefreshTimer(); });
   graph_.HScroll1.Change = [this] { HScroll1Changed(); };
-  menu_.mnuMeasOnly.Click = [this] {
-    menu_.mnuMeasOnly.Checked = !menu_.mnuMeasOnly.Checked;
-    DrawAgain();
-  };
 }
 
 GraphView GraphDisplay::View() const {
@@ -102,23 +43,30 @@ void GraphDisplay::DrawAgain() {
   const GraphColors& colours = graph_.Data.Colors;
   graph_.GraphPan.ForeColor = colours.CaptionColor;
   graph_.GraphPan.BackColor = colours.GraphColor;
+  graph_.form.BackColor = colours.BackColor;
   for (int i = 0; i <= graph_.frm.last(); ++i) graph_.frm(i).BackColor = colours.BackColor;
   DrawTimeScale();
   if (graph_.GraphPan.Draw) graph_.GraphPan.Draw();
-  ShowCaptions();
+  ShowCaptions(graph_);
   ShowDate();
   if (ToSeconds(graph_.BaseTime) > ToSeconds(graph_.Data.LastTime)) {
     graph_.BaseTime = graph_.Data.LastTime;
+    // What is seen is what a click means.
+    DrawTimeScale();
+    if (graph_.GraphPan.Draw) graph_.GraphPan.Draw();
   }
   ShowScrollBar();
 }
 
+float GraphDisplay::LaneHeight() const {
+  const float panel = graph_.frm(0).Height;
+  return panel > 0 ? graph_.lblVal(0).Height / panel * graph_.GraphPan.ScaleHeight : 0;
+}
+
 void GraphDisplay::Paint(DrawingSurface& surface) const {
   const GraphView view = View();
-  const float panel = graph_.frm(0).Height;
-  const float row = panel > 0 ? graph_.lblVal(0).Height / panel * view.ScaleHeight : 0;
   surface.Cls(graph_.Data.Colors.GraphColor);
-  GraphPicture picture(surface, graph_.Data, view, row, menu_.mnuMeasOnly.Checked);
+  GraphPicture picture(surface, graph_.Data, view, LaneHeight(), menu_.mnuMeasOnly.Checked);
   picture.DrawGrid();
   picture.DrawLines();
   picture.DrawCursor(graph_.CursorTime);
@@ -142,30 +90,6 @@ void GraphDisplay::DrawTimeScale() {
   }
 }
 
-void GraphDisplay::ShowCaptions() {
-  CaptionTops tops(graph_.frm(0).Height, graph_.lblVal(0).Height);
-  const std::string separator = graph_.platform().locale().DecimalSeparator();
-  int k = 0;
-  for (int i = 0; i <= graph_.Data.LastAttribute() && k < kCaptionLabels; ++i) {
-    const GraphAttribute& line = graph_.Data.Attributes[static_cast<std::size_t>(i)];
-    if (!line.ShowCaption) continue;
-    const float top = tops.Next(line.Unit);
-    const std::array<std::string, 4> texts = {
-        line.Alias, ":", CaptionValue(graph_.Data.GetCursorValue(i, graph_.CursorTime), separator),
-        UnitText(line.Unit)};
-    for (std::size_t part = 0; part < texts.size(); ++part, ++k) {
-      Label& label = graph_.lblVal(k);
-      label.Top = top;
-      label.Left = kRowLeft.at(part);
-      label.ForeColor = line.LineColor;
-      label.Caption = texts.at(part);
-      label.ToolTipText = part == 0 ? line.Description : std::string();
-      label.Visible = true;
-    }
-  }
-  for (; k <= kCaptionLabels; ++k) graph_.lblVal(k).Visible = false;
-}
-
 std::string GraphDisplay::Stamp(Date time) const {
   return FormatDate(time, "dd-mmm-yy hh:nn:ss", graph_.platform().locale().Months());
 }
@@ -179,8 +103,8 @@ void GraphDisplay::ShowDate() {
 
 void GraphDisplay::ShowScrollBar() {
   const auto minutes = [this](Date to) {
-    return std::clamp(MinutesBetween(graph_.Data.FirstTime, to) - graph_.TimeScale, 0,
-                      kMostMinutes);
+    const std::int64_t passed = MinutesBetween(graph_.Data.FirstTime, to);
+    return static_cast<int>(std::clamp<std::int64_t>(passed - graph_.TimeScale, 0, kMostMinutes));
   };
   ScrollBar& bar = graph_.HScroll1;
   bar.Max = minutes(graph_.Data.LastTime);

@@ -16,8 +16,7 @@ enum class CursorKey { kLeft, kRight };
 
 class GraphDisplay {
  public:
-  // Both forms outlive it; it binds the refresh timer, the scroll bar and the menu's entries that
-  // change the view.
+  // Both forms outlive it; it binds the refresh timer and the scroll bar.
   GraphDisplay(frmGraphic& graph, frmContextMenu& menu);
 
   // Brings labels, scroll bar and captions up to date and has the picture drawn anew.
@@ -27,6 +26,8 @@ class GraphDisplay {
   // What the picture box shows.
   void Paint(DrawingSurface& surface) const;
   GraphView View() const;
+  // Of a lane in the picture: one caption row.
+  float LaneHeight() const;
 
   // --- The user ---
   // A button of the mouse goes up on the picture, `X` from its left edge.
@@ -41,7 +42,6 @@ class GraphDisplay {
 
  private:
   void DrawTimeScale();
-  void ShowCaptions();
   void ShowDate();
   void ShowScrollBar();
   void HScroll1Changed();
@@ -53,9 +53,6 @@ class GraphDisplay {
   frmGraphic& graph_;
   frmContextMenu& menu_;
 };
-
-// The shortest text of a value, at most seven digits, with the decimal separator of the locale.
-std::string CaptionValue(float value, const std::string& decimal_separator);
 
 // Whole minutes from `from` to `to`: the minute boundaries that are passed.
 int MinutesBetween(Date from, Date to);

@@ -45,41 +45,27 @@ double Remaining(int phase, int step) { return 1.0 - static_cast<double>(phase %
 
 Date GraphView::StartTime() const { return MinutesFrom(BaseTime, -TimeScale); }
 
-float GraphView::TimeToX(Date Time) const {
-  const Date start = StartTime();
-  return static_cast<float>((ScaleWidth - 1) * (Time - start) / (BaseTime - start));
-}
-
-float GraphView::TimeToX(std::int64_t seconds) const { return TimeToX(FromSeconds(seconds)); }
-
-float GraphView::ValueToY(float Value, int Unit) const {
-  switch (Unit) {
-    case kCelsius:
-      return TemperatureToY(Value);
-    case kBar:
-      return PressureToY(Value);
-    case kRpm:
-      return SpeedToY(Value);
-    default:
-      return PercentToY(Value);
+ValueMap::ValueMap(int unit, float height) : is_upper_(unit == kCelsius || unit == kBar) {
+  const double degrees = height * kUpperBand / kDegrees;
+  const double bars = height * kUpperBand / kBars;
+  const double turns = height * kLowerBand / kTurns;
+  const double percents = height * kLowerBand / kPercents;
+  height_ = height;
+  top_ = unit == kCelsius ? kHottest : kBars;
+  if (is_upper_) {
+    step_ = unit == kCelsius ? degrees : bars;
+  } else {
+    step_ = unit == kRpm ? turns : percents;
   }
 }
 
-float GraphView::TemperatureToY(float Value) const {
-  return static_cast<float>(ScaleHeight * kUpperBand / kDegrees * (kHottest - Value));
-}
+float GraphView::TemperatureToY(float Value) const { return ValueToY(Value, kCelsius); }
 
-float GraphView::PressureToY(float Value) const {
-  return static_cast<float>(ScaleHeight * kUpperBand / kBars * (kBars - Value));
-}
+float GraphView::PressureToY(float Value) const { return ValueToY(Value, kBar); }
 
-float GraphView::SpeedToY(float Value) const {
-  return static_cast<float>(ScaleHeight - ScaleHeight * kLowerBand / kTurns * Value - 1);
-}
+float GraphView::SpeedToY(float Value) const { return ValueToY(Value, kRpm); }
 
-float GraphView::PercentToY(float Value) const {
-  return static_cast<float>(ScaleHeight - ScaleHeight * kLowerBand / kPercents * Value - 1);
-}
+float GraphView::PercentToY(float Value) const { return ValueToY(Value, kPercent); }
 
 std::array<float, kUpperSteps> GraphView::UpperGrid() const {
   std::array<float, kUpperSteps> lines{};
@@ -100,22 +86,25 @@ std::array<float, kLowerSteps> GraphView::LowerGrid() const {
 }
 
 std::array<float, kTimeLines> GraphView::TimeGrid() const {
+  std::array<float, kTimeLines> lines{};
+  for (int i = 0; i < kTimeLines; ++i) lines.at(static_cast<std::size_t>(i)) = TimeLine(i);
+  return lines;
+}
+
+float GraphView::TimeLine(int index) const {
   const CivilTime base = ToCivil(BaseTime);
   const int step = TimeScale * 60 / kTimeLines;
   const int phase = TimeScale <= kLongestOfMinutes
                         ? base.second
                         : base.minute % (TimeScale / kTimeLines) * 60 + base.second;
   const double width = static_cast<double>(ScaleWidth) / kTimeLines;
-  std::array<float, kTimeLines> lines{};
-  for (int i = 0; i < kTimeLines; ++i) {
-    // Rounds to the nearest, of two to the even one.
-    lines.at(static_cast<std::size_t>(i)) =
-        static_cast<float>(std::nearbyint(width * i + Remaining(phase, step) * width));
-  }
-  return lines;
+  // Rounds to the nearest, of two to the even one.
+  return static_cast<float>(std::nearbyint(width * index + Remaining(phase, step) * width));
 }
 
 std::vector<TimeLabel> TimeLabels(Date BaseTime, int TimeScale, double panel_width) {
+  // Whole seconds, so that all labels round a half one alike.
+  BaseTime = FromSeconds(ToSeconds(BaseTime));
   const CivilTime base = ToCivil(BaseTime);
   if (TimeScale == 1) return MinuteLabels(BaseTime, base.second, panel_width);
   const int count = TimeScale < kTimeLines ? TimeScale : kTimeLines;

@@ -19,6 +19,43 @@ inline constexpr int kUpperSteps = 13;  // of the grid
 inline constexpr int kLowerSteps = 7;
 inline constexpr int kTimeLines = 10;
 
+// Times and values on a picture, with all that is the same for every sample worked out once.
+class TimeMap {
+ public:
+  TimeMap(Date start, Date base, float width)
+      : start_(start), range_(base - start), width_(width - 1) {}
+
+  float operator()(Date time) const {
+    return static_cast<float>(width_ * (time - start_) / range_);
+  }
+  float operator()(std::int64_t seconds) const {
+    return (*this)(static_cast<double>(seconds) / kSecondsPerDay);
+  }
+  // The seconds at a place, with their fraction.
+  double SecondsAt(double x) const { return (start_ + x * range_ / width_) * kSecondsPerDay; }
+
+ private:
+  Date start_;
+  Date range_;
+  double width_;
+};
+
+class ValueMap {
+ public:
+  // `unit` as in `cmbUnit`; all but three share the scale of percentages.
+  ValueMap(int unit, float height);
+
+  float operator()(float value) const {
+    return static_cast<float>(is_upper_ ? step_ * (top_ - value) : height_ - step_ * value - 1);
+  }
+
+ private:
+  bool is_upper_;
+  double step_ = 0;    // of a unit
+  double top_ = 0;     // what stands at the top of the picture
+  double height_ = 0;  // of the picture
+};
+
 // What is seen of time, and on how large a picture.
 struct GraphView {
   Date BaseTime = 0;   // at the right edge
@@ -27,10 +64,11 @@ struct GraphView {
   float ScaleHeight = 0.0F;
 
   Date StartTime() const;  // at the left edge
-  float TimeToX(Date Time) const;
-  float TimeToX(std::int64_t seconds) const;
-  // `Unit` as in `cmbUnit`; all but three share the scale of percentages.
-  float ValueToY(float Value, int Unit) const;
+  TimeMap Times() const { return {StartTime(), BaseTime, ScaleWidth}; }
+  float TimeToX(Date Time) const { return Times()(Time); }
+  float TimeToX(std::int64_t seconds) const { return Times()(seconds); }
+  // `Unit` as for `ValueMap`.
+  float ValueToY(float Value, int Unit) const { return ValueMap(Unit, ScaleHeight)(Value); }
   float TemperatureToY(float Value) const;
   float PressureToY(float Value) const;
   float SpeedToY(float Value) const;
@@ -41,6 +79,9 @@ struct GraphView {
   std::array<float, kUpperSteps> UpperGrid() const;
   std::array<float, kLowerSteps> LowerGrid() const;
   std::array<float, kTimeLines> TimeGrid() const;
+  // Line `index` of these, counted from the first one; those behind the last one go on beyond the
+  // right edge.
+  float TimeLine(int index) const;
 };
 
 // A label below the picture.

@@ -1,12 +1,12 @@
 #include "graph/graph_picture.h"
 
 #include <algorithm>
+#include <span>
 
 namespace tarnlink {
 
 namespace {
 
-constexpr int kHairline = 1;
 // The stroke of a single sample, and what a lane reaches beyond its newest one.
 constexpr float kStroke = 2;
 constexpr float kLaneStroke = 3;
@@ -63,6 +63,21 @@ class LaneDrawing {
 
 }  // namespace
 
+int NewestInView(const MeasureChannel& channel, std::int64_t base) {
+  constexpr int kLowest = 2;  // the walk down to the right edge does not go below it
+  const int bound = channel.UpperBound();
+  return std::min(bound, std::max(channel.LastNotLater(base, bound - 1) + 1, kLowest));
+}
+
+SampleRange SamplesInView(const MeasureChannel& channel, std::int64_t base, std::int64_t start) {
+  SampleRange range{.newest = NewestInView(channel, base)};
+  const std::span<const std::int64_t> times = channel.Times();
+  int i = range.newest - channel.FirstIndex();
+  const auto time = [&](int at) { return times[static_cast<std::size_t>(at)]; };
+  for (; i >= 1 && time(i - 1) != 0 && time(i) >= start; --i) ++range.older;
+  return range;
+}
+
 GraphPicture::GraphPicture(DrawingSurface& surface, const Graphic& data, const GraphView& view,
                            float lane_height, bool MeasOnly, const GraphPens& pens)
     : surface_(surface),
@@ -70,13 +85,41 @@ GraphPicture::GraphPicture(DrawingSurface& surface, const Graphic& data, const G
       view_(view),
       lane_height_(lane_height),
       meas_only_(MeasOnly),
-      pens_(pens) {}
+      pens_(pens),
+      times_(view.Times()),
+      part_{.right = view.ScaleWidth,
+            .newest = ToSeconds(view.BaseTime),
+            .oldest = ToSeconds(view.StartTime())} {}
+
+void GraphPicture::SetPart(const GraphPart& part) {
+  part_ = part;
+  places_.clear();
+}
+
+// Of each second in view, once for all lines.
+void GraphPicture::MapTimes() {
+  if (!places_.empty()) return;
+  constexpr std::int64_t kMost = 1 << 16;  // a view that is no usual one goes without
+  const std::int64_t seconds = part_.newest - part_.oldest + 1;
+  if (seconds < 1 || seconds > kMost) return;
+  places_.reserve(static_cast<std::size_t>(seconds));
+  for (std::int64_t i = 0; i < seconds; ++i) places_.push_back(times_(part_.oldest + i));
+}
+
+float GraphPicture::ToX(std::int64_t seconds) const {
+  const auto at = static_cast<std::uint64_t>(seconds - part_.oldest);
+  return at < places_.size() ? places_[at] : times_(seconds);
+}
 
 void GraphPicture::DrawGrid() {
-  surface_.SetPen(data_.Colors.GridColor, DrawStyle::kSolid, kHairline);
-  for (const float x : view_.TimeGrid()) surface_.Line({x, 0}, {x, view_.ScaleHeight});
-  for (const float y : view_.UpperGrid()) surface_.Line({0, y}, {view_.ScaleWidth, y});
-  for (const float y : view_.LowerGrid()) surface_.Line({0, y}, {view_.ScaleWidth, y});
+  surface_.SetPen(data_.Colors.GridColor, DrawStyle::kSolid, pens_.hairline);
+  for (int i = 0;; ++i) {
+    const float x = view_.TimeLine(i);
+    if (i >= kTimeLines && x > part_.right) break;
+    if (x >= part_.left) surface_.Line({x, 0}, {x, view_.ScaleHeight});
+  }
+  for (const float y : view_.UpperGrid()) surface_.Line({part_.left, y}, {part_.right, y});
+  for (const float y : view_.LowerGrid()) surface_.Line({part_.left, y}, {part_.right, y});
 }
 
 void GraphPicture::DrawLines() {
@@ -92,21 +135,12 @@ void GraphPicture::DrawLines() {
   }
 }
 
-// Begins with the first sample behind the right edge, and ends with the first one before the left.
-GraphPicture::Range GraphPicture::InView(const MeasureChannel& channel) const {
-  constexpr int kLowest = 2;  // the walk does not go on below it
-  const int bound = channel.UpperBound();
-  const int in_view = channel.LastNotLater(ToSeconds(view_.BaseTime), bound - 1);
-  Range range{.newest = std::min(bound, std::max(in_view + 1, kLowest))};
+// Where times fall, a sample before the left edge ends the line, so that edge is kept to.
+SampleRange GraphPicture::InView(const MeasureChannel& channel) const {
+  const SampleRange range = SamplesInView(channel, part_.newest, part_.oldest);
   const std::int64_t start = ToSeconds(view_.StartTime());
-  for (int i = range.newest; i >= 1 && channel[i - 1].Time != 0 && channel[i].Time >= start; --i) {
-    ++range.older;
-  }
-  return range;
-}
-
-Point GraphPicture::PointOf(const MeasureSample& sample, const GraphAttribute& line) const {
-  return {view_.TimeToX(sample.Time), view_.ValueToY(ValueOfLine(line, sample.Value), line.Unit)};
+  if (part_.oldest >= start || !channel.FallsBehind(range.newest - range.older)) return range;
+  return SamplesInView(channel, part_.newest, start);
 }
 
 void GraphPicture::SetLinePen(const GraphAttribute& line, int solid, int broken) {
@@ -118,11 +152,17 @@ void GraphPicture::DrawAnalogLine(int Index, const GraphAttribute& Attribute) {
   const MeasureChannel& channel = data_.ChannelOf(Index);
   if (channel.UpperBound() == 0) return;
   SetLinePen(Attribute, pens_.solid, pens_.broken);
-  const Range range = InView(channel);
+  const SampleRange range = InView(channel);
   if (range.older == 0) return;
-  points_.clear();
-  for (int i = range.newest; i >= range.newest - range.older; --i) {
-    points_.push_back(PointOf(channel[i], Attribute));
+  const std::span<const std::int64_t> times = channel.Times();
+  const std::span<const std::int32_t> values = channel.Values();
+  MapTimes();
+  const ValueMap y(Attribute.Unit, view_.ScaleHeight);
+  auto at = static_cast<std::size_t>(range.newest - channel.FirstIndex());
+  points_.resize(static_cast<std::size_t>(range.older) + 1);
+  for (Point& point : points_) {
+    point = {ToX(times[at]), y(ValueOfLine(Attribute, values[at]))};
+    --at;
   }
   if (!meas_only_) return surface_.Polyline(points_);
   for (std::size_t i = 1; i < points_.size(); ++i) {
@@ -134,17 +174,18 @@ void GraphPicture::DrawStatusLine(int Index, int Lane, const GraphAttribute& Att
   const MeasureChannel& channel = data_.ChannelOf(Index);
   if (channel.UpperBound() == 0) return;
   SetLinePen(Attribute, pens_.lane, pens_.lane);
-  const Range range = InView(channel);
+  const SampleRange range = InView(channel);
   if (channel[range.newest].Time == 0) return;
   const float top = static_cast<float>(view_.ScaleHeight * kUpperBand) +
                     lane_height_ * (static_cast<float>(Lane) + kLaneGap);
   LaneDrawing drawing(surface_, top, top + lane_height_ * kLaneBar);
   const auto is_on = [&](int i) { return ValueOfLine(Attribute, channel[i].Value) != 0; };
-  const float newest = view_.TimeToX(channel[range.newest].Time);
+  MapTimes();
+  const float newest = ToX(channel[range.newest].Time);
   drawing.Add(newest - kLaneStroke, newest, is_on(range.newest));
   float previous = newest - kLaneStroke;
   for (int i = range.newest - 1; i >= range.newest - range.older; --i) {
-    const float x = view_.TimeToX(channel[i].Time);
+    const float x = ToX(channel[i].Time);
     // The state between two samples is that of the older one.
     drawing.Add(x, meas_only_ ? x - kLaneStroke : previous, is_on(i));
     previous = x;
@@ -154,7 +195,7 @@ void GraphPicture::DrawStatusLine(int Index, int Lane, const GraphAttribute& Att
 
 void GraphPicture::DrawCursor(Date CursorTime) {
   if (CursorTime == 0) return;
-  surface_.SetPen(data_.Colors.CursorColor, DrawStyle::kSolid, kHairline);
+  surface_.SetPen(data_.Colors.CursorColor, DrawStyle::kSolid, pens_.hairline);
   const float x = view_.TimeToX(CursorTime);
   surface_.Line({x, 0}, {x, view_.ScaleHeight});
 }

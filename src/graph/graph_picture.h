@@ -1,6 +1,7 @@
 // The picture of the graph: grid, lines, lanes and cursor on a surface, on screen or paper.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "graph/graph_geometry.h"
@@ -11,10 +12,32 @@ namespace tarnlink {
 
 // Widths in device pixels.
 struct GraphPens {
-  int solid = 2;  // of a line
+  int hairline = 1;  // of grid and cursor
+  int solid = 2;     // of a line
   int broken = 1;
   int lane = 2;
 };
+
+// What is drawn of the picture.
+struct GraphPart {
+  float left = 0;  // the grid reaches from here
+  float right = 0;
+  // The lines reach, in whole seconds, from the first sample behind `newest` back to the first one
+  // before `oldest`.
+  std::int64_t newest = 0;
+  std::int64_t oldest = 0;
+};
+
+// Samples of a channel: the newest one to begin with, and how many older ones follow.
+struct SampleRange {
+  int newest = 0;
+  int older = 0;
+};
+
+// The first sample behind the right edge, or the newest.
+int NewestInView(const MeasureChannel& channel, std::int64_t base);
+// From there to the first one that lies before `start`.
+SampleRange SamplesInView(const MeasureChannel& channel, std::int64_t base, std::int64_t start);
 
 class GraphPicture {
  public:
@@ -22,6 +45,9 @@ class GraphPicture {
   // line only a stroke for a sample. All outlive it.
   GraphPicture(DrawingSurface& surface, const Graphic& data, const GraphView& view,
                float lane_height, bool MeasOnly, const GraphPens& pens = {});
+
+  // The whole view until it is told.
+  void SetPart(const GraphPart& part);
 
   // Vertical lines at full times, then the horizontal ones of both bands.
   void DrawGrid();
@@ -35,14 +61,9 @@ class GraphPicture {
   void DrawCursor(Date CursorTime);
 
  private:
-  // The samples in view: the newest one to begin with, and how many older ones follow.
-  struct Range {
-    int newest = 0;
-    int older = 0;
-  };
-
-  Range InView(const MeasureChannel& channel) const;
-  Point PointOf(const MeasureSample& sample, const GraphAttribute& line) const;
+  SampleRange InView(const MeasureChannel& channel) const;
+  void MapTimes();
+  float ToX(std::int64_t seconds) const;
   void SetLinePen(const GraphAttribute& line, int solid, int broken);
 
   DrawingSurface& surface_;
@@ -51,6 +72,9 @@ class GraphPicture {
   float lane_height_;
   bool meas_only_;
   GraphPens pens_;
+  TimeMap times_;
+  GraphPart part_;
+  std::vector<float> places_;  // of the seconds of the part, from its oldest on
   std::vector<Point> points_;  // kept between lines, so that a redraw does not allocate
 };
 

@@ -6,12 +6,7 @@ namespace tarnlink {
 
 namespace {
 
-constexpr std::int32_t kHighByte = 0xFF00;
-constexpr std::int32_t kLowByte = 0xFF;
 constexpr int kLastBit = 7;
-
-std::int32_t High(std::int32_t raw) { return (raw & kHighByte) / 256; }
-std::int32_t Low(std::int32_t raw) { return raw & kLowByte; }
 
 // Numbers that name no bit mean the last one.
 int BitOf(float factor) {
@@ -38,7 +33,8 @@ void Graphic::AllocateChannel(int Index) {
 
 // A clock that was set back counts on: only an equal time is refused.
 void Graphic::AddMeasurement(std::int32_t Value, Date Time, int Index) {
-  MeasureChannel& channel = Channels.at(static_cast<std::size_t>(Index));
+  if (Index < 0 || Index > LastChannel()) return;
+  MeasureChannel& channel = Channels[static_cast<std::size_t>(Index)];
   if (channel.UpperBound() == 0) return;
   const std::int64_t seconds = ToSeconds(Time);
   if (seconds == channel[channel.UpperBound()].Time) return;
@@ -47,19 +43,18 @@ void Graphic::AddMeasurement(std::int32_t Value, Date Time, int Index) {
   if (FirstTime == 0) FirstTime = Time;
 }
 
+GraphAttribute Graphic::LineAt(int Index) const {
+  if (Index < 0 || Index > LastAttribute()) return {};
+  return Attributes[static_cast<std::size_t>(Index)];
+}
+
 const MeasureChannel& Graphic::ChannelOf(int Index) const {
   return Channels.at(static_cast<std::size_t>(std::min(Index, LastChannel())));
 }
 
-float ValueOfLine(const GraphAttribute& line, std::int32_t raw) {
-  if (line.Unit == kOnOff) {
-    const std::int32_t byte = line.StoredAs == kStoredMsb ? High(raw) : Low(raw);
-    return static_cast<float>(byte >> BitOf(line.Factor) & 1);
-  }
-  std::int32_t number = raw;
-  if (line.StoredAs == kStoredMsb) number = High(raw);
-  if (line.StoredAs == kStoredLsb) number = Low(raw);
-  return static_cast<float>(number) * line.Factor;
+float BitOfLine(const GraphAttribute& line, std::int32_t raw) {
+  const std::int32_t byte = line.StoredAs == kStoredMsb ? HighByte(raw) : LowByte(raw);
+  return static_cast<float>(byte >> BitOf(line.Factor) & 1);
 }
 
 float Graphic::GetSampleValue(int Index, int SampleIndex) const {

@@ -41,8 +41,8 @@ class Graphic {
   // Room for the samples of a line that is switched on; what it has stays.
   void AllocateChannel(int Index);
 
-  // A sample for channel `Index`, which must be there. Dropped if the channel records nothing or
-  // has a sample of the same second on top.
+  // A sample for channel `Index`. Dropped if there is no such channel, if it records nothing or has
+  // a sample of the same second on top.
   void AddMeasurement(std::int32_t Value, Date Time, int Index);
 
   // The value of element `SampleIndex` in the unit of line `Index`; 1 or 0 of an on/off line.
@@ -52,11 +52,25 @@ class Graphic {
 
   int LastChannel() const { return static_cast<int>(Channels.size()) - 1; }
   int LastAttribute() const { return static_cast<int>(Attributes.size()) - 1; }
+  // Line `Index`; one that is off where the table has none.
+  GraphAttribute LineAt(int Index) const;
   // The channel that line `Index` reads.
   const MeasureChannel& ChannelOf(int Index) const;
 };
 
-// The value of a raw answer in the unit of `line`.
-float ValueOfLine(const GraphAttribute& line, std::int32_t raw);
+inline std::int32_t HighByte(std::int32_t raw) { return (raw & 0xFF00) / 256; }
+inline std::int32_t LowByte(std::int32_t raw) { return raw & 0xFF; }
+
+// The bit of an on/off line.
+float BitOfLine(const GraphAttribute& line, std::int32_t raw);
+
+// The value of a raw answer in the unit of `line`. Drawn graphs need hundreds of thousands.
+inline float ValueOfLine(const GraphAttribute& line, std::int32_t raw) {
+  if (line.Unit == kOnOff) return BitOfLine(line, raw);
+  std::int32_t number = raw;
+  if (line.StoredAs == kStoredMsb) number = HighByte(raw);
+  if (line.StoredAs == kStoredLsb) number = LowByte(raw);
+  return static_cast<float>(number) * line.Factor;
+}
 
 }  // namespace tarnlink

@@ -1,17 +1,37 @@
 #include "graph/measure_channel.h"
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <atomic>
+#include <iterator>
 
 namespace tarnlink {
+
+namespace {
+
+// Gives the whole pages between the two back to the system; what stood there is lost.
+template <class Number>
+void Release(Number* from, Number* to) {
+  static const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  const std::uintptr_t first = (reinterpret_cast<std::uintptr_t>(from) + page - 1) / page * page;
+  const std::uintptr_t last = reinterpret_cast<std::uintptr_t>(to) / page * page;
+  if (first < last) madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
+}
+
+}  // namespace
 
 // The room is not touched before it is filled, so that the system need not provide it.
 void MeasureChannel::Dimension(int upper_bound) {
   *this = {};
   if (upper_bound <= 0) return;
-  constexpr std::size_t kSlack = 10;  // a tenth
+  static std::atomic<std::int64_t> fillings = 0;
+  filling_ = ++fillings;
+  constexpr std::size_t kRoom = 2;  // times what it can hold
   upper_bound_ = upper_bound;
   const auto elements = static_cast<std::size_t>(upper_bound) + 1;
-  room_ = elements + elements / kSlack + 1;
+  room_ = kRoom * elements;
   times_ = std::make_unique_for_overwrite<std::int64_t[]>(room_);
   values_ = std::make_unique_for_overwrite<std::int32_t[]>(room_);
 }
@@ -21,20 +41,27 @@ void MeasureChannel::Append(const MeasureSample& sample) {
   if (end_ == room_) MakeRoom();
   times_[end_] = sample.Time;
   values_[end_] = sample.Value;
-  if (end_ > begin_ && sample.Time < times_[end_ - 1]) {
-    last_fall_ = static_cast<std::int64_t>(end_);
-  }
+  if (end_ > begin_ && sample.Time < times_[end_ - 1]) last_fall_ = appended_;
   ++end_;
-  if (Count() > upper_bound_ + 1) ++begin_;
+  ++appended_;
+  if (Count() <= upper_bound_ + 1) return;
+  ++begin_;
+  constexpr std::size_t kBatch = 8192;  // less than a tenth of a channel that records
+  if (begin_ - released_ < kBatch) return;
+  Release(times_.get() + released_, times_.get() + begin_);
+  Release(values_.get() + released_, values_.get() + begin_);
+  released_ = begin_;
 }
 
-// Once in a tenth of a channel, so that it hardly counts.
+// So seldom that it hardly counts.
 void MeasureChannel::MakeRoom() {
   std::copy(times_.get() + begin_, times_.get() + end_, times_.get());
   std::copy(values_.get() + begin_, values_.get() + end_, values_.get());
-  last_fall_ -= static_cast<std::int64_t>(begin_);
+  Release(times_.get() + Count(), times_.get() + end_);
+  Release(values_.get() + Count(), values_.get() + end_);
   end_ -= begin_;
   begin_ = 0;
+  released_ = 0;
 }
 
 void MeasureChannel::Fill(int upper_bound, std::span<const MeasureSample> newest_first) {
@@ -45,13 +72,25 @@ void MeasureChannel::Fill(int upper_bound, std::span<const MeasureSample> newest
 }
 
 int MeasureChannel::LastNotLater(std::int64_t time, int from) const {
-  const int first = upper_bound_ - Count() + 1;  // the index of the oldest sample
+  const int first = FirstIndex();
   const int highest = std::min(from, upper_bound_);
   const auto samples = static_cast<std::size_t>(std::max(highest - first + 1, 0));
   const std::span<const std::int64_t> times = Times().first(samples);
   const auto is_not_later = [time](std::int64_t each) { return each <= time; };
-  const auto behind = IsSorted() ? std::upper_bound(times.begin(), times.end(), time)
-                                 : std::find_if(times.rbegin(), times.rend(), is_not_later).base();
+  // From the last fall on the times only rise.
+  const std::int64_t fall = std::max<std::int64_t>(last_fall_ - (appended_ - Count()), 0);
+  const auto rising = times.begin() + std::min(fall, static_cast<std::int64_t>(samples));
+  // What is looked for is mostly near the end.
+  auto high = times.end();
+  std::ptrdiff_t step = 1;
+  while (high - rising > step && *(high - step) > time) {
+    high -= step;
+    step *= 2;
+  }
+  auto behind = std::upper_bound(high - std::min(step, high - rising), high, time);
+  if (behind == rising) {
+    behind = std::find_if(std::make_reverse_iterator(rising), times.rend(), is_not_later).base();
+  }
   if (behind != times.begin()) return first + static_cast<int>(behind - times.begin()) - 1;
   // Below the samples there are empty elements, unless the channel is full.
   return time >= 0 ? std::min(first - 1, highest) : -1;

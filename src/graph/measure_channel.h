@@ -17,7 +17,7 @@ struct MeasureSample {
 };
 
 // An append costs the same however many samples there are, and only what has been filled takes up
-// memory: 12 bytes for a sample and a tenth more once the channel is full.
+// memory: 12 bytes for a sample, and up to a tenth more for what a full channel has just lost.
 class MeasureChannel {
  public:
   static constexpr int kUpperBound = 90'000;  // of a channel that records
@@ -40,13 +40,25 @@ class MeasureChannel {
   }
   // Elements that hold a sample: they end at the upper bound.
   int Count() const { return static_cast<int>(end_ - begin_); }
+  int FirstIndex() const { return upper_bound_ - Count() + 1; }  // of the oldest one
   // The same as plain arrays, oldest first: the last one is the element at the upper bound.
   std::span<const std::int64_t> Times() const { return {times_.get() + begin_, end_ - begin_}; }
   std::span<const std::int32_t> Values() const { return {values_.get() + begin_, end_ - begin_}; }
 
+  // Samples are numbered from 0 in the order of their arrival since the channel was last emptied.
+  std::int64_t Appended() const { return appended_; }
+  // The same for as long as the channel has not been emptied; no two channels share one.
+  std::int64_t Filling() const { return filling_; }
+  int IndexOf(std::int64_t number) const {
+    return static_cast<int>(upper_bound_ - (appended_ - 1 - number));
+  }
+  // Whether the times fall anywhere above this element.
+  bool FallsBehind(int index) const { return last_fall_ > NumberAt(index); }
+  std::int64_t NumberAt(int index) const { return appended_ - 1 - (upper_bound_ - index); }
+
   // The highest index up to `from` whose sample is not later than `time`, -1 if all are later. An
   // empty element is never later. Where times fall, since the clock was set back, it is the first
-  // one that a walk down from there meets.
+  // one that a walk down from there meets; only behind such a place it is looked for one by one.
   int LastNotLater(std::int64_t time, int from) const;
   int LastNotLater(std::int64_t time) const { return LastNotLater(time, upper_bound_); }
 
@@ -55,16 +67,18 @@ class MeasureChannel {
   std::int64_t PlaceOf(int index) const {
     return static_cast<std::int64_t>(index) - upper_bound_ + Count() - 1;
   }
-  bool IsSorted() const { return last_fall_ <= static_cast<std::int64_t>(begin_); }
   void MakeRoom();
 
   int upper_bound_ = 0;
   // The samples lie at [begin_, end_) and wander up; at the end of the room they go back to its
-  // front, so that they are always one plain array.
+  // front, so that they are always one plain array. The memory below `released_` is given back.
   std::size_t room_ = 0;
+  std::size_t released_ = 0;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
-  std::int64_t last_fall_ = 0;  // the place of the last sample that is earlier than the one before
+  std::int64_t appended_ = 0;
+  std::int64_t last_fall_ = 0;
+  std::int64_t filling_ = 0;
   std::unique_ptr<std::int64_t[]> times_;
   std::unique_ptr<std::int32_t[]> values_;
 };

@@ -9,9 +9,9 @@
 #include "common/run_time_error.h"
 #include "monitor/frm_main.h"
 #include "monitor/frm_options.h"
-#include "monitor/line_doubt.h"
 #include "monitor/receive_pause.h"
 #include "monitor/run_recorder.h"
+#include "protocols/line_doubt.h"
 #include "protocols/protocol_run.h"
 
 namespace tarnlink {

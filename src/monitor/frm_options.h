@@ -19,6 +19,7 @@ class frm_Main;
 inline constexpr int kOtherPort = 4;
 
 // 1200 times 2 to the index of `opt_Baudrate`.
+inline constexpr int kBaudrates = 6;
 constexpr int BaudrateOfIndex(int index) { return 1200 << index; }
 
 class frm_Options {
@@ -109,5 +110,8 @@ class frm_Options {
 // Reads the stored options into the controls of `options` and sets the main form's MicroType. An
 // index that names no control counts as its default.
 void LoadOptions(frm_Main& main, frm_Options& options);
+
+// The speed that tools use: how often 1200 is doubled, as it is stored, whatever the dialog shows.
+int StoredBaudrate(const SettingsStore& store);
 
 }  // namespace tarnlink

@@ -45,11 +45,15 @@ void LoadPort(frm_Options& options, const SettingsStore& store) {
 
 }  // namespace
 
+int StoredBaudrate(const SettingsStore& store) {
+  return StoredIndex(store, setting::kBaudrate, kBaudrates);
+}
+
 void LoadOptions(frm_Main& main, frm_Options& options) {
   const SettingsStore& store = main.platform().settings();
   // The protocol first: its click presets what the lines below then set as stored.
   options.opt_Protocol.Select(StoredIndex(store, setting::kProtocol, options.opt_Protocol.count()));
-  options.opt_Baudrate.Select(StoredIndex(store, setting::kBaudrate, options.opt_Baudrate.count()));
+  options.opt_Baudrate.Select(StoredBaudrate(store));
   LoadPort(options, store);
   options.opt_stop.Select(StoredIndex(store, setting::kStopBits, options.opt_stop.count()));
   options.opt_parity.Select(StoredIndex(store, setting::kParity, options.opt_parity.count()));

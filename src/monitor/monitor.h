@@ -25,6 +25,7 @@
 #include "monitor/screen_commands.h"
 #include "monitor/screen_drag.h"
 #include "monitor/start_and_leave.h"
+#include "monitor/tool_commands.h"
 #include "monitor/write_commands.h"
 
 namespace tarnlink {
@@ -58,6 +59,7 @@ struct Monitor {
   ExportCommands doc_export{main};
   PrintCommands print{main};
   HelpTopics help{main};
+  ToolCommands tools{main};
   StartAndLeave start{main, options, screen};
 };
 

@@ -4,6 +4,7 @@
 #include "common/text.h"
 #include "files/project_file.h"
 #include "monitor/project_paths.h"
+#include "monitor/tool_commands.h"
 #include "platform/path_resolver.h"
 
 namespace tarnlink {
@@ -165,13 +166,7 @@ void ProjectFiles::OpenFile(const std::string& key, const std::string& path) {
 void ProjectFiles::OpenForTool(std::string& field, const std::string& path,
                                const std::function<void()>& show) {
   field = path;
-  if (main_.CommRunning) {
-    main_.platform().dialogs().MessageBox({.text = "Stop Communication First",
-                                           .title = "Communication Error",
-                                           .icon = Icon::kCritical});
-  } else if (show) {
-    show();
-  }
+  OpenTool(main_, show);
 }
 
 // Any node can go, a group too; without it no file of its kind can be added until a project is

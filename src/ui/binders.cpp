@@ -256,6 +256,20 @@ void Bind(QSlider* slider, Slider& control) {
                    [&control](int value) { control.SetValue(value); });
 }
 
+void Bind(QScrollBar* bar, ScrollBar& control) {
+  Follow(bar, control, [bar, &control] {
+    // Its range alone can move the bar, and that is not the user.
+    const QSignalBlocker quiet(bar);
+    ShowCommon(bar, control);
+    bar->setRange(ScrollBar::kMin, control.Max);
+    bar->setPageStep(control.LargeChange);
+    bar->setSingleStep(control.SmallChange);
+    bar->setValue(control.Value);
+  });
+  QObject::connect(bar, &QScrollBar::valueChanged,
+                   [&control](int value) { control.Value = value; });
+}
+
 void Bind(QComboBox* combo, ComboBox& control) {
   Follow(combo, control, [combo, &control] {
     const QSignalBlocker quiet(combo);

@@ -11,6 +11,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QSlider>
 #include <QToolButton>
 #include <vector>
@@ -18,6 +19,7 @@
 #include "common/control_array.h"
 #include "common/controls.h"
 #include "common/dialog_controls.h"
+#include "common/scroll_bar.h"
 #include "ui/text_plate.h"
 
 namespace tarnlink {
@@ -32,6 +34,7 @@ void Bind(QLineEdit* edit, TextBox& control);
 // Its colour is taken as far as it says that the label is grey.
 void Bind(QLabel* label, Label& control);
 void Bind(QSlider* slider, Slider& control);
+void Bind(QScrollBar* bar, ScrollBar& control);
 void Bind(QComboBox* combo, ComboBox& control);
 // Rows that are picked, and a text that is accepted when the user leaves it or presses Enter. Only
 // an editable combo takes a text; the text of another one stands in its place while no row is

@@ -11,6 +11,10 @@ namespace tarnlink {
 // Black or white, whichever reads better on `background`.
 QColor ReadableOn(const QColor& background);
 
+// `colour` as letters on `background`: the same hue, darker or lighter as far as they would be hard
+// to read.
+QColor ReadableShade(const QColor& colour, const QColor& background);
+
 // A frame inside `place` that stands out on any background: this is where the keyboard is. The thin
 // one leaves letters that reach to the edge readable.
 enum class FocusFrame { kThick, kThin };

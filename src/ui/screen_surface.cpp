@@ -9,6 +9,7 @@
 #include "platform/qt/qt_font.h"
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
+#include "ui/mouse_button.h"
 #include "ui/palette.h"
 #include "ui/screen_box.h"
 #include "ui/screen_check.h"
@@ -190,9 +191,7 @@ void ScreenSurface::GiveFocus(const PlacedControl& control) {
 // Boxes and labels leave what they get to the surface, which knows what stands where.
 void ScreenSurface::mousePressEvent(QMouseEvent* event) {
   const bool shift = event->modifiers().testFlag(Qt::ShiftModifier);
-  const MouseButton button = event->button() == Qt::LeftButton    ? MouseButton::kLeft
-                             : event->button() == Qt::RightButton ? MouseButton::kRight
-                                                                  : MouseButton::kMiddle;
+  const MouseButton button = ToMouseButton(*event);
   mouse_.Press(event->position().toPoint(), button, shift);
 }
 

@@ -371,7 +371,7 @@ TEST(DenseLine, CoversWhatQPainterCoversWithinOnePixel) {
         painter.setPen(QPen(Qt::black, width, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
         painter.drawPolyline(points.data(), static_cast<int>(points.size()));
       }
-      DrawDenseLine(drawn, drawn.rect(), points, qRgb(0, 0, 0), width);
+      DrawDenseLine(drawn, drawn.rect(), points, {qRgb(0, 0, 0), width});
       const auto near = [](const QImage& image, int x, int y) {
         for (int dy = -1; dy <= 1; ++dy) {
           for (int dx = -1; dx <= 1; ++dx) {
@@ -399,10 +399,95 @@ TEST(DenseLine, ALineThatTurnsBackDoesNotFillWhatLiesBetween) {
   QImage image(40, 40, QImage::Format_RGB32);
   image.fill(Qt::white);
   const std::vector<QPoint> points{{5, 5}, {35, 20}, {5, 35}};
-  DrawDenseLine(image, image.rect(), points, qRgb(0, 0, 0), 2);
+  DrawDenseLine(image, image.rect(), points, {qRgb(0, 0, 0), 2});
   EXPECT_EQ(image.pixelColor(10, 20), QColor(Qt::white));
   EXPECT_EQ(image.pixelColor(20, 12), QColor(Qt::black));
   EXPECT_EQ(image.pixelColor(20, 28), QColor(Qt::black));
+}
+
+// A line for each round, with a clip now and then and a box between.
+QImage RandomLines(bool gathers, int shapes) {
+  std::uint32_t seed = 99;
+  const auto random = [&](int range) {
+    seed = seed * 1664525U + 1013904223U;
+    return static_cast<int>((seed >> 8) % static_cast<std::uint32_t>(range));
+  };
+  QImage image(150, 130, QImage::Format_RGB32);
+  QtSurface surface(image);
+  surface.Cls(kWhite);
+  if (gathers) surface.GatherLines();
+  for (int i = 0; i < shapes; ++i) {
+    surface.SetPen(random(0xFFFFFF), static_cast<DrawStyle>(random(5)), 1 + random(3));
+    if (i % 50 == 30) surface.SetClip({300, 300}, {1500, 1200});
+    if (i % 50 == 40) surface.SetClip({0, 0}, {0, 0});
+    if (i % 20 == 10) surface.FilledBox({600, 600}, {900, 700});
+    std::vector<Point> points;
+    const int height = i % 3 == 0 ? 130 : 5;
+    for (int step = 0; step < 170 / (1 + i % 4); ++step) {
+      // Each tenth line turns back now and then.
+      const int x = 160 - step * (1 + i % 4) + (i % 10 == 0 && step % 40 > 30 ? 30 : 0);
+      points.push_back({static_cast<float>(x) * kTwips, static_cast<float>(random(height)) * 20});
+    }
+    surface.Polyline(points);
+  }
+  surface.PaintLines();
+  return image;
+}
+
+TEST(QtSurface, LinesThatAreGatheredAreTheSamePicture) {
+  for (const int shapes : {5, 9, 200}) {
+    EXPECT_TRUE(RandomLines(false, shapes) == RandomLines(true, shapes)) << shapes;
+  }
+}
+
+TEST_F(Picture, AStrokeToANeighbouringPixelIsSeenInEveryStyle) {
+  for (int style = 0; style < 5; ++style) {
+    surface.SetPen(kBlack, static_cast<DrawStyle>(style), 1);
+    for (int x = 2; x <= 8; ++x) {
+      for (int y = 3; y <= 5; ++y) {
+        surface.Cls(kWhite);
+        surface.Line(At(5, 4), At(x > 6 ? 6 : (x < 4 ? 4 : x), y));
+        EXPECT_EQ(image.pixelColor(5, 4), QColor(Qt::black)) << style << " " << x << "," << y;
+        EXPECT_EQ(image.pixelColor(x > 6 ? 6 : (x < 4 ? 4 : x), y), QColor(Qt::black));
+      }
+    }
+  }
+}
+
+TEST_F(Picture, AnotherOriginMovesEverythingByWholePixelsAndTheDashesWithIt) {
+  const auto draw = [this] {
+    surface.Cls(kWhite);
+    const std::array<Point, 4> points{At(1, 6), At(1, 2), At(9, 2), At(11, 7)};
+    surface.SetPen(kBlack, DrawStyle::kDashDot, 1);
+    surface.Polyline(points);
+    surface.Line(At(3, 7), At(11, 7));
+    surface.FilledBox(At(4, 4), At(6, 5));
+    return image.copy();
+  };
+  const QImage before = draw();
+  surface.SetOrigin(3);
+  surface.SetDashOrigin(3);
+  const QImage after = draw();
+  EXPECT_TRUE(before.copy(3, 0, 9, 8) == after.copy(0, 0, 9, 8));
+  EXPECT_FALSE(before == after);
+}
+
+// The first four columns of six, wherever the line begins.
+TEST_F(Picture, DashesKeepToTheirPlaceOnThePicture) {
+  const auto row = [this](int from, int to) {
+    surface.Cls(kWhite);
+    surface.SetPen(kBlack, DrawStyle::kDash, 1);
+    const std::array<Point, 2> points{At(from, 3), At(to, 3)};
+    surface.Polyline(points);
+    return Shown().substr(3 * 13, 12);
+  };
+  EXPECT_EQ(row(0, 11), "####..####..");
+  EXPECT_EQ(row(11, 0), "####..####..");
+  EXPECT_EQ(row(2, 8), "..##..###...");
+  surface.SetDashOrigin(2);
+  EXPECT_EQ(row(0, 11), "##..####..##");
+  surface.SetDashOrigin(-1);
+  EXPECT_EQ(row(0, 11), ".####..####.");
 }
 
 TEST(Colours, GoToQtAndBack) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "graph/graph_captions.h"
 #include "support/fake_world.h"
 
 namespace tarnlink {
@@ -211,7 +212,8 @@ TEST(CaptionValue, HasSevenDigitsAtMost) {
                                                              {1966.05F, "1966.05"}};
   for (const auto& [value, text] : values) EXPECT_EQ(CaptionValue(value, "."), text);
   EXPECT_EQ(CaptionValue(0.5F, ","), "0,5");
-  EXPECT_EQ(CaptionValue(1e9F, ".").find('e'), std::string::npos);
+  EXPECT_EQ(CaptionValue(1e9F, "."), "1E+09");
+  EXPECT_EQ(CaptionValue(0.00007F, ","), "7E-05");
 }
 
 // --- Date and scroll bar -------------------------------------------------------------------------
@@ -377,14 +379,6 @@ TEST_F(GraphDisplayTest, OtherButtonsAskForTheMenuAndTheCaptionsForTheSettings) 
   display.PanelMouseDown(0, MouseButton::kLeft);
   EXPECT_EQ(settings, 1);
   EXPECT_EQ(drawn, 1);
-}
-
-TEST_F(GraphDisplayTest, MeasuredOnlyIsSwitchedInTheMenu) {
-  menu.mnuMeasOnly.Press();
-  EXPECT_TRUE(menu.mnuMeasOnly.Checked);
-  EXPECT_EQ(drawn, 1);
-  menu.mnuMeasOnly.Press();
-  EXPECT_FALSE(menu.mnuMeasOnly.Checked);
 }
 
 TEST_F(GraphDisplayTest, BelowItsSmallestSizeOnlyTheBottomLabelsFollow) {

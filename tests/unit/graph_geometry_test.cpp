@@ -168,5 +168,35 @@ TEST(GraphLayout, EachScaleLabelStandsOnItsLine) {
   EXPECT_FLOAT_EQ(ScaleLabelTop(21, 8000, 200), 7800);
 }
 
+// Further on, a picture that moves to the left shows the lines of the views that follow.
+TEST(GraphView, TheTimeGridGoesOnBeyondTheRightEdge) {
+  for (const int scale : {1, 5, 10, 20, 60}) {
+    GraphView view{.BaseTime = ToDate({2024, 3, 5, 14, 7, 20}),
+                   .TimeScale = scale,
+                   .ScaleWidth = 6000,
+                   .ScaleHeight = 1000};
+    const GraphView later{.BaseTime = view.BaseTime + scale * 60 / kSecondsPerDay,
+                          .TimeScale = scale,
+                          .ScaleWidth = 6000,
+                          .ScaleHeight = 1000};
+    for (int i = 0; i < kTimeLines; ++i) {
+      EXPECT_EQ(view.TimeLine(i), view.TimeGrid().at(static_cast<std::size_t>(i)));
+      EXPECT_NEAR(view.TimeLine(i + kTimeLines), later.TimeLine(i) + 6000, 1) << scale << " " << i;
+    }
+  }
+}
+
+TEST(GraphView, APlaceIsTheTimeThatStandsThere) {
+  const GraphView view{.BaseTime = ToDate({2024, 3, 5, 14, 0, 0}),
+                       .TimeScale = 10,
+                       .ScaleWidth = 6001,
+                       .ScaleHeight = 1000};
+  const double base = view.BaseTime * kSecondsPerDay;
+  for (const double seconds : {-700.0, -600.0, -123.5, 0.0, 50.0}) {
+    const float x = view.TimeToX((base + seconds) / kSecondsPerDay);
+    EXPECT_NEAR(view.Times().SecondsAt(x), base + seconds, 0.001);
+  }
+}
+
 }  // namespace
 }  // namespace tarnlink

@@ -208,6 +208,39 @@ TEST_F(GraphPictureTest, OnlyShownLinesAreDrawnAndOnlyTheyTakeALane) {
             "pen 00FF00 solid 2\nline 5997,4770 6000,4770\n");
 }
 
+// --- A part of them ------------------------------------------------------------------------------
+
+TEST_F(GraphPictureTest, APartReachesFromASampleBeforeItToOneBehindIt) {
+  for (const int seconds : {-400, -300, -200, -100, 0, 100, 200}) Sample(0, kWarm, seconds);
+  GraphPicture picture = Picture();
+  picture.SetPart({.left = 3000,
+                   .right = 6100,
+                   .newest = ToSeconds(kBase) + 50,
+                   .oldest = ToSeconds(kBase) - 250});
+  picture.DrawAnalogLine(0, Line(0));
+  EXPECT_EQ(surface.Describe(),
+            "pen 0000FF solid 2\npolyline 7000,2250 6000,2250 5000,2250 4000,2250 3000,2250\n");
+}
+
+TEST_F(GraphPictureTest, TheGridOfAPartGoesOnBeyondTheRightEdge) {
+  view.ScaleWidth = 1000;
+  view.ScaleHeight = 1300;
+  GraphPicture picture = Picture();
+  picture.SetPart({.left = 950, .right = 1250});
+  picture.DrawGrid();
+  const auto& all = surface.operations();
+  ASSERT_EQ(all.size(), 24U);
+  EXPECT_EQ(all[1], "line 1000,0 1000,1300");
+  EXPECT_EQ(all[3], "line 1200,0 1200,1300");
+  EXPECT_EQ(all[4], "line 950,45 1250,45");
+}
+
+TEST_F(GraphPictureTest, TheGridHasTheWidthOfItsPen) {
+  GraphPicture picture(surface, data, view, lane_height, false, {.hairline = 3});
+  picture.DrawGrid();
+  EXPECT_EQ(surface.operations()[0], "pen 000000 solid 3");
+}
+
 TEST_F(GraphPictureTest, TheCursorIsALineFromTopToBottom) {
   data.Colors.CursorColor = 0x123456;
   Picture().DrawCursor(kBase - 30 / kSecondsPerDay);

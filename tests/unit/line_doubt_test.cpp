@@ -1,4 +1,4 @@
-#include "monitor/line_doubt.h"
+#include "protocols/line_doubt.h"
 
 #include <gtest/gtest.h>
 

@@ -180,5 +180,48 @@ TEST(MeasureChannel, FindsWhatAWalkFinds) {
   }
 }
 
+// --- What has come since
+// ---------------------------------------------------------------------------
+
+TEST(MeasureChannel, SamplesKeepTheirNumbersWhileTheyMoveDown) {
+  MeasureChannel channel = ChannelOf(5);
+  for (int i = 0; i < 50; ++i) {
+    channel.Append({100 + i, 1000 + i});
+    EXPECT_EQ(channel.NumberAt(5), i);
+    for (std::int64_t number = std::max(i - 5, 0); number <= i; ++number) {
+      const int index = channel.IndexOf(number);
+      EXPECT_EQ(channel[index].Value, 100 + number);
+      EXPECT_EQ(channel.NumberAt(index), number);
+    }
+    EXPECT_EQ(channel.NumberAt(channel.FirstIndex()), std::max(i - 5, 0));
+  }
+}
+
+TEST(MeasureChannel, EachFillingIsOneOfItsOwn) {
+  MeasureChannel one = ChannelOf(5);
+  MeasureChannel other = ChannelOf(5);
+  EXPECT_NE(one.Filling(), other.Filling());
+  const std::int64_t before = one.Filling();
+  one.Append({1, 1});
+  EXPECT_EQ(one.Filling(), before);
+  one.Dimension(5);
+  EXPECT_NE(one.Filling(), before);
+  EXPECT_EQ(one.NumberAt(5), -1);
+  const std::int64_t empty = one.Filling();
+  one.Fill(5, std::vector<MeasureSample>{{1, 1}});
+  EXPECT_NE(one.Filling(), empty);
+}
+
+TEST(MeasureChannel, KnowsWhereTheTimesLastFell) {
+  MeasureChannel channel = ChannelOf(5);
+  for (const int time : {10, 20, 15, 16, 17}) channel.Append({0, time});
+  EXPECT_FALSE(channel.FallsBehind(5));
+  EXPECT_FALSE(channel.FallsBehind(3)) << "the element that fell itself";
+  EXPECT_TRUE(channel.FallsBehind(2));
+  EXPECT_TRUE(channel.FallsBehind(1));
+  for (int i = 0; i < 5; ++i) channel.Append({0, 18 + i});
+  EXPECT_FALSE(channel.FallsBehind(0)) << "It has left the channel.";
+}
+
 }  // namespace
 }  // namespace tarnlink

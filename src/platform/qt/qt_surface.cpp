@@ -7,8 +7,11 @@
 #include <QPen>
 #include <QPolygonF>
 #include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstdlib>
 
-#include "platform/qt/dense_line.h"
 #include "platform/qt/qt_colour.h"
 #include "platform/qt/qt_font.h"
 #include "platform/qt/qt_text.h"
@@ -37,23 +40,44 @@ Qt::PenStyle ToPenStyle(DrawStyle style) {
   return Qt::SolidLine;
 }
 
-// A coordinate that is no number falls outside too.
-int ToPixel(float units, double units_per_pixel) {
-  const double pixel = static_cast<double>(units) / units_per_pixel;
-  if (!(pixel > -kFarthestPixel)) return static_cast<int>(-kFarthestPixel);
-  // Shifted above 0, where cutting is rounding down.
-  return static_cast<int>(std::min(pixel, kFarthestPixel) + kFarthestPixel) -
-         static_cast<int>(kFarthestPixel);
+// Of dashed lines, in widths of the pen.
+constexpr int kGap = 2;
+
+// Both corners included, whichever way they lie.
+QRect BoxOf(const QPoint& a, const QPoint& b) {
+  return {QPoint(std::min(a.x(), b.x()), std::min(a.y(), b.y())),
+          QPoint(std::max(a.x(), b.x()), std::max(a.y(), b.y()))};
+}
+
+// The pixel of a coordinate, in few steps. One that is no number falls outside too.
+int ToPixel(float units, double pixels_per_unit) {
+  // Added to this, a number shows its whole part and 16 binary digits of its fraction at the end of
+  // its bits. Rounded there, an exact border of two pixels belongs to the second one, whatever the
+  // product lost.
+  constexpr double kShift = 1.5 * (1ULL << 36);
+  constexpr int kFraction = 16;
+  const double pixel = static_cast<double>(units) * pixels_per_unit;
+  const double below = pixel < kFarthestPixel ? pixel : kFarthestPixel;
+  const double inside = below > -kFarthestPixel ? below : -kFarthestPixel;
+  const std::int64_t steps =
+      std::bit_cast<std::int64_t>(inside + kShift) - std::bit_cast<std::int64_t>(kShift);
+  return static_cast<int>(steps >> kFraction);
 }
 
 }  // namespace
+
+inline QPoint QtSurface::PixelOf(Point point) const {
+  return {ToPixel(point.x, pixels_per_unit_) - origin_, ToPixel(point.y, pixels_per_unit_)};
+}
 
 QtSurface::QtSurface(QImage& image, double dpi)
     : device_(image),
       image_(&image),
       painter_(&image),
       twips_per_pixel_x_(kTwipsPerInch / dpi),
-      twips_per_pixel_y_(kTwipsPerInch / dpi) {
+      twips_per_pixel_y_(kTwipsPerInch / dpi),
+      pixels_per_unit_(dpi / kTwipsPerInch) {
+  if (image.format() == QImage::Format_RGB32) lines_.emplace(image);
   SetFont({});
   SetClip({}, {});
 }
@@ -66,6 +90,13 @@ QtSurface::QtSurface(QPaintDevice& paper)
       twips_per_pixel_y_(kTwipsPerInch / paper.logicalDpiY()) {
   SetFont({});
   SetClip({}, {});
+}
+
+QtSurface::~QtSurface() { PaintLines(); }
+
+void QtSurface::PaintLines() {
+  is_repeated_ = false;
+  if (IsFast()) lines_->Paint();
 }
 
 float QtSurface::ScaleWidth() const {
@@ -83,6 +114,7 @@ void QtSurface::NewPage() {
 
 void QtSurface::Cls(Colour colour) {
   if (!Ready()) return;
+  PaintLines();
   painter_.setClipping(false);
   painter_.fillRect(WholeArea(), ToQColor(colour));
   painter_.setClipping(true);
@@ -95,15 +127,34 @@ void QtSurface::SetPen(Colour colour, DrawStyle style, int width) {
   // Mitred corners would shoot out of a noisy line.
   pen.setJoinStyle(Qt::BevelJoin);
   painter_.setPen(pen);
+  pen_colour_ = pen.color().rgb();
+  pen_width_ = pen.width();
+  is_repeated_ = false;
+  style_ = style;
 }
 
 void QtSurface::Line(Point from, Point to) {
-  if (!Ready()) return;
-  if (image_ != nullptr) {
-    painter_.drawLine(PixelOf(from), PixelOf(to));
-  } else {
-    painter_.drawLine(PlaceOf(from), PlaceOf(to));
+  if (!IsFast()) {
+    if (!Ready()) return;
+    if (image_ == nullptr) return painter_.drawLine(PlaceOf(from), PlaceOf(to));
+    return painter_.drawLine(PixelOf(from), PixelOf(to));
   }
+  const std::array<QPoint, 2> ends{PixelOf(from), PixelOf(to)};
+  // Many samples in one place are one stroke.
+  if (is_repeated_ && ends == last_line_) return;
+  last_line_ = ends;
+  const QPoint length = ends[1] - ends[0];
+  // In a gap a stroke as short as that would be lost.
+  const int gap = kGap * pen_width_;
+  const bool is_short = std::abs(length.x()) < gap && std::abs(length.y()) < gap;
+  const bool is_solid = is_short || style_ == DrawStyle::kSolid;
+  if (is_solid && (length.x() == 0 || length.y() == 0)) {
+    Fill(std::min(ends[0].x(), ends[1].x()), std::min(ends[0].y(), ends[1].y()),
+         std::max(ends[0].x(), ends[1].x()), std::max(ends[0].y(), ends[1].y()));
+  } else {
+    Join(ends, is_solid);
+  }
+  is_repeated_ = true;
 }
 
 void QtSurface::Polyline(std::span<const Point> points) {
@@ -115,23 +166,54 @@ void QtSurface::Polyline(std::span<const Point> points) {
     painter_.drawPolyline(places);
     return;
   }
-  pixels_.clear();
-  for (const Point point : points) pixels_.push_back(PixelOf(point));
-  const QPen& pen = painter_.pen();
-  if (pen.style() == Qt::SolidLine && image_->format() == QImage::Format_RGB32) {
-    DrawDenseLine(*image_, clip_, pixels_, pen.color().rgb(), pen.width());
+  pixels_.resize(points.size());
+  std::transform(points.begin(), points.end(), pixels_.begin(),
+                 [scale = pixels_per_unit_, origin = origin_](const Point& point) {
+                   return QPoint(ToPixel(point.x, scale) - origin, ToPixel(point.y, scale));
+                 });
+  if (IsFast()) {
+    Join(pixels_, false);
   } else {
     painter_.drawPolyline(pixels_.data(), static_cast<int>(pixels_.size()));
   }
 }
 
+void QtSurface::Join(std::span<const QPoint> pixels, bool is_solid) {
+  is_repeated_ = false;
+  lines_->Add(pixels, clip_,
+              {pen_colour_, pen_width_, is_solid ? DrawStyle::kSolid : style_, dash_origin_});
+  if (!gathers_) lines_->Paint();
+}
+
 void QtSurface::FilledBox(Point corner, Point opposite) {
   if (!Ready()) return;
-  // The outline's pen lies on the edge, half of it outside.
-  const int width = painter_.pen().width();
-  const QRect box = PixelBox(corner, opposite)
-                        .adjusted(-(width / 2), -(width / 2), (width - 1) / 2, (width - 1) / 2);
-  painter_.fillRect(box, painter_.pen().color());
+  const QRect box = PixelBox(corner, opposite);
+  if (IsFast()) return Fill(box.left(), box.top(), box.right(), box.bottom());
+  painter_.fillRect(box.adjusted(-(pen_width_ / 2), -(pen_width_ / 2), (pen_width_ - 1) / 2,
+                                 (pen_width_ - 1) / 2),
+                    painter_.pen().color());
+}
+
+// With the pen's outline. Four numbers: a box that has just been put together is read slowly.
+void QtSurface::Fill(int left, int top, int right, int bottom) {
+  PaintLines();
+  const int before = pen_width_ / 2;
+  const int behind = (pen_width_ - 1) / 2;
+  left = std::max(left - before, clip_.left());
+  top = std::max(top - before, clip_.top());
+  right = std::min(right + behind, clip_.right());
+  bottom = std::min(bottom + behind, clip_.bottom());
+  if (left > right || top > bottom) return;
+  constexpr int kLarge = 2000;  // pixels from which on the library's own way is the faster one
+  if ((right - left + 1) * (bottom - top + 1) > kLarge) {
+    const QRect area(QPoint(left, top), QPoint(right, bottom));
+    return painter_.fillRect(area, QColor::fromRgb(pen_colour_));
+  }
+  const qsizetype stride = image_->bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
+  QRgb* row = reinterpret_cast<QRgb*>(image_->bits()) + top * stride;
+  for (int y = top; y <= bottom; ++y, row += stride) {
+    for (int x = left; x <= right; ++x) row[x] = pen_colour_;
+  }
 }
 
 void QtSurface::SetClip(Point corner, Point opposite) {
@@ -139,6 +221,7 @@ void QtSurface::SetClip(Point corner, Point opposite) {
   // Always a clip, were it the whole area: without one dashed lines take twice the time.
   clip_ = corner == opposite ? WholeArea() : PixelBox(corner, opposite) & WholeArea();
   painter_.setClipRect(clip_);
+  is_repeated_ = false;
 }
 
 void QtSurface::SetFont(const Font& font) {
@@ -159,6 +242,7 @@ float QtSurface::TextHeight(std::string_view) const {
 
 void QtSurface::Text(Point at, std::string_view text, Colour colour) {
   if (!Ready()) return;
+  PaintLines();
   const QPen line_pen = painter_.pen();
   painter_.setPen(ToQColor(colour));
   const QPointF corner = PlaceOf(at);
@@ -167,20 +251,13 @@ void QtSurface::Text(Point at, std::string_view text, Colour colour) {
   painter_.setPen(line_pen);
 }
 
-QPoint QtSurface::PixelOf(Point point) const {
-  return {ToPixel(point.x, twips_per_pixel_x_), ToPixel(point.y, twips_per_pixel_y_)};
-}
-
 QPointF QtSurface::PlaceOf(Point point) const {
   return {static_cast<double>(point.x) / twips_per_pixel_x_,
           static_cast<double>(point.y) / twips_per_pixel_y_};
 }
 
 QRect QtSurface::PixelBox(Point corner, Point opposite) const {
-  const QPoint a = PixelOf(corner);
-  const QPoint b = PixelOf(opposite);
-  return {QPoint(std::min(a.x(), b.x()), std::min(a.y(), b.y())),
-          QPoint(std::max(a.x(), b.x()), std::max(a.y(), b.y()))};
+  return BoxOf(PixelOf(corner), PixelOf(opposite));
 }
 
 QRect QtSurface::WholeArea() const { return {0, 0, device_.width(), device_.height()}; }

@@ -4,11 +4,14 @@
 #include <QFont>
 #include <QPainter>
 #include <QRect>
+#include <array>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
 
 #include "platform/drawing_surface.h"
+#include "platform/qt/dense_line.h"
 
 class QImage;
 class QPaintDevice;
@@ -24,10 +27,24 @@ class QtSurface final : public DrawingSurface {
   explicit QtSurface(QImage& image, double dpi = kScreenDpi);
   // A page of a printer or the like, at its own resolution.
   explicit QtSurface(QPaintDevice& paper);
+  ~QtSurface() override;
 
   // False when nothing can be drawn, such as on a printer that is not there; all operations are
   // without effect then.
   bool Ready() const { return painter_.isActive(); }
+
+  // Of a picture: this column of the scale stands at its left edge. What lies in it is the same
+  // pixel by pixel, however far it has been moved.
+  void SetOrigin(int column) { origin_ = column; }
+  // Of a picture in RGB32: where its left edge stands in the pattern of dashed lines, in pixels.
+  void SetDashOrigin(int column) {
+    dash_origin_ = column;
+    is_repeated_ = false;
+  }
+  // From here on lines need not appear before `PaintLines`, the next operation of another kind, or
+  // the end of this. Many lines that cover one another are faster so.
+  void GatherLines() { gathers_ = true; }
+  void PaintLines();
 
   float ScaleWidth() const override;
   float ScaleHeight() const override;
@@ -45,6 +62,9 @@ class QtSurface final : public DrawingSurface {
   void Text(Point at, std::string_view text, Colour colour) override;
 
  private:
+  bool IsFast() const { return lines_.has_value(); }
+  void Fill(int left, int top, int right, int bottom);
+  void Join(std::span<const QPoint> pixels, bool is_solid);
   QPoint PixelOf(Point point) const;
   QPointF PlaceOf(Point point) const;
   QRect PixelBox(Point corner, Point opposite) const;
@@ -55,8 +75,18 @@ class QtSurface final : public DrawingSurface {
   QPainter painter_;
   double twips_per_pixel_x_;
   double twips_per_pixel_y_;
+  double pixels_per_unit_ = 0;  // of a picture, in both directions
   QFont font_;
   QRect clip_;
+  QRgb pen_colour_ = 0;
+  int pen_width_ = 1;
+  DrawStyle style_ = DrawStyle::kSolid;
+  int origin_ = 0;
+  int dash_origin_ = 0;
+  std::optional<DenseLines> lines_;  // on an image in RGB32
+  bool gathers_ = false;
+  std::array<QPoint, 2> last_line_;
+  bool is_repeated_ = false;    // nothing has happened since that one
   std::vector<QPoint> pixels_;  // kept between calls, so that a redraw does not allocate
 };
 

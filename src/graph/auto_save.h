@@ -1,0 +1,35 @@
+// Automatic saving of what was measured: one file for each day.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "graph/frm_context_menu.h"
+#include "graph/frm_graphic.h"
+
+namespace tarnlink {
+
+class AutoSave {
+ public:
+  // Binds the timer. Both forms outlive it.
+  AutoSave(frmGraphic& graph, frmContextMenu& menu);
+
+  // `Dir`, which ends with its separator, the day such as "05mar24", "-" and the first number of 00
+  // to 999 of which there is no file yet. All taken: the last one, which is replaced.
+  std::string GetNewFileName(const std::string& Dir, Date Day) const;
+
+  // Saves once more if automatic saving is on.
+  void Unload();
+
+  // Writes the file of the day that has passed.
+  std::function<void()> AutoSaveMeasurements;
+
+ private:
+  void AutoSaveTimer();
+  void Save();
+
+  frmGraphic& graph_;
+  frmContextMenu& menu_;
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,43 @@
+#include "graph/graph_form.h"
+
+#include "common/run_time_error.h"
+
+namespace tarnlink {
+
+GraphForm::GraphForm(frmGraphic& graph, frmContextMenu& menu, GraphAcquisition& acquisition,
+                     AutoSave& auto_save)
+    : graph_(graph), menu_(menu), acquisition_(acquisition), auto_save_(auto_save) {
+  menu_.mnuExit.Click = [this] { Unload(); };
+}
+
+void GraphForm::Load() {
+  graph_.Data.InitMeasurements();
+  graph_.Data.DefaultColor();
+  LineColors colours;
+  graph_.Data.Attributes = LoadDefaultAttributes(colours);
+  graph_.Data.FirstTime = graph_.Data.LastTime = graph_.BaseTime = graph_.Now();
+  graph_.ScreenRefreshTimer->SetEnabled(true);
+  is_loaded_ = true;
+  acquisition_.InitCom();
+  graph_.form.Visible = true;
+}
+
+void GraphForm::Unload() {
+  if (!is_loaded_) return;
+  is_loaded_ = false;
+  auto_save_.Unload();
+  graph_.ZOLTCommunication = false;
+  for (Timer* timer :
+       {graph_.CommWatch.get(), graph_.AutoSaveTimer.get(), graph_.ScreenRefreshTimer.get()}) {
+    timer->SetEnabled(false);
+  }
+  try {
+    if (graph_.Comm->PortOpen()) graph_.Comm->SetPortOpen(false);
+  } catch (const RunTimeError&) {
+    // A device that is gone needs no closing.
+  }
+  graph_.form.Visible = false;
+  if (Unloaded) Unloaded();
+}
+
+}  // namespace tarnlink

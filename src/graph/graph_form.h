@@ -1,0 +1,36 @@
+// The life of the graph's form: how it begins and how it is left.
+#pragma once
+
+#include <functional>
+
+#include "graph/auto_save.h"
+#include "graph/frm_context_menu.h"
+#include "graph/frm_graphic.h"
+#include "graph/graph_acquisition.h"
+
+namespace tarnlink {
+
+class GraphForm {
+ public:
+  // Binds `lblExit` and the menu's last entry. All arguments outlive it.
+  GraphForm(frmGraphic& graph, frmContextMenu& menu, GraphAcquisition& acquisition,
+            AutoSave& auto_save);
+
+  // The default lines without samples, following the clock; then the acquisition begins and the
+  // form appears.
+  void Load();
+  // Saves once more if that is on, lets the port go and hides the form. Only once.
+  void Unload();
+
+  // The form has gone for good; the next one begins anew.
+  std::function<void()> Unloaded;
+
+ private:
+  frmGraphic& graph_;
+  frmContextMenu& menu_;
+  GraphAcquisition& acquisition_;
+  AutoSave& auto_save_;
+  bool is_loaded_ = false;
+};
+
+}  // namespace tarnlink

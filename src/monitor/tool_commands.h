@@ -1,0 +1,19 @@
+// The tools' entries of the menu. One form at a time uses the port, so none opens during a run.
+#pragma once
+
+#include <functional>
+
+#include "monitor/frm_main.h"
+
+namespace tarnlink {
+
+// Shows a tool, or says that the run must be stopped first.
+void OpenTool(frm_Main& main, const std::function<void()>& show);
+
+class ToolCommands {
+ public:
+  // Binds the entries; `main` outlives it.
+  explicit ToolCommands(frm_Main& main);
+};
+
+}  // namespace tarnlink

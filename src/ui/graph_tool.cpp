@@ -1,0 +1,33 @@
+#include "ui/graph_tool.h"
+
+#include <QTimer>
+#include <utility>
+
+#include "ui/on_demand.h"
+
+namespace tarnlink {
+
+GraphTool::GraphTool(Platform& platform, GraphPort port, QWidget* parent)
+    : platform_(platform), port_(std::move(port)), parent_(parent) {}
+
+void GraphTool::Show() {
+  if (graph_ && graph_->graph.form.Visible) return;
+  Drop();
+  graph_ = std::make_unique<Graph>(platform_, port_);
+  MakeOnDemand(graph_->graph.form,
+               [this] { window_ = std::make_unique<GraphWindow>(*graph_, parent_); });
+  MakeOnDemand(graph_->test_mode.form, [this] {
+    test_mode_ = std::make_unique<TestModeDialog>(graph_->test_mode, window_.get());
+  });
+  // One of its own handlers says so: it goes when that has ended.
+  graph_->form.Unloaded = [this] { QTimer::singleShot(0, window_.get(), [this] { Drop(); }); };
+  graph_->form.Load();
+}
+
+void GraphTool::Drop() {
+  test_mode_.reset();
+  window_.reset();
+  graph_.reset();
+}
+
+}  // namespace tarnlink

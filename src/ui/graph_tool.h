@@ -1,0 +1,35 @@
+// The graph as a tool: it begins anew each time that it is opened, and goes when it is left.
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+#include "graph/graph.h"
+#include "ui/graph_window.h"
+#include "ui/test_mode_dialog.h"
+
+namespace tarnlink {
+
+class GraphTool {
+ public:
+  // `platform` and `parent`, the window that it opens over, outlive it.
+  GraphTool(Platform& platform, GraphPort port, QWidget* parent);
+
+  void Show();
+
+  // Both null while it is not open.
+  Graph* graph() const { return graph_.get(); }
+  GraphWindow* window() const { return window_.get(); }
+
+ private:
+  void Drop();
+
+  Platform& platform_;
+  GraphPort port_;
+  QWidget* parent_;
+  std::unique_ptr<Graph> graph_;
+  std::unique_ptr<GraphWindow> window_;
+  std::unique_ptr<TestModeDialog> test_mode_;
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,245 @@
+#include "ui/graph_window.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QScrollBar>
+
+#include "platform/qt/qt_colour.h"
+#include "platform/qt/qt_text.h"
+#include "ui/binders.h"
+#include "ui/click_label.h"
+#include "ui/label_panel.h"
+#include "ui/mouse_button.h"
+#include "ui/palette.h"
+#include "ui/units.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr QSize kSmallestWindow(760, 500);
+constexpr QSize kUsualWindow(1180, 760);
+constexpr double kLargestShare = 0.9;  // of the screen that a new window takes
+constexpr int kOverhang = 24;          // pixels: half a time label beside the picture
+constexpr int kCaptionOverhang = 3;    // pixels: as far as there is nothing beside the captions
+constexpr int kIndent = 3;             // pixels before a text
+constexpr int kMessageTop = 24;        // pixels from the top of the picture
+
+std::vector<Label*> LabelsOf(FixedArray<Label>& array) {
+  std::vector<Label*> labels;
+  for (int i = array.first(); i <= array.last(); ++i) labels.push_back(&array(i));
+  return labels;
+}
+
+// How high the letters of all labels are, and how wide those that need a width.
+void MeasureLabels(frmGraphic& form) {
+  const QFontMetrics metrics(GraphFont());
+  const float height = ToUnits(metrics.height());
+  const auto measure = [&](FixedArray<Label>& array, const QString& longest) {
+    for (int i = array.first(); i <= array.last(); ++i) {
+      array(i).Height = height;
+      if (!longest.isEmpty()) array(i).Width = ToUnits(metrics.horizontalAdvance(longest));
+    }
+  };
+  measure(form.lblVal, {});
+  measure(form.lblX, "00:00:00");
+  for (FixedArray<Label>* scale : {&form.lblYL, &form.lblYR}) {
+    measure(*scale, {});
+    for (int i = 1; i <= scale->last(); ++i) (*scale)(i).Width = (*scale)(0).Width;
+  }
+  form.lblDate.Height = height;
+}
+
+}  // namespace
+
+GraphWindow::GraphWindow(Graph& graph, QWidget* parent)
+    : QDialog(parent, Qt::Window | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint),
+      graph_(graph),
+      form_(graph.graph),
+      menu_(new QMenu(this)) {
+  setObjectName(ToQt(form_.form.name()));
+  setWindowTitle(ToQt(form_.caption.Caption.get()));
+  setModal(true);
+  setMinimumSize(kSmallestWindow);
+  MeasureLabels(form_);
+  canvas_ = new GraphCanvas(graph_, this);
+  BuildPanels();
+  BuildLabels();
+  BuildMenu();
+  graph_.display.ShowContextMenu = [this] { ShowMenu(); };
+  graph_.picture.CopyPicture = [this] { QGuiApplication::clipboard()->setImage(Picture()); };
+  graph_.picture.PngBytes = [this] {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    Picture().save(&buffer, "PNG");
+    return bytes.toStdString();
+  };
+  form_.form.SetView([this] { ShowForm(); });
+  resize(kUsualWindow.boundedTo(screen()->availableSize() * kLargestShare));
+  ShowForm();
+}
+
+GraphWindow::~GraphWindow() {
+  form_.form.SetView({});
+  form_.lblCommunicationError.SetView({});
+  form_.lblDate.SetView({});
+  graph_.display.ShowContextMenu = {};
+  graph_.picture.CopyPicture = {};
+  graph_.picture.PngBytes = {};
+}
+
+// --- What it is made of --------------------------------------------------------------------------
+
+void GraphWindow::BuildPanels() {
+  const std::vector<std::vector<Label*>> labels = {LabelsOf(form_.lblVal), LabelsOf(form_.lblX),
+                                                   LabelsOf(form_.lblYL), LabelsOf(form_.lblYR)};
+  const std::vector<Qt::Alignment> alignments = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight,
+                                                 Qt::AlignLeft};
+  for (int i = 0; i <= form_.frm.last(); ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    const int overhang = i == 1 ? kOverhang : i == 0 ? kCaptionOverhang : 0;
+    auto* panel = new LabelPanel(form_.frm(i), labels[at], alignments[at], this, overhang);
+    if (i == 0) {
+      panel->Drop = [this](std::size_t label) {
+        const std::size_t row = label / kLabelsOfRow;
+        return row < form_.CaptionDrop.size() ? form_.CaptionDrop[row] : 0;
+      };
+    }
+    panel->Down = [this, i](MouseButton button) { graph_.display.PanelMouseDown(i, button); };
+  }
+}
+
+void GraphWindow::BuildLabels() {
+  exit_ = new ClickLabel(form_.lblExit, this);
+  exit_->Click = [this] { graph_.form.Unload(); };
+  test_ = new ClickLabel(form_.lblTest, this);
+  test_->Down = [this](MouseButton button) { graph_.acquisition.TestMouseDown(button); };
+  test_->Up = [this](MouseButton) { graph_.acquisition.TestMouseUp(); };
+  date_ = new QLabel(this);
+  date_->setObjectName(ToQt(form_.lblDate.name()));
+  date_->setTextFormat(Qt::PlainText);
+  date_->setFont(GraphFont());
+  date_->setIndent(kIndent);
+  form_.lblDate.SetView([this] { ShowDate(); });
+  scroll_ = new QScrollBar(Qt::Horizontal, this);
+  Bind(scroll_, form_.HScroll1);
+  message_ = new QLabel(this);
+  message_->setObjectName(ToQt(form_.lblCommunicationError.name()));
+  message_->setFont(GraphFont());
+  message_->setMargin(kIndent);
+  message_->setFrameShape(QFrame::Box);
+  message_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  form_.lblCommunicationError.SetView([this] { ShowMessage(); });
+  ShowDate();
+  ShowMessage();
+}
+
+void GraphWindow::BuildMenu() {
+  frmContextMenu& menu = graph_.menu;
+  const auto add = [this](QMenu* to, MenuEntry& entry) {
+    QAction* action = to->addAction(QString());
+    Bind(action, entry);
+    addAction(action);  // its key works while the menu is not open
+    return action;
+  };
+  const auto add_check = [&](QMenu* to, MenuEntry& entry) {
+    QAction* action = add(to, entry);
+    action->setCheckable(true);
+    action->setChecked(entry.Checked);
+  };
+  menu_->setObjectName("mnuContextMenu");
+  add_check(menu_, menu.mnuZOLTCom);
+  menu_->addSeparator();
+  QMenu* scale = menu_->addMenu(QString());
+  Bind(scale->menuAction(), menu.mnuTimeScale);
+  for (int i = 0; i < kTimeScales; ++i) add_check(scale, menu.mnuScale(i));
+  add_check(menu_, menu.mnuTimeScroll);
+  add_check(menu_, menu.mnuMeasOnly);
+  menu_->addSeparator();
+  add(menu_, menu.mnuCopyPicture)->setShortcut(QKeySequence::Copy);
+  add(menu_, menu.mnuSavePicture);
+  menu_->addSeparator();
+  add(menu_, menu.mnuExit);
+}
+
+// --- What it shows -------------------------------------------------------------------------------
+
+void GraphWindow::ShowForm() {
+  SetColours(this, ToQColor(form_.form.BackColor), palette().color(QPalette::WindowText));
+  if (form_.form.Visible == isVisible()) return;
+  setVisible(form_.form.Visible);
+  if (form_.form.Visible) canvas_->setFocus();
+}
+
+void GraphWindow::ShowDate() {
+  const Label& date = form_.lblDate;
+  SetColours(date_, ToQColor(date.BackColor), ToQColor(date.ForeColor));
+  date_->setText(ToQt(date.Caption.get()));
+  date_->setToolTip(PlainToolTip(date.ToolTipText));
+  date_->setGeometry(ToPixels(date.Left), ToPixels(date.Top), ToPixels(form_.GraphPan.Left),
+                     ToPixels(date.Height));
+}
+
+void GraphWindow::ShowMessage() {
+  const QColor paper(255, 243, 205);
+  const QColor ink(150, 0, 0);
+  message_->setAutoFillBackground(true);
+  SetColours(message_, paper, ink);
+  message_->setText(ToQt(form_.lblCommunicationError.Caption.get()));
+  message_->adjustSize();
+  const QRect picture = PlaceOf(form_.GraphPan);
+  message_->move(picture.center().x() - message_->width() / 2, picture.top() + kMessageTop);
+  message_->setVisible(form_.lblCommunicationError.Visible);
+  message_->raise();
+}
+
+void GraphWindow::ShowMenu() {
+  const QRect picture(canvas_->mapToGlobal(QPoint(0, 0)), canvas_->size());
+  const QPoint pointer = QCursor::pos();
+  menu_->popup(rect().contains(mapFromGlobal(pointer)) ? pointer : picture.center());
+}
+
+// What is there to be pressed is not of the picture.
+QImage GraphWindow::Picture() {
+  QImage picture = grab().toImage();
+  QPainter painter(&picture);
+  for (const QWidget* part : std::initializer_list<QWidget*>{exit_, test_, scroll_}) {
+    painter.fillRect(part->geometry(), ToQColor(form_.form.BackColor));
+  }
+  return picture;
+}
+
+// --- What the user does --------------------------------------------------------------------------
+
+// The frame's close button is "Exit".
+void GraphWindow::closeEvent(QCloseEvent* event) {
+  graph_.form.Unload();
+  event->accept();
+}
+
+void GraphWindow::resizeEvent(QResizeEvent* event) {
+  QDialog::resizeEvent(event);
+  form_.ScaleWidth = ToUnits(width());
+  form_.ScaleHeight = ToUnits(height());
+  graph_.display.Form_Resize();
+  scroll_->setGeometry(PlaceOf(form_.HScroll1));
+  ShowDate();
+  ShowMessage();
+}
+
+void GraphWindow::mouseReleaseEvent(QMouseEvent* event) {
+  graph_.display.FormMouseUp(ToMouseButton(*event));
+}
+
+// Escape and Enter end no measurement.
+void GraphWindow::keyPressEvent(QKeyEvent* event) { event->ignore(); }
+
+}  // namespace tarnlink

@@ -1,0 +1,77 @@
+// The tools' entries and the project's files of a tool: refused while the run has the port.
+
+#include "monitor/tool_commands.h"
+
+#include <string>
+
+#include "form/monitor_fixture.h"
+
+namespace tarnlink {
+namespace {
+
+constexpr const char* kGraphFile = "/jobs/burner.grp";
+
+class ToolCommandsTest : public MonitorTest {
+ protected:
+  ToolCommandsTest() {
+    main.ShowGraphic = [this] { ++shown; };
+    main.trvProject.AddFileToProject("grp", kGraphFile);
+    world.disk().Put(kGraphFile, "");
+  }
+  void DoubleClick() { main.trvProject_DblClick(kGraphFile); }
+  void ExpectRefusal() {
+    world.dialogs().ExpectMessageBox({.text = "Stop Communication First",
+                                      .title = "Communication Error",
+                                      .icon = Icon::kCritical});
+  }
+  void Run() {
+    Screen({ByteAt("01A0")});
+    SlaveHolds({{"01A0", "2A"}});
+    Start();
+    Advance(500);
+    ASSERT_TRUE(main.CommRunning);
+  }
+
+  frm_Main& main = monitor.main;
+  int shown = 0;
+};
+
+TEST_F(ToolCommandsTest, TheGraphOpensByMenuAndByDoubleClick) {
+  main.M_Graphics.Press();
+  EXPECT_EQ(shown, 1);
+  DoubleClick();
+  EXPECT_EQ(shown, 2);
+  EXPECT_EQ(main.GraphicFile, kGraphFile);
+}
+
+TEST_F(ToolCommandsTest, DuringARunTheMenuHasNoGraphAndADoubleClickIsRefused) {
+  Run();
+  EXPECT_FALSE(main.M_Graphics.Enabled);
+  main.M_Graphics.Press();
+  ExpectRefusal();
+  DoubleClick();
+  EXPECT_EQ(shown, 0);
+  EXPECT_TRUE(main.CommRunning) << "The run goes on.";
+  Stop();
+  main.M_Graphics.Press();
+  DoubleClick();
+  EXPECT_EQ(shown, 2);
+}
+
+TEST_F(ToolCommandsTest, AnEntryThatCanBeChosenDuringARunRefusesToo) {
+  Run();
+  main.M_Graphics.Enabled = true;
+  ExpectRefusal();
+  main.M_Graphics.Press();
+  EXPECT_EQ(shown, 0);
+}
+
+TEST_F(ToolCommandsTest, WithoutTheToolNothingHappens) {
+  main.ShowGraphic = nullptr;
+  main.M_Graphics.Press();
+  DoubleClick();
+  EXPECT_EQ(world.dialogs().shown().size(), 0U);
+}
+
+}  // namespace
+}  // namespace tarnlink
