@@ -77,7 +77,11 @@ QtSurface::QtSurface(QImage& image, double dpi)
       twips_per_pixel_x_(kTwipsPerInch / dpi),
       twips_per_pixel_y_(kTwipsPerInch / dpi),
       pixels_per_unit_(dpi / kTwipsPerInch) {
-  if (image.format() == QImage::Format_RGB32) lines_.emplace(image);
+  if (image.format() == QImage::Format_RGB32) {
+    lines_.emplace(image);
+    bits_ = reinterpret_cast<QRgb*>(image.bits());
+    stride_ = image.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
+  }
   SetFont({});
   SetClip({}, {});
 }
@@ -151,6 +155,8 @@ void QtSurface::Line(Point from, Point to) {
   if (is_solid && (length.x() == 0 || length.y() == 0)) {
     Fill(std::min(ends[0].x(), ends[1].x()), std::min(ends[0].y(), ends[1].y()),
          std::max(ends[0].x(), ends[1].x()), std::max(ends[0].y(), ends[1].y()));
+  } else if (is_short && std::abs(length.x()) == 1 && std::abs(length.y()) == 1) {
+    for (const QPoint end : ends) Fill(end.x(), end.y(), end.x(), end.y());
   } else {
     Join(ends, is_solid);
   }
@@ -209,9 +215,8 @@ void QtSurface::Fill(int left, int top, int right, int bottom) {
     const QRect area(QPoint(left, top), QPoint(right, bottom));
     return painter_.fillRect(area, QColor::fromRgb(pen_colour_));
   }
-  const qsizetype stride = image_->bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
-  QRgb* row = reinterpret_cast<QRgb*>(image_->bits()) + top * stride;
-  for (int y = top; y <= bottom; ++y, row += stride) {
+  QRgb* row = bits_ + top * stride_;
+  for (int y = top; y <= bottom; ++y, row += stride_) {
     for (int x = left; x <= right; ++x) row[x] = pen_colour_;
   }
 }

@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QPainter>
 #include <QRect>
+#include <QRgb>
 #include <array>
 #include <optional>
 #include <span>
@@ -84,6 +85,8 @@ class QtSurface final : public DrawingSurface {
   int origin_ = 0;
   int dash_origin_ = 0;
   std::optional<DenseLines> lines_;  // on an image in RGB32
+  QRgb* bits_ = nullptr;             // that image's first pixel, and pixels from row to row
+  qsizetype stride_ = 0;
   bool gathers_ = false;
   std::array<QPoint, 2> last_line_;
   bool is_repeated_ = false;    // nothing has happened since that one
