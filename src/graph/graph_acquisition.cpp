@@ -58,6 +58,7 @@ void GraphAcquisition::InitCom() {
   if (port.PortOpen()) port.SetPortOpen(false);
   quiet_watch_->SetEnabled(false);
   doubt_.Clear();
+  trusted_ = 0;
   GiveUpRequest();
   bool is_free = false;
   try {
@@ -196,7 +197,10 @@ void GraphAcquisition::Received(int event) {
   }
   std::string bytes = rest_ + graph_.Comm->Input();
   rest_.clear();
-  if (quiet_watch_->Enabled()) return doubt_.Raise();
+  if (quiet_watch_->Enabled()) {
+    is_heard_ = true;
+    return doubt_.Raise();
+  }
   bool is_answered = false;
   while (!is_answered && bytes.size() >= zolt_frame::kLength) {
     const std::string frame = bytes.substr(0, zolt_frame::kLength);
@@ -252,10 +256,11 @@ bool GraphAcquisition::IsLate(const Key& answer) {
 // Of two requests for the same nobody can tell whose answer it is, and one of them could stay out
 // for ever: where one got none, and where only one line is asked for and the answer comes sooner
 // than a line can bring it.
-bool GraphAcquisition::MayBeOneTooMany() const {
+bool GraphAcquisition::MayBeOneTooMany() {
   if (std::find(given_up_.begin(), given_up_.end(), *request_) != given_up_.end()) return true;
   constexpr int kTwoLines = 1;  // may share an ID
-  return repeated_ > kTwoLines && Milliseconds() - sent_ < TimeOfExchange();
+  if (repeated_ <= kTwoLines || Milliseconds() - sent_ >= TimeOfExchange()) return false;
+  return --trusted_ < 0;
 }
 
 void GraphAcquisition::GiveUpRequest() {
@@ -280,6 +285,7 @@ void GraphAcquisition::AwaitQuiet() {
   graph_.CommWatch->SetEnabled(false);
   graph_.Comm->SetRThreshold(zolt_frame::kLength);
   doubt_.Raise();
+  is_heard_ = false;
   quiet_watch_->SetEnabled(true);
 }
 
@@ -290,11 +296,14 @@ void GraphAcquisition::QuietTick() {
   }
   if (graph_.Comm->InBufferCount() > 0) {
     graph_.Comm->ClearInBuffer();
+    is_heard_ = true;
     doubt_.Raise();
   }
   if (!doubt_.AllowsRequest(kQuietTick, TimeOfExchange())) return;
   quiet_watch_->SetEnabled(false);
   given_up_.clear();
+  constexpr int kTrusted = 200;
+  trusted_ = is_heard_ ? 0 : kTrusted;
   SendOrRetry();
 }
 

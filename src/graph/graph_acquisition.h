@@ -55,7 +55,7 @@ class GraphAcquisition {
   void AwaitRest(std::string rest);
   void Store(const ZoltMessage& answer);
   bool IsLate(const Key& answer);
-  bool MayBeOneTooMany() const;
+  bool MayBeOneTooMany();
   void GiveUpRequest();
   double Milliseconds() const;
   static Key KeyOf(std::string_view frame);
@@ -76,6 +76,8 @@ class GraphAcquisition {
   GraphPort options_;
   std::optional<Key> request_;  // the request that is out, or the last one
   int repeated_ = 0;            // how often it went out before, one time after the other
+  int trusted_ = 0;             // answers that may be sooner than the line can bring them
+  bool is_heard_ = false;       // something came while the line was to be quiet
   double sent_ = 0;             // when, in ms
   std::vector<Key> given_up_;   // requests without an answer: that may still come
   std::string rest_;            // the beginning of an answer that came behind a late one

@@ -11,13 +11,13 @@ GraphForm::GraphForm(frmGraphic& graph, frmContextMenu& menu, GraphAcquisition& 
 }
 
 void GraphForm::Load() {
+  is_loaded_ = true;
   graph_.Data.InitMeasurements();
   graph_.Data.DefaultColor();
   LineColors colours;
   graph_.Data.Attributes = LoadDefaultAttributes(colours);
   graph_.Data.FirstTime = graph_.Data.LastTime = graph_.BaseTime = graph_.Now();
   graph_.ScreenRefreshTimer->SetEnabled(true);
-  is_loaded_ = true;
   acquisition_.InitCom();
   graph_.form.Visible = true;
 }

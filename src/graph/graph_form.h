@@ -19,6 +19,8 @@ class GraphForm {
   // The default lines without samples, following the clock; then the acquisition begins and the
   // form appears.
   void Load();
+  // From the beginning of `Load` on, until it is unloaded.
+  bool IsLoaded() const { return is_loaded_; }
   // Saves once more if that is on, lets the port go and hides the form. Only once.
   void Unload();
 

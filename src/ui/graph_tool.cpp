@@ -11,7 +11,7 @@ GraphTool::GraphTool(Platform& platform, GraphPort port, QWidget* parent)
     : platform_(platform), port_(std::move(port)), parent_(parent) {}
 
 void GraphTool::Show() {
-  if (graph_ && graph_->graph.form.Visible) return;
+  if (graph_ && graph_->form.IsLoaded()) return;
   Drop();
   graph_ = std::make_unique<Graph>(platform_, port_);
   MakeOnDemand(graph_->graph.form,

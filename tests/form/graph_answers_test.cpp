@@ -199,5 +199,21 @@ TEST_F(GraphAcquisitionTest, LineErrorsAreNotLookedAt) {
   EXPECT_TRUE(graph.CommWatch->Enabled());
 }
 
+// Behind some adapters all bytes come at once, whatever the speed.
+TEST_F(GraphAcquisitionTest, ALineThatIsFasterThanItsSpeedIsTrusted) {
+  menu.SetCommunication(true);
+  int waits = 0;
+  for (int i = 0; i < 200; ++i) {
+    Sent();
+    world.Advance(1ms);
+    Answer(kReadAcknowledge, kLanesId, 1, 1);
+    if (graph.CommWatch->Enabled()) continue;
+    ++waits;
+    world.Advance(260ms);
+    EXPECT_EQ(Sent(), Poll(1, kLanesId));
+  }
+  EXPECT_EQ(waits, 1);
+}
+
 }  // namespace
 }  // namespace tarnlink

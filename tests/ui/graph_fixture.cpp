@@ -44,6 +44,8 @@ void GraphUiTest::Open() {
   window().resize(1180, 760);
   start = graph().Now();
   Activate(window());
+  // Where the mouse is already, it does not move to.
+  MoveTo(QPoint(1, 1));
 }
 
 void GraphUiTest::Activate(QWidget& window) {
