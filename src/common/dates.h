@@ -11,6 +11,8 @@ namespace tarnlink {
 using Date = double;
 
 inline constexpr double kSecondsPerDay = 86400.0;
+inline constexpr double kMinutesPerDay = 1440.0;
+inline constexpr int kSecondsPerMinute = 60;
 
 struct CivilTime {
   int year = 1899;

@@ -55,13 +55,13 @@ GraphAcquisition::GraphAcquisition(frmGraphic& graph, frmContextMenu& menu, Grap
 
 void GraphAcquisition::InitCom() {
   SerialPort& port = *graph_.Comm;
-  if (port.PortOpen()) port.SetPortOpen(false);
   quiet_watch_->SetEnabled(false);
   doubt_.Clear();
   trusted_ = 0;
   GiveUpRequest();
   bool is_free = false;
   try {
+    if (port.PortOpen()) port.SetPortOpen(false);
     port.SetCommPort(options_.ComPortNumber());
     port.SetRThreshold(zolt_frame::kLength);
     port.SetSettings(Str(Speed()) + "n,8,1");
@@ -174,11 +174,10 @@ std::string GraphAcquisition::NextFrame() {
     ++graph_.LinePointer;
     if (graph_.LinePointer > graph_.Data.LastChannel()) graph_.LinePointer = 0;
   } while (!IsPolled(graph_.LinePointer));
-  const GraphAttribute line = graph_.Data.LineAt(graph_.LinePointer);
-  constexpr std::int32_t kHighByte = 0xFF00;
+  const GraphAttribute& line = graph_.Data.LineAt(graph_.LinePointer);
   return BuildZoltMessage(line.Class, Hex(line.SlaveAddress), line.ID,
-                          static_cast<std::uint8_t>((line.Data & kHighByte) / 256),
-                          static_cast<std::uint8_t>(line.Data));
+                          static_cast<std::uint8_t>(HighByte(line.Data)),
+                          static_cast<std::uint8_t>(LowByte(line.Data)));
 }
 
 // The lanes' answer is always wanted.
@@ -195,12 +194,8 @@ void GraphAcquisition::Received(int event) {
     graph_.Comm->ClearInBuffer();
     return;
   }
-  std::string bytes = rest_ + graph_.Comm->Input();
-  rest_.clear();
-  if (quiet_watch_->Enabled()) {
-    is_heard_ = true;
-    return doubt_.Raise();
-  }
+  if (quiet_watch_->Enabled()) return DropWhatComes();
+  std::string bytes = std::exchange(rest_, {}) + graph_.Comm->Input();
   bool is_answered = false;
   while (!is_answered && bytes.size() >= zolt_frame::kLength) {
     const std::string frame = bytes.substr(0, zolt_frame::kLength);
@@ -210,7 +205,10 @@ void GraphAcquisition::Received(int event) {
     is_answered = !zolt_frame::IsGood(frame) || TakeFrame(frame);
   }
   if (!is_answered) return AwaitRest(std::move(bytes));
-  if (!bytes.empty() || MayBeOneTooMany()) return AwaitQuiet();
+  const bool is_early = IsTooEarly();
+  const bool is_doubtful = !bytes.empty() || MayBeOneTooMany() || (is_early && trusted_ == 0);
+  if (is_early && trusted_ > 0) --trusted_;
+  if (is_doubtful) return AwaitQuiet();
   SendOrRetry();
 }
 
@@ -225,6 +223,8 @@ bool GraphAcquisition::TakeFrame(std::string_view frame) {
   }
   // A request is no answer: some adapters send back what they were given.
   if (answer.Ack == zolt_frame::kRead || answer.Ack == zolt_frame::kWrite) return false;
+  // One that says that the request was damaged need not know its ID.
+  if (answer.Ack == zolt_frame::kCorruptedMessage) return true;
   if (IsLate(KeyOf(frame))) return false;
   if (answer.Ack == zolt_frame::kReadAcknowledge) Store(answer);
   return true;
@@ -254,13 +254,17 @@ bool GraphAcquisition::IsLate(const Key& answer) {
 }
 
 // Of two requests for the same nobody can tell whose answer it is, and one of them could stay out
-// for ever: where one got none, and where only one line is asked for and the answer comes sooner
-// than a line can bring it.
-bool GraphAcquisition::MayBeOneTooMany() {
-  if (std::find(given_up_.begin(), given_up_.end(), *request_) != given_up_.end()) return true;
+// for ever.
+bool GraphAcquisition::MayBeOneTooMany() const {
+  return std::find(given_up_.begin(), given_up_.end(), *request_) != given_up_.end();
+}
+
+// Where only one line is asked for, an answer that comes sooner than the line can bring it belongs
+// to an earlier request. Behind some adapters every answer does: where nothing more came, they are
+// trusted for a while.
+bool GraphAcquisition::IsTooEarly() const {
   constexpr int kTwoLines = 1;  // may share an ID
-  if (repeated_ <= kTwoLines || Milliseconds() - sent_ >= TimeOfExchange()) return false;
-  return --trusted_ < 0;
+  return repeated_ > kTwoLines && Milliseconds() - sent_ < TimeOfExchange();
 }
 
 void GraphAcquisition::GiveUpRequest() {
@@ -289,20 +293,22 @@ void GraphAcquisition::AwaitQuiet() {
   quiet_watch_->SetEnabled(true);
 }
 
+void GraphAcquisition::DropWhatComes() {
+  graph_.Comm->ClearInBuffer();
+  is_heard_ = true;
+  doubt_.Raise();
+}
+
 void GraphAcquisition::QuietTick() {
   if (!graph_.ZOLTCommunication) {
     quiet_watch_->SetEnabled(false);
     return;
   }
-  if (graph_.Comm->InBufferCount() > 0) {
-    graph_.Comm->ClearInBuffer();
-    is_heard_ = true;
-    doubt_.Raise();
-  }
+  if (graph_.Comm->InBufferCount() > 0) DropWhatComes();
   if (!doubt_.AllowsRequest(kQuietTick, TimeOfExchange())) return;
   quiet_watch_->SetEnabled(false);
   given_up_.clear();
-  constexpr int kTrusted = 200;
+  constexpr int kTrusted = 200;  // answers: less than a minute on a usual line
   trusted_ = is_heard_ ? 0 : kTrusted;
   SendOrRetry();
 }

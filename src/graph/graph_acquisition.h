@@ -16,7 +16,7 @@
 
 namespace tarnlink {
 
-// What the options say of the line, asked whenever the acquisition begins.
+// What the options say of the line.
 struct GraphPort {
   std::function<int()> ComPortNumber;
   std::function<int()> Baudrate;  // as it is stored: how often 1200 is doubled
@@ -55,12 +55,14 @@ class GraphAcquisition {
   void AwaitRest(std::string rest);
   void Store(const ZoltMessage& answer);
   bool IsLate(const Key& answer);
-  bool MayBeOneTooMany();
+  bool MayBeOneTooMany() const;
+  bool IsTooEarly() const;
   void GiveUpRequest();
   double Milliseconds() const;
   static Key KeyOf(std::string_view frame);
   void AwaitQuiet();
   void QuietTick();
+  void DropWhatComes();
   void SayBusy();
   void WatchExpired();
   void mnuZOLTCom();

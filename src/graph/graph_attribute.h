@@ -17,6 +17,9 @@ inline constexpr int kBar = 3;
 inline constexpr int kPercent = 4;
 inline constexpr int kOnOff = 5;
 
+// Temperatures and pressures have the upper band of the picture, all other lines the lower one.
+constexpr bool IsUpperBand(int unit) { return unit == kCelsius || unit == kBar; }
+
 // Indices of `cmbStoredAs`: which part of the raw value counts.
 inline constexpr int kStoredMsb = 0;
 inline constexpr int kStoredLsb = 1;

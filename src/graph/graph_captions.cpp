@@ -22,17 +22,15 @@ class CaptionTops {
   CaptionTops(float panel_height, float row_height)
       : upper_(kMargin),
         lanes_(std::floor(panel_height * static_cast<float>(kUpperBand))),
-        lower_top_(std::floor(static_cast<float>(kUpperBand + kLanes) * panel_height + kMargin)),
+        lower_top_(std::floor(static_cast<float>(kUpperBand + kLaneBand) * panel_height + kMargin)),
         lower_(lower_top_),
         lane_step_(std::nearbyint(row_height)),
         step_(static_cast<float>(std::nearbyint(kSpacing * row_height))) {}
 
   float Next(int unit) {
     if (unit == kOnOff) return Step(lanes_, lane_step_);
-    return Step(IsUpper(unit) ? upper_ : lower_, step_);
+    return Step(IsUpperBand(unit) ? upper_ : lower_, step_);
   }
-
-  static bool IsUpper(int unit) { return unit == kCelsius || unit == kBar; }
 
   // How far the rows of the lanes have come into those below them.
   float Overlap() const { return std::max(lanes_ - lower_top_, 0.0F); }
@@ -40,7 +38,6 @@ class CaptionTops {
  private:
   static constexpr float kMargin = 50;
   static constexpr double kSpacing = 1.2;
-  static constexpr double kLanes = 0.15;  // the band between the two others
 
   static float Step(float& top, float step) {
     const float here = top;
@@ -89,7 +86,7 @@ void ShowCaptions(frmGraphic& graph) {
   }
   for (; k <= kCaptionLabels; ++k) graph.lblVal(k).Visible = false;
   for (std::size_t row = 0; row < units.size(); ++row) {
-    const bool is_lower = units[row] != kOnOff && !CaptionTops::IsUpper(units[row]);
+    const bool is_lower = units[row] != kOnOff && !IsUpperBand(units[row]);
     graph.CaptionDrop.at(row) = is_lower ? tops.Overlap() : 0;
   }
 }

@@ -11,8 +11,6 @@ namespace tarnlink {
 namespace {
 
 constexpr int kMostMinutes = 30'000;  // that the scroll bar reaches
-constexpr double kMinutesPerDay = 1440;
-constexpr std::int64_t kSecondsPerMinute = 60;
 
 }  // namespace
 
@@ -91,7 +89,7 @@ void GraphDisplay::DrawTimeScale() {
 }
 
 std::string GraphDisplay::Stamp(Date time) const {
-  return FormatDate(time, "dd-mmm-yy hh:nn:ss", graph_.platform().locale().Months());
+  return FormatDate(time, kStampPattern, graph_.platform().locale().Months());
 }
 
 void GraphDisplay::ShowDate() {

@@ -23,7 +23,7 @@ class GraphDisplay {
   void DrawAgain();
   // Lays the form out in its present size, unless that is too small, and draws it.
   void Form_Resize();
-  // What the picture box shows.
+  // The whole picture with its cursor, on any surface.
   void Paint(DrawingSurface& surface) const;
   GraphView View() const;
   // Of a lane in the picture: one caption row.

@@ -6,8 +6,8 @@ namespace tarnlink {
 
 GraphForm::GraphForm(frmGraphic& graph, frmContextMenu& menu, GraphAcquisition& acquisition,
                      AutoSave& auto_save)
-    : graph_(graph), menu_(menu), acquisition_(acquisition), auto_save_(auto_save) {
-  menu_.mnuExit.Click = [this] { Unload(); };
+    : graph_(graph), acquisition_(acquisition), auto_save_(auto_save) {
+  menu.mnuExit.Click = [this] { Unload(); };
 }
 
 void GraphForm::Load() {
@@ -32,9 +32,9 @@ void GraphForm::Unload() {
     timer->SetEnabled(false);
   }
   try {
-    if (graph_.Comm->PortOpen()) graph_.Comm->SetPortOpen(false);
+    graph_.Comm->SetPortOpen(false);
   } catch (const RunTimeError&) {
-    // A device that is gone needs no closing.
+    // Whatever the device says, the graph is left.
   }
   graph_.form.Visible = false;
   if (Unloaded) Unloaded();

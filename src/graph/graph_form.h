@@ -12,7 +12,7 @@ namespace tarnlink {
 
 class GraphForm {
  public:
-  // Binds `lblExit` and the menu's last entry. All arguments outlive it.
+  // Binds the menu's last entry. All arguments outlive it.
   GraphForm(frmGraphic& graph, frmContextMenu& menu, GraphAcquisition& acquisition,
             AutoSave& auto_save);
 
@@ -29,7 +29,6 @@ class GraphForm {
 
  private:
   frmGraphic& graph_;
-  frmContextMenu& menu_;
   GraphAcquisition& acquisition_;
   AutoSave& auto_save_;
   bool is_loaded_ = false;

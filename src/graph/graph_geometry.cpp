@@ -8,7 +8,6 @@ namespace tarnlink {
 
 namespace {
 
-constexpr double kSecondsPerMinute = 60.0;
 constexpr int kLongestOfMinutes = 10;  // the longest scale with a label for each minute
 
 // The ends of the scales.
@@ -22,13 +21,13 @@ std::string HourAndMinute(Date time, const char* behind = "") {
   return FormatDate(time, "hh:nn", EnglishMonthNames()) + behind;
 }
 
-Date MinutesFrom(Date time, int minutes) {
-  return time + minutes * kSecondsPerMinute / kSecondsPerDay;
-}
+Date MinutesFrom(Date time, int minutes) { return time + minutes / kMinutesPerDay; }
 
 // At one minute: the last full minute and the last half one.
 std::vector<TimeLabel> MinuteLabels(Date base, int second, double width) {
-  const auto at = [&](int seconds_ago) { return width * (1.0 - seconds_ago / kSecondsPerMinute); };
+  const auto at = [&](int seconds_ago) {
+    return width * (1.0 - static_cast<double>(seconds_ago) / kSecondsPerMinute);
+  };
   std::vector<TimeLabel> labels = {{HourAndMinute(base, ":00"), at(second)}};
   if (second > 30) {
     labels.push_back({HourAndMinute(base, ":30"), at(second - 30)});
@@ -45,7 +44,7 @@ double Remaining(int phase, int step) { return 1.0 - static_cast<double>(phase %
 
 Date GraphView::StartTime() const { return MinutesFrom(BaseTime, -TimeScale); }
 
-ValueMap::ValueMap(int unit, float height) : is_upper_(unit == kCelsius || unit == kBar) {
+ValueMap::ValueMap(int unit, float height) : is_upper_(IsUpperBand(unit)) {
   const double degrees = height * kUpperBand / kDegrees;
   const double bars = height * kUpperBand / kBars;
   const double turns = height * kLowerBand / kTurns;

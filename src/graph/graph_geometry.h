@@ -15,6 +15,7 @@ namespace tarnlink {
 // percentages, the lanes stand between them.
 inline constexpr double kUpperBand = 0.45;
 inline constexpr double kLowerBand = 0.4;
+inline constexpr double kLaneBand = 0.15;
 inline constexpr int kUpperSteps = 13;  // of the grid
 inline constexpr int kLowerSteps = 7;
 inline constexpr int kTimeLines = 10;
@@ -55,6 +56,9 @@ class ValueMap {
   double top_ = 0;     // what stands at the top of the picture
   double height_ = 0;  // of the picture
 };
+
+// The moments that people read on the form.
+inline constexpr const char* kStampPattern = "dd-mmm-yy hh:nn:ss";
 
 // What is seen of time, and on how large a picture.
 struct GraphView {

@@ -7,6 +7,7 @@ namespace tarnlink {
 
 namespace {
 
+// What is seen, and how often it is drawn while it follows the clock.
 struct Scale {
   std::int16_t minutes;
   int refresh;  // ms: a pixel covers more time at a longer scale

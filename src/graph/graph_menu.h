@@ -7,7 +7,7 @@
 
 namespace tarnlink {
 
-// Of `mnuScale`: the view, and how often it is drawn while it follows the clock.
+// The entries of `mnuScale`.
 inline constexpr int kTimeScales = 5;
 
 class GraphMenu {

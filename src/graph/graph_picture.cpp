@@ -127,7 +127,7 @@ void GraphPicture::DrawLines() {
   for (int i = 0; i <= data_.LastAttribute(); ++i) {
     const GraphAttribute& line = data_.Attributes[static_cast<std::size_t>(i)];
     if (!line.ShowLine) continue;
-    if (i >= data_.LastChannel() || line.Unit == kOnOff) {
+    if (data_.IsLane(i)) {
       DrawStatusLine(i, lane++, line);
     } else {
       DrawAnalogLine(i, line);

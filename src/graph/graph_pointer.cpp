@@ -23,8 +23,7 @@ float Distance(Point at, Point from, Point to) {
 }
 
 std::int64_t SecondsAt(const GraphView& view, float x) {
-  const Date start = view.StartTime();
-  return ToSeconds(start + (view.BaseTime - start) * static_cast<double>(x) / view.ScaleWidth);
+  return static_cast<std::int64_t>(std::floor(view.Times().SecondsAt(x)));
 }
 
 }  // namespace
@@ -40,7 +39,7 @@ std::optional<PointerReading> GraphPointer::ReadLine(const GraphView& view, Poin
   for (int i = 0; i < graph_.Data.LastChannel(); ++i) {
     const GraphAttribute& line = graph_.Data.Attributes[static_cast<std::size_t>(i)];
     const MeasureChannel& channel = graph_.Data.ChannelOf(i);
-    if (!line.ShowLine || line.Unit == kOnOff || channel.Count() == 0) continue;
+    if (!line.ShowLine || graph_.Data.IsLane(i) || channel.Count() == 0) continue;
     const auto point = [&](int sample) {
       return Point{view.TimeToX(channel[sample].Time),
                    view.ValueToY(ValueOfLine(line, channel[sample].Value), line.Unit)};
@@ -68,7 +67,7 @@ std::optional<PointerReading> GraphPointer::ReadLane(const GraphView& view, Poin
   int lane = static_cast<int>((at.y - top) / height);
   for (int i = 0; i <= graph_.Data.LastAttribute(); ++i) {
     const GraphAttribute& line = graph_.Data.Attributes[static_cast<std::size_t>(i)];
-    if (!line.ShowLine || (i < graph_.Data.LastChannel() && line.Unit != kOnOff)) continue;
+    if (!line.ShowLine || !graph_.Data.IsLane(i)) continue;
     if (lane-- > 0) continue;
     const MeasureChannel& channel = graph_.Data.ChannelOf(i);
     const int sample = channel.LastNotLater(SecondsAt(view, at.x));
@@ -91,14 +90,13 @@ PointerReading GraphPointer::Tell(const GraphAttribute& line, const MeasureSampl
   }
   return {.Name = line.Alias,
           .Value = text,
-          .Time = FormatDate(FromSeconds(sample.Time), "dd-mmm-yy hh:nn:ss", locale.Months()),
+          .Time = FormatDate(FromSeconds(sample.Time), kStampPattern, locale.Months()),
           .At = at,
           .LineColor = line.LineColor};
 }
 
 void GraphPointer::MoveInTime(double minutes) {
   if (graph_.AutoScroll) return;
-  constexpr double kMinutesPerDay = 1440;
   const Date scale = graph_.TimeScale / kMinutesPerDay;
   const Date latest = graph_.Data.LastTime;
   const Date earliest = std::min(graph_.Data.FirstTime + scale, latest);

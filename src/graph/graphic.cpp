@@ -43,8 +43,9 @@ void Graphic::AddMeasurement(std::int32_t Value, Date Time, int Index) {
   if (FirstTime == 0) FirstTime = Time;
 }
 
-GraphAttribute Graphic::LineAt(int Index) const {
-  if (Index < 0 || Index > LastAttribute()) return {};
+const GraphAttribute& Graphic::LineAt(int Index) const {
+  static const GraphAttribute kOff;
+  if (Index < 0 || Index > LastAttribute()) return kOff;
   return Attributes[static_cast<std::size_t>(Index)];
 }
 

@@ -53,7 +53,9 @@ class Graphic {
   int LastChannel() const { return static_cast<int>(Channels.size()) - 1; }
   int LastAttribute() const { return static_cast<int>(Attributes.size()) - 1; }
   // Line `Index`; one that is off where the table has none.
-  GraphAttribute LineAt(int Index) const;
+  const GraphAttribute& LineAt(int Index) const;
+  // Whether line `Index` is drawn as an on/off lane.
+  bool IsLane(int Index) const { return Index >= LastChannel() || LineAt(Index).Unit == kOnOff; }
   // The channel that line `Index` reads.
   const MeasureChannel& ChannelOf(int Index) const;
 };

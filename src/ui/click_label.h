@@ -1,4 +1,4 @@
-// A label that is pressed with the mouse like a button, or with the space bar.
+// A label that is pressed with the mouse like a button, or with Space or Enter.
 #pragma once
 
 #include <QWidget>

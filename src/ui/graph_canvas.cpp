@@ -6,6 +6,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
 
 #include "platform/qt/qt_colour.h"
 #include "platform/qt/qt_text.h"
@@ -106,11 +108,11 @@ void GraphCanvas::PaintReading(QPainter& painter) const {
 QRect GraphCanvas::ReadingPlace(const QSize& text) const {
   const QSize box = text + QSize(2 * kMargin, 2 * kMargin);
   const QPoint at = pointer_.value_or(QPoint());
-  const int right =
+  const int left =
       at.x() + kGap + box.width() < width() ? at.x() + kGap : at.x() - kGap - box.width();
-  const int below =
+  const int top =
       at.y() + kGap + box.height() < height() ? at.y() + kGap : at.y() - kGap - box.height();
-  return {QPoint(std::max(right, 0), std::max(below, 0)), box};
+  return {QPoint(std::max(left, 0), std::max(top, 0)), box};
 }
 
 void GraphCanvas::Read() {
@@ -149,7 +151,6 @@ bool GraphCanvas::IsDrag(const QPoint& at) const {
 void GraphCanvas::DragTo(const QPoint& at) {
   if (!is_dragging_) setCursor(Qt::ClosedHandCursor);
   is_dragging_ = true;
-  constexpr double kMinutesPerDay = 1440;
   const double minutes =
       static_cast<double>(pressed_->x() - at.x()) / std::max(width(), 1) * form_.TimeScale;
   const double moved = (form_.BaseTime - pressed_base_) * kMinutesPerDay;

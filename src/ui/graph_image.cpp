@@ -6,12 +6,11 @@
 #include <utility>
 
 #include "platform/qt/qt_surface.h"
+#include "ui/units.h"
 
 namespace tarnlink {
 
 namespace {
-
-constexpr float kUnitsPerPixel = 15;  // of a widget
 
 // Then all of it is drawn anew, before the numbers of the places grow too coarse.
 constexpr int kMostPages = 16;
@@ -50,7 +49,9 @@ void GraphImage::Update(const Graphic& data, const GraphView& view, float lane_h
   const bool is_same = look == look_ && CanMove(data, view);
   look_ = std::move(look);
   if (!is_same) return Begin(data, view);
-  const int moved = ShiftOf(view.BaseTime) - std::exchange(shift_, ShiftOf(view.BaseTime));
+  const int shift = ShiftOf(view.BaseTime);
+  const int moved = shift - shift_;
+  shift_ = shift;
   base_ = view.BaseTime;
   const int first = FirstChange(data, moved);
   if (first <= 0) return Begin(data, view);
@@ -193,7 +194,9 @@ void GraphImage::Draw(const Graphic& data, int first_column) {
 
 int GraphImage::Margin() const { return static_cast<int>(std::ceil(kReach * look_.ratio)); }
 
-double GraphImage::UnitsPerPixel() const { return kUnitsPerPixel / look_.ratio; }
+double GraphImage::UnitsPerPixel() const {
+  return static_cast<double>(kUnitsPerPixel) / look_.ratio;
+}
 
 GraphPens GraphImage::Pens() const {
   const auto wide = [this](int width) {

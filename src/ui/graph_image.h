@@ -40,7 +40,7 @@ class GraphImage {
 
     bool operator==(const LineLook&) const = default;
   };
-  // What the whole picture is drawn from, apart from them and the time at its right edge.
+  // What the whole picture is drawn from, apart from samples and the time at its right edge.
   struct Look {
     int time_scale = 0;
     float width = 0;

@@ -99,22 +99,19 @@ GraphWindow::~GraphWindow() {
 // --- What it is made of --------------------------------------------------------------------------
 
 void GraphWindow::BuildPanels() {
-  const std::vector<std::vector<Label*>> labels = {LabelsOf(form_.lblVal), LabelsOf(form_.lblX),
-                                                   LabelsOf(form_.lblYL), LabelsOf(form_.lblYR)};
-  const std::vector<Qt::Alignment> alignments = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight,
-                                                 Qt::AlignLeft};
-  for (int i = 0; i <= form_.frm.last(); ++i) {
-    const auto at = static_cast<std::size_t>(i);
-    const int overhang = i == 1 ? kOverhang : i == 0 ? kCaptionOverhang : 0;
-    auto* panel = new LabelPanel(form_.frm(i), labels[at], alignments[at], this, overhang);
-    if (i == 0) {
-      panel->Drop = [this](std::size_t label) {
-        const std::size_t row = label / kLabelsOfRow;
-        return row < form_.CaptionDrop.size() ? form_.CaptionDrop[row] : 0;
-      };
-    }
+  const auto build = [this](int i, FixedArray<Label>& labels, Qt::Alignment alignment,
+                            int overhang) {
+    auto* panel = new LabelPanel(form_.frm(i), LabelsOf(labels), alignment, this, overhang);
     panel->Down = [this, i](MouseButton button) { graph_.display.PanelMouseDown(i, button); };
-  }
+    return panel;
+  };
+  build(0, form_.lblVal, Qt::AlignLeft, kCaptionOverhang)->Drop = [this](std::size_t label) {
+    const std::size_t row = label / kLabelsOfRow;
+    return row < form_.CaptionDrop.size() ? form_.CaptionDrop[row] : 0;
+  };
+  build(1, form_.lblX, Qt::AlignHCenter, kOverhang);
+  build(2, form_.lblYL, Qt::AlignRight, 0);
+  build(3, form_.lblYR, Qt::AlignLeft, 0);
 }
 
 void GraphWindow::BuildLabels() {

@@ -199,6 +199,16 @@ TEST_F(GraphAcquisitionTest, LineErrorsAreNotLookedAt) {
   EXPECT_TRUE(graph.CommWatch->Enabled());
 }
 
+// It heard a damaged request, of which it may repeat anything.
+TEST_F(GraphAcquisitionTest, ASlaveThatHeardNonsenseHasAnsweredWhateverIdItSays) {
+  Show(0);
+  menu.SetCommunication(true);
+  Sent();
+  Answer(0x20, 999, 0, 0);
+  EXPECT_EQ(Sent(), Poll(1, kLanesId));
+  EXPECT_EQ(graph.RetryCount, 0);
+}
+
 // Behind some adapters all bytes come at once, whatever the speed.
 TEST_F(GraphAcquisitionTest, ALineThatIsFasterThanItsSpeedIsTrusted) {
   menu.SetCommunication(true);
