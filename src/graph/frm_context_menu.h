@@ -29,8 +29,9 @@ class frmContextMenu {
   // The view follows the clock, or stands with a cursor at its right edge.
   void SetTimeScroll(bool On);
 
-  // Begins the acquisition anew; set by what owns it.
+  // Begins the acquisition anew; draws the graph anew. Set by what owns them.
   std::function<void()> InitCom;
+  std::function<void()> DrawAgain;
 
  private:
   frmGraphic& graph_;

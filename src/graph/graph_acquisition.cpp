@@ -119,8 +119,14 @@ void GraphAcquisition::mnuZOLTCom() {
          .title = kTitle,
          .icon = Icon::kExclamation});
   }
-  menu_.SetTimeScroll(false);
-  menu_.SetCommunication(false);
+  Switch(false);
+}
+
+// The cursor may have gone to the right edge, or with it all that shows its moment.
+void GraphAcquisition::Switch(bool on) {
+  menu_.SetTimeScroll(on);
+  menu_.SetCommunication(on);
+  if (menu_.DrawAgain) menu_.DrawAgain();
 }
 
 void GraphAcquisition::AskAndSwitch() {
@@ -131,9 +137,7 @@ void GraphAcquisition::AskAndSwitch() {
                                               .title = kTitle,
                                               .icon = Icon::kExclamation,
                                               .buttons = Buttons::kYesNo});
-  if (answer != Answer::kYes) return;
-  menu_.SetTimeScroll(!runs);
-  menu_.SetCommunication(!runs);
+  if (answer == Answer::kYes) Switch(!runs);
 }
 
 // --- Requests ------------------------------------------------------------------------------------

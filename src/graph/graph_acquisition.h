@@ -67,6 +67,7 @@ class GraphAcquisition {
   void WatchExpired();
   void mnuZOLTCom();
   void AskAndSwitch();
+  void Switch(bool on);
   bool IsPolled(int index) const;
   std::string NextFrame();
   void SendOrRetry();

@@ -26,6 +26,7 @@ int MinutesBetween(Date from, Date to) {
 GraphDisplay::GraphDisplay(frmGraphic& graph, frmContextMenu& menu) : graph_(graph), menu_(menu) {
   graph_.ScreenRefreshTimer->SetOnTimer([this] { ScreenRefreshTimer(); });
   graph_.HScroll1.Change = [this] { HScroll1Changed(); };
+  menu_.DrawAgain = [this] { DrawAgain(); };
 }
 
 GraphView GraphDisplay::View() const {

@@ -16,7 +16,7 @@ enum class CursorKey { kLeft, kRight };
 
 class GraphDisplay {
  public:
-  // Both forms outlive it; it binds the refresh timer and the scroll bar.
+  // Both forms outlive it; it binds the refresh timer, the scroll bar and the menu's `DrawAgain`.
   GraphDisplay(frmGraphic& graph, frmContextMenu& menu);
 
   // Brings labels, scroll bar and captions up to date and has the picture drawn anew.

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstddef>
 #include <iterator>
 
 namespace tarnlink {
@@ -15,9 +16,11 @@ namespace {
 template <class Number>
 void Release(Number* from, Number* to) {
   static const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-  const std::uintptr_t first = (reinterpret_cast<std::uintptr_t>(from) + page - 1) / page * page;
-  const std::uintptr_t last = reinterpret_cast<std::uintptr_t>(to) / page * page;
-  if (first < last) madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
+  auto* const bytes = reinterpret_cast<std::byte*>(from);
+  const std::size_t size = static_cast<std::size_t>(to - from) * sizeof(Number);
+  const std::size_t before = (page - reinterpret_cast<std::uintptr_t>(from) % page) % page;
+  if (before + page > size) return;
+  madvise(bytes + before, (size - before) / page * page, MADV_DONTNEED);
 }
 
 }  // namespace

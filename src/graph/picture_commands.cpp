@@ -18,7 +18,8 @@ void PictureCommands::mnuSavePicture() {
   // As it is now, not as it has become while the user looks for a folder.
   const std::string bytes = PngBytes();
   Platform& platform = graph_.platform();
-  const std::string name = FormatDate(graph_.Now(), "ddmmmyy", platform.locale().Months()) + ".png";
+  const std::string name =
+      FormatDate(graph_.Now(), "ddmmmyy-hhnnss", platform.locale().Months()) + ".png";
   const std::optional<std::string> path =
       platform.dialogs().SaveFile({.title = "Save picture",
                                    .filter = "Picture (*.png)|*.png",

@@ -59,6 +59,16 @@ void GraphCanvas::Draw() {
   update();
 }
 
+void GraphCanvas::ShowPlain(bool plain) {
+  is_plain_ = plain;
+  update();
+}
+
+void GraphCanvas::focusInEvent(QFocusEvent* event) {
+  came_by_key_ = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  QWidget::focusInEvent(event);
+}
+
 // --- Painting ------------------------------------------------------------------------------------
 
 void GraphCanvas::paintEvent(QPaintEvent*) {
@@ -66,19 +76,25 @@ void GraphCanvas::paintEvent(QPaintEvent*) {
                 size(), devicePixelRatioF());
   QPainter painter(this);
   painter.drawImage(QPoint(0, 0), image_.image());
+  if (!is_plain_) PaintFocus(painter);
   PaintCursor(painter);
-  PaintReading(painter);
-  if (hasFocus()) {
-    painter.setPen(palette().color(QPalette::Highlight));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
-  }
+  if (!is_plain_) PaintReading(painter);
+}
+
+// Who came by the mouse knows where the keyboard is. The cursor stands over it.
+void GraphCanvas::PaintFocus(QPainter& painter) const {
+  if (!hasFocus() || !came_by_key_) return;
+  painter.setPen(palette().color(QPalette::Highlight));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void GraphCanvas::PaintCursor(QPainter& painter) const {
   if (cursor_ == 0) return;
   painter.setPen(ToQColor(form_.Data.Colors.CursorColor));
-  const int x = static_cast<int>(std::floor(view_.TimeToX(cursor_) / kUnitsPerPixel));
+  const int place = static_cast<int>(std::floor(view_.TimeToX(cursor_) / kUnitsPerPixel));
+  // The picture's scale may end within a pixel that the widget has no more.
+  const int x = cursor_ <= view_.BaseTime ? std::min(place, width() - 1) : place;
   painter.drawLine(x, 0, x, height());
 }
 

@@ -16,7 +16,11 @@ class GraphCanvas final : public QWidget {
   GraphCanvas(Graph& graph, QWidget* parent);
   ~GraphCanvas() override;
 
+  // Without the keyboard's frame and the pointer's reading, for a picture.
+  void ShowPlain(bool plain);
+
  protected:
+  void focusInEvent(QFocusEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
@@ -29,6 +33,7 @@ class GraphCanvas final : public QWidget {
  private:
   void ShowControl();
   void Draw();
+  void PaintFocus(QPainter& painter) const;
   void PaintCursor(QPainter& painter) const;
   void PaintReading(QPainter& painter) const;
   QRect ReadingPlace(const QSize& text) const;
@@ -48,7 +53,9 @@ class GraphCanvas final : public QWidget {
   std::optional<QPoint> pressed_;  // where the left button went down
   Date pressed_base_ = 0;          // what stood at the right edge then
   bool is_dragging_ = false;
-  int wheel_ = 0;  // what has been turned since the last step
+  bool is_plain_ = false;
+  bool came_by_key_ = false;  // the keyboard's focus
+  int wheel_ = 0;             // what has been turned since the last step
 };
 
 }  // namespace tarnlink

@@ -14,8 +14,7 @@ void GraphTool::Show() {
   if (graph_ && graph_->form.IsLoaded()) return;
   Drop();
   graph_ = std::make_unique<Graph>(platform_, port_);
-  MakeOnDemand(graph_->graph.form,
-               [this] { window_ = std::make_unique<GraphWindow>(*graph_, parent_); });
+  MakeOnDemand(graph_->graph.form, [this] { MakeWindow(); });
   MakeOnDemand(graph_->test_mode.form, [this] {
     test_mode_ = std::make_unique<TestModeDialog>(graph_->test_mode, window_.get());
   });
@@ -24,7 +23,13 @@ void GraphTool::Show() {
   graph_->form.Load();
 }
 
+void GraphTool::MakeWindow() {
+  window_ = std::make_unique<GraphWindow>(*graph_, parent_);
+  if (!place_.isEmpty()) window_->restoreGeometry(place_);
+}
+
 void GraphTool::Drop() {
+  if (window_) place_ = window_->saveGeometry();
   test_mode_.reset();
   window_.reset();
   graph_.reset();

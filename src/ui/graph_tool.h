@@ -1,6 +1,7 @@
 // The graph as a tool: it begins anew each time that it is opened, and goes when it is left.
 #pragma once
 
+#include <QByteArray>
 #include <QWidget>
 #include <memory>
 
@@ -22,11 +23,13 @@ class GraphTool {
   GraphWindow* window() const { return window_.get(); }
 
  private:
+  void MakeWindow();
   void Drop();
 
   Platform& platform_;
   GraphPort port_;
   QWidget* parent_;
+  QByteArray place_;  // of the window when it was last open
   std::unique_ptr<Graph> graph_;
   std::unique_ptr<GraphWindow> window_;
   std::unique_ptr<TestModeDialog> test_mode_;

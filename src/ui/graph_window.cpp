@@ -206,7 +206,9 @@ void GraphWindow::ShowMenu() {
 
 // What is there to be pressed is not of the picture.
 QImage GraphWindow::Picture() {
+  canvas_->ShowPlain(true);
   QImage picture = grab().toImage();
+  canvas_->ShowPlain(false);
   QPainter painter(&picture);
   for (const QWidget* part : std::initializer_list<QWidget*>{exit_, test_, scroll_}) {
     painter.fillRect(part->geometry(), ToQColor(form_.form.BackColor));

@@ -257,12 +257,27 @@ TEST_F(GraphPicturesKept, AreCopiedByTheirEntry) {
   EXPECT_EQ(copies, 1);
 }
 
+// What stood in the picture's middle is at its edge then.
+TEST_F(GraphMenuTest, StoppingAndStartingDrawTheCursorWhereItHasGone) {
+  StandAfter(5);
+  graph.CursorTime = start + 2 * kMinute;
+  for (const char* verb : {"stop", "start"}) {
+    drawn = 0;
+    world.dialogs()
+        .ExpectMessageBox(std::string("Are you sure you want to ") + verb + " communication",
+                          "ZOLT Communication")
+        .Press(Answer::kYes);
+    menu.mnuZOLTCom.Press();
+    EXPECT_EQ(drawn, 1) << verb;
+  }
+}
+
 TEST_F(GraphPicturesKept, AreSavedAsTheyWereWhenTheUserAskedForIt) {
   world.dialogs().ExpectSaveFile("Save picture").Give(kPath).While([this] { picture = "later"; });
   menu.mnuSavePicture.Press();
   EXPECT_EQ(world.disk().Get(kPath), "as it was");
   const FileDialogRequest& asked = world.dialogs().last_file_request();
-  EXPECT_EQ(asked.file_name, "05Mar24.png");
+  EXPECT_EQ(asked.file_name, "05Mar24-140709.png");
   EXPECT_EQ(asked.filter, "Picture (*.png)|*.png");
   EXPECT_EQ(asked.extension, "png");
   EXPECT_TRUE(asked.confirm_overwrite);

@@ -54,6 +54,15 @@ TEST_F(GraphMouse, ADoubleClickIsAClick) {
   EXPECT_EQ(CursorColumn(), 444);
 }
 
+// As "Time Scroll" leaves it; the frame of the keyboard is not to cover it.
+TEST_F(GraphMouse, ACursorAtTheRightEdgeIsSeen) {
+  Part("GraphPan").clearFocus();
+  Part("GraphPan").setFocus(Qt::TabFocusReason);
+  all().menu.SetTimeScroll(false);
+  all().display.DrawAgain();
+  EXPECT_GE(CursorColumn(), Part("GraphPan").width() - 2);
+}
+
 TEST_F(GraphMouse, TheMiddleButtonSetsNoCursor) {
   ClickAt(OnPicture(300), Qt::MiddleButton);
   EXPECT_TRUE(graph().AutoScroll);

@@ -400,7 +400,7 @@ TEST_F(GraphPictureKept, GoesToTheClipboard) {
 TEST_F(GraphPictureKept, GoesToAPngFile) {
   world.dialogs().ExpectSaveFile("Save picture").Give(kPath);
   Choose("mnuSavePicture");
-  EXPECT_EQ(world.dialogs().last_file_request().file_name, "05Mar24.png");
+  EXPECT_EQ(world.dialogs().last_file_request().file_name, "05Mar24-140709.png");
   QImage picture;
   ASSERT_TRUE(picture.loadFromData(QByteArray::fromStdString(world.disk().Get(kPath)), "PNG"));
   ExpectPicture(picture);
@@ -459,7 +459,7 @@ TEST_F(GraphWindowTest, ANewSampleIsSeenWithTheNextRefresh) {
   EXPECT_EQ(LinePixels(0), 0);
   world.Advance(4s);
   graph().Data.AddMeasurement(60 << 8, graph().Now(), 0);
-  EXPECT_EQ(LinePixels(0), 0);
+  EXPECT_LE(LinePixels(0), 2) << "Its stroke begins at the edge.";
   world.Advance(1s);
   EXPECT_GT(LinePixels(0), 5);
 }

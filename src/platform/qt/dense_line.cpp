@@ -209,7 +209,8 @@ const DenseLines::Dashes* DenseLines::DashesOf(const DensePen& pen) {
   if (!dashes.is_drawn.empty()) return &dashes;
   bool is_drawn = true;
   for (const int length : pattern) {
-    dashes.is_drawn.insert(dashes.is_drawn.end(), static_cast<std::size_t>(length * pen.width),
+    dashes.is_drawn.insert(dashes.is_drawn.end(),
+                           static_cast<std::size_t>(length) * static_cast<std::size_t>(pen.width),
                            is_drawn);
     is_drawn = !is_drawn;
   }
