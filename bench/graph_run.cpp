@@ -58,7 +58,10 @@ int main(int argc, char** argv) {
   QApplication::setOrganizationName("TarnLink2");
   tarnlink::QtPlatform platform;
   tarnlink::SaveDevicePath(1, argv[1], platform.settings());
-  tarnlink::GraphTool tool(platform, {[] { return 1; }, [] { return kSpeed; }}, nullptr);
+  std::string mss_folder;
+  std::string grp_folder;
+  tarnlink::GraphTool tool(platform, {[] { return 1; }, [] { return kSpeed; }},
+                           {mss_folder, grp_folder, {}, {}}, nullptr);
   tool.Show();
   const tarnlink::Graphic& data = tool.graph()->graph.Data;
   ShowLines(tool.graph()->graph.Data);

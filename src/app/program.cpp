@@ -17,6 +17,20 @@ GraphPort GraphPortOf(Monitor& monitor) {
           .Baudrate = [&monitor] { return StoredBaudrate(monitor.main.platform().settings()); }};
 }
 
+GraphProject GraphProjectOf(Monitor& monitor) {
+  return {.mss_folder = monitor.main.MssCmnDlg.InitDir,
+          .grp_folder = monitor.main.GrpCmnDlg.InitDir,
+          .HasFile =
+              [&monitor](const std::string& name) {
+                return monitor.main.trvProject.Find(name) != nullptr;
+              },
+          .AddFile =
+              [&monitor](const std::string& name) {
+                monitor.main.trvProject.AddFileToProject("grp", name);
+                monitor.main.ProjectChanged = true;
+              }};
+}
+
 }  // namespace
 
 Program::Program() {
@@ -38,8 +52,9 @@ Program::Program() {
     write_registers_ =
         std::make_unique<MultipleRegistersDialog>(monitor_.write_registers, write_value_.get());
   });
-  graph_ = std::make_unique<GraphTool>(platform_, GraphPortOf(monitor_), &window_);
-  monitor_.main.ShowGraphic = [this] { graph_->Show(); };
+  graph_ = std::make_unique<GraphTool>(platform_, GraphPortOf(monitor_), GraphProjectOf(monitor_),
+                                       &window_);
+  monitor_.main.ShowGraphic = [this] { graph_->Show(monitor_.main.GraphicFile); };
   monitor_.main.Unload = [this] {
     window_.LetGo();
     QCoreApplication::quit();

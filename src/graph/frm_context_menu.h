@@ -13,13 +13,21 @@ class frmContextMenu {
  public:
   explicit frmContextMenu(frmGraphic& graph);
 
+  MenuEntry mnuFile{"mnuFile", "File"};
+  MenuEntry mnuSaveProperties{"mnuSaveProperties", "Save properties"};
+  MenuEntry mnuOpenProperties{"mnuOpenProperties", "Open properties"};
+  MenuEntry mnuSaveMeasure{"mnuSaveMeasure", "Save measurements"};
+  MenuEntry mnuOpenMeasure{"mnuOpenMeasure", "Open measurements"};
+  MenuEntry mnuExport{"mnuExport", "Export"};
+  MenuEntry mnuAutoSave{"mnuAutoSave", "Auto save"};
+  MenuEntry mnuGraphSettings{"mnuGraphSettings", "Graph settings"};
   MenuEntry mnuZOLTCom{"mnuZOLTCom", "ZOLT communication"};
   MenuEntry mnuTimeScale{"mnuTimeScale", "Time scale"};
   FixedArray<MenuEntry> mnuScale{
       "mnuScale", 0, {" 1 minute", " 5 minutes", "10 minutes", "20 minutes", "60 minutes"}};
   MenuEntry mnuTimeScroll{"mnuTimeScroll", "Time Scroll"};
   MenuEntry mnuMeasOnly{"mnuMeasOnly", "Measured only"};
-  MenuEntry mnuAutoSave{"mnuAutoSave", "Auto save"};
+  MenuEntry mnuPrint{"mnuPrint", "Print"};
   MenuEntry mnuCopyPicture{"mnuCopyPicture", "Copy picture"};
   MenuEntry mnuSavePicture{"mnuSavePicture", "Save picture"};
   MenuEntry mnuExit{"mnuExit", "Quit Graphics"};

@@ -53,15 +53,19 @@ Date frmGraphic::Now() const {
 }
 
 // Degrees, then turns per minute.
-std::vector<std::string> frmGraphic::LeftScale() {
-  return {"120", "110", "100", "90",   "80",   "70",   "60",   "50",   "40",   "30",   "20",
-          "10",  "0",   "-10", "7000", "6000", "5000", "4000", "3000", "2000", "1000", "0"};
+const std::vector<std::string>& LeftScale() {
+  static const std::vector<std::string> kTexts = {
+      "120", "110", "100", "90",   "80",   "70",   "60",   "50",   "40",   "30",   "20",
+      "10",  "0",   "-10", "7000", "6000", "5000", "4000", "3000", "2000", "1000", "0"};
+  return kTexts;
 }
 
 // Bar, then percent.
-std::vector<std::string> frmGraphic::RightScale() {
-  return {"6.5", "6.0", "5.5", "5.0", "4.5", "4.0", "3.5", "3.0", "2.5", "2.0", "1.5",
-          "1.0", "0.5", "0.0", "140", "120", "100", "80",  "60",  "40",  "20",  "0"};
+const std::vector<std::string>& RightScale() {
+  static const std::vector<std::string> kTexts = {
+      "6.5", "6.0", "5.5", "5.0", "4.5", "4.0", "3.5", "3.0", "2.5", "2.0", "1.5",
+      "1.0", "0.5", "0.0", "140", "120", "100", "80",  "60",  "40",  "20",  "0"};
+  return kTexts;
 }
 
 }  // namespace tarnlink

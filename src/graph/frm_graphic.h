@@ -37,6 +37,10 @@ class PictureBox : public PlacedControl {
   std::function<void()> Draw;
 };
 
+// The numbers beside the picture, from the top: degrees and turns, bar and percent.
+const std::vector<std::string>& LeftScale();
+const std::vector<std::string>& RightScale();
+
 class frmGraphic {
  public:
   explicit frmGraphic(Platform& platform);
@@ -85,9 +89,6 @@ class frmGraphic {
   bool AutoScroll = true;       // the right edge follows the clock
 
  private:
-  static std::vector<std::string> LeftScale();
-  static std::vector<std::string> RightScale();
-
   Platform& platform_;
 };
 

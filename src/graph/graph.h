@@ -4,7 +4,10 @@
 #include <utility>
 
 #include "graph/auto_save.h"
+#include "graph/file_commands.h"
 #include "graph/frm_context_menu.h"
+#include "graph/frm_graph2_printer.h"
+#include "graph/frm_graph_conf.h"
 #include "graph/frm_graphic.h"
 #include "graph/frm_test_mode.h"
 #include "graph/graph_acquisition.h"
@@ -12,15 +15,21 @@
 #include "graph/graph_form.h"
 #include "graph/graph_menu.h"
 #include "graph/graph_pointer.h"
+#include "graph/measure_files.h"
 #include "graph/picture_commands.h"
 
 namespace tarnlink {
 
 // `platform` outlives it. It begins with `form.Load()`.
 struct Graph {
-  Graph(Platform& platform, GraphPort port)
-      : graph(platform), acquisition(graph, menu, std::move(port)) {
+  Graph(Platform& platform, GraphPort port, GraphProject& project)
+      : graph(platform),
+        acquisition(graph, menu, std::move(port)),
+        file_commands(graph, menu, display, files, printer, project) {
     acquisition.ShowTestMode = [this] { test_mode.Show(); };
+    display.ShowSettings = [this] { settings.Show(); };
+    menu.mnuGraphSettings.Click = [this] { settings.Show(); };
+    settings.Closed = [this] { display.DrawAgain(); };
   }
 
   frmGraphic graph;
@@ -32,6 +41,10 @@ struct Graph {
   PictureCommands picture{graph, menu};
   AutoSave auto_save{graph, menu};
   frmTestMode test_mode{graph};
+  frmGraphConf settings{graph, display};
+  MeasureFiles files{graph, menu, auto_save};
+  frmGraph2Printer printer{graph, menu, display};
+  FileCommands file_commands;
   GraphForm form{graph, menu, acquisition, auto_save};
 };
 

@@ -14,12 +14,6 @@ constexpr float kLaneStroke = 3;
 constexpr float kLaneGap = 0.1F;
 constexpr float kLaneBar = 0.6F;
 
-DrawStyle StyleOf(const GraphAttribute& line) {
-  const bool is_known = line.LineStyle >= static_cast<int>(DrawStyle::kSolid) &&
-                        line.LineStyle <= static_cast<int>(DrawStyle::kDashDotDot);
-  return is_known ? static_cast<DrawStyle>(line.LineStyle) : DrawStyle::kSolid;
-}
-
 // A lane as it grows to the left: a bar or a line as long as its state stays.
 class LaneDrawing {
  public:
@@ -63,14 +57,20 @@ class LaneDrawing {
 
 }  // namespace
 
+DrawStyle StyleOf(const GraphAttribute& line) {
+  const bool is_known = line.LineStyle >= static_cast<int>(DrawStyle::kSolid) &&
+                        line.LineStyle <= static_cast<int>(DrawStyle::kDashDotDot);
+  return is_known ? static_cast<DrawStyle>(line.LineStyle) : DrawStyle::kSolid;
+}
+
 int NewestInView(const MeasureChannel& channel, std::int64_t base) {
   constexpr int kLowest = 2;  // the walk down to the right edge does not go below it
   const int bound = channel.UpperBound();
   return std::min(bound, std::max(channel.LastNotLater(base, bound - 1) + 1, kLowest));
 }
 
-SampleRange SamplesInView(const MeasureChannel& channel, std::int64_t base, std::int64_t start) {
-  SampleRange range{.newest = NewestInView(channel, base)};
+SamplesShown SamplesInView(const MeasureChannel& channel, std::int64_t base, std::int64_t start) {
+  SamplesShown range{.newest = NewestInView(channel, base)};
   const std::span<const std::int64_t> times = channel.Times();
   int i = range.newest - channel.FirstIndex();
   const auto time = [&](int at) { return times[static_cast<std::size_t>(at)]; };
@@ -136,8 +136,8 @@ void GraphPicture::DrawLines() {
 }
 
 // Where times fall, a sample before the left edge ends the line, so that edge is kept to.
-SampleRange GraphPicture::InView(const MeasureChannel& channel) const {
-  const SampleRange range = SamplesInView(channel, part_.newest, part_.oldest);
+SamplesShown GraphPicture::InView(const MeasureChannel& channel) const {
+  const SamplesShown range = SamplesInView(channel, part_.newest, part_.oldest);
   const std::int64_t start = ToSeconds(view_.StartTime());
   if (part_.oldest >= start || !channel.FallsBehind(range.newest - range.older)) return range;
   return SamplesInView(channel, part_.newest, start);
@@ -152,7 +152,7 @@ void GraphPicture::DrawAnalogLine(int Index, const GraphAttribute& Attribute) {
   const MeasureChannel& channel = data_.ChannelOf(Index);
   if (channel.UpperBound() == 0) return;
   SetLinePen(Attribute, pens_.solid, pens_.broken);
-  const SampleRange range = InView(channel);
+  const SamplesShown range = InView(channel);
   if (range.older == 0) return;
   const std::span<const std::int64_t> times = channel.Times();
   const std::span<const std::int32_t> values = channel.Values();
@@ -174,7 +174,7 @@ void GraphPicture::DrawStatusLine(int Index, int Lane, const GraphAttribute& Att
   const MeasureChannel& channel = data_.ChannelOf(Index);
   if (channel.UpperBound() == 0) return;
   SetLinePen(Attribute, pens_.lane, pens_.lane);
-  const SampleRange range = InView(channel);
+  const SamplesShown range = InView(channel);
   if (channel[range.newest].Time == 0) return;
   const float top = static_cast<float>(view_.ScaleHeight * kUpperBand) +
                     lane_height_ * (static_cast<float>(Lane) + kLaneGap);

@@ -10,6 +10,9 @@
 
 namespace tarnlink {
 
+// A style that is none counts as solid.
+DrawStyle StyleOf(const GraphAttribute& line);
+
 // Widths in device pixels.
 struct GraphPens {
   int hairline = 1;  // of grid and cursor
@@ -29,7 +32,7 @@ struct GraphPart {
 };
 
 // Samples of a channel: the newest one to begin with, and how many older ones follow.
-struct SampleRange {
+struct SamplesShown {
   int newest = 0;
   int older = 0;
 };
@@ -37,7 +40,7 @@ struct SampleRange {
 // The first sample behind the right edge, or the newest.
 int NewestInView(const MeasureChannel& channel, std::int64_t base);
 // From there to the first one that lies before `start`.
-SampleRange SamplesInView(const MeasureChannel& channel, std::int64_t base, std::int64_t start);
+SamplesShown SamplesInView(const MeasureChannel& channel, std::int64_t base, std::int64_t start);
 
 class GraphPicture {
  public:
@@ -61,7 +64,7 @@ class GraphPicture {
   void DrawCursor(Date CursorTime);
 
  private:
-  SampleRange InView(const MeasureChannel& channel) const;
+  SamplesShown InView(const MeasureChannel& channel) const;
   void MapTimes();
   float ToX(std::int64_t seconds) const;
   void SetLinePen(const GraphAttribute& line, int solid, int broken);

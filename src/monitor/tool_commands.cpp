@@ -13,7 +13,10 @@ void OpenTool(frm_Main& main, const std::function<void()>& show) {
 }
 
 ToolCommands::ToolCommands(frm_Main& main) {
-  main.M_Graphics.Click = [&main] { OpenTool(main, main.ShowGraphic); };
+  main.M_Graphics.Click = [&main] {
+    main.GraphicFile.clear();
+    OpenTool(main, main.ShowGraphic);
+  };
 }
 
 }  // namespace tarnlink

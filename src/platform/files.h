@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/big_file.h"
+
 namespace tarnlink {
 
 // A file that grows row by row, such as a log. Each piece is on its way to the disk when `Append`
@@ -41,6 +43,15 @@ class Files {
 
   // Opens `path` for rows, emptied first unless `keep` is set. Throws as WriteWhole does.
   virtual std::unique_ptr<RowWriter> OpenRows(const std::string& path, bool keep) = 0;
+
+  // For long files: read ahead and written behind the program's back. What goes wrong is told by
+  // the reader and the writer.
+  virtual std::unique_ptr<BigReader> ReadBig(const std::string& path) = 0;
+  virtual std::unique_ptr<BigWriter> WriteBig(const std::string& path) = 0;
+  // The same for an .xlsx file: its one sheet, "Sheet1", gets the fields of the lines that are
+  // written as UTF-8, which tabs separate. One that is a number with a decimal point becomes a
+  // number, but for those of the first line. RunTimeError 9: the sheet has no room for more.
+  virtual std::unique_ptr<BigWriter> WriteSheet(const std::string& path) = 0;
 
   // True for a file of any kind; a folder is none.
   virtual bool Exists(const std::string& path) const = 0;

@@ -7,20 +7,24 @@
 
 namespace tarnlink {
 
-GraphTool::GraphTool(Platform& platform, GraphPort port, QWidget* parent)
-    : platform_(platform), port_(std::move(port)), parent_(parent) {}
+GraphTool::GraphTool(Platform& platform, GraphPort port, GraphProject project, QWidget* parent)
+    : platform_(platform), port_(std::move(port)), project_(std::move(project)), parent_(parent) {}
 
-void GraphTool::Show() {
+void GraphTool::Show(const std::string& properties) {
   if (graph_ && graph_->form.IsLoaded()) return;
   Drop();
-  graph_ = std::make_unique<Graph>(platform_, port_);
+  graph_ = std::make_unique<Graph>(platform_, port_, project_);
   MakeOnDemand(graph_->graph.form, [this] { MakeWindow(); });
   MakeOnDemand(graph_->test_mode.form, [this] {
     test_mode_ = std::make_unique<TestModeDialog>(graph_->test_mode, window_.get());
   });
   // One of its own handlers says so: it goes when that has ended.
   graph_->form.Unloaded = [this] { QTimer::singleShot(0, window_.get(), [this] { Drop(); }); };
+  MakeOnDemand(graph_->settings.form, [this] {
+    settings_ = std::make_unique<GraphSettingsDialog>(graph_->settings, window_.get());
+  });
   graph_->form.Load();
+  if (!properties.empty()) graph_->file_commands.OpenProperties(properties);
 }
 
 void GraphTool::MakeWindow() {
@@ -30,6 +34,7 @@ void GraphTool::MakeWindow() {
 
 void GraphTool::Drop() {
   if (window_) place_ = window_->saveGeometry();
+  settings_.reset();
   test_mode_.reset();
   window_.reset();
   graph_.reset();

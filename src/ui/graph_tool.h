@@ -4,8 +4,10 @@
 #include <QByteArray>
 #include <QWidget>
 #include <memory>
+#include <string>
 
 #include "graph/graph.h"
+#include "ui/graph_settings_dialog.h"
 #include "ui/graph_window.h"
 #include "ui/test_mode_dialog.h"
 
@@ -14,9 +16,10 @@ namespace tarnlink {
 class GraphTool {
  public:
   // `platform` and `parent`, the window that it opens over, outlive it.
-  GraphTool(Platform& platform, GraphPort port, QWidget* parent);
+  GraphTool(Platform& platform, GraphPort port, GraphProject project, QWidget* parent);
 
-  void Show();
+  // With the properties of a file, if one is named.
+  void Show(const std::string& properties = {});
 
   // Both null while it is not open.
   Graph* graph() const { return graph_.get(); }
@@ -28,11 +31,13 @@ class GraphTool {
 
   Platform& platform_;
   GraphPort port_;
+  GraphProject project_;
   QWidget* parent_;
   QByteArray place_;  // of the window when it was last open
   std::unique_ptr<Graph> graph_;
   std::unique_ptr<GraphWindow> window_;
   std::unique_ptr<TestModeDialog> test_mode_;
+  std::unique_ptr<GraphSettingsDialog> settings_;
 };
 
 }  // namespace tarnlink

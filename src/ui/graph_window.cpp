@@ -153,8 +153,19 @@ void GraphWindow::BuildMenu() {
     action->setChecked(entry.Checked);
   };
   menu_->setObjectName("mnuContextMenu");
-  add_check(menu_, menu.mnuZOLTCom);
+  QMenu* file = menu_->addMenu(QString());
+  Bind(file->menuAction(), menu.mnuFile);
+  add(file, menu.mnuSaveProperties);
+  add(file, menu.mnuOpenProperties);
+  file->addSeparator();
+  add(file, menu.mnuSaveMeasure)->setShortcut(QKeySequence::Save);
+  add(file, menu.mnuOpenMeasure)->setShortcut(QKeySequence::Open);
+  file->addSeparator();
+  add(file, menu.mnuExport);
+  add_check(file, menu.mnuAutoSave);
+  add(menu_, menu.mnuGraphSettings);
   menu_->addSeparator();
+  add_check(menu_, menu.mnuZOLTCom);
   QMenu* scale = menu_->addMenu(QString());
   Bind(scale->menuAction(), menu.mnuTimeScale);
   for (int i = 0; i < kTimeScales; ++i) add_check(scale, menu.mnuScale(i));
@@ -163,6 +174,7 @@ void GraphWindow::BuildMenu() {
   menu_->addSeparator();
   add(menu_, menu.mnuCopyPicture)->setShortcut(QKeySequence::Copy);
   add(menu_, menu.mnuSavePicture);
+  add(menu_, menu.mnuPrint)->setShortcut(QKeySequence::Print);
   menu_->addSeparator();
   add(menu_, menu.mnuExit);
 }

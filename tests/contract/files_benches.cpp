@@ -55,6 +55,10 @@ void RealDisk::Forbid(std::string_view name) const {
   std::filesystem::permissions(path(name), std::filesystem::perms::none);
 }
 
+void RealDisk::RemoveFolder(std::string_view name) const {
+  std::filesystem::remove_all(path(name));
+}
+
 bool RealDisk::LeaveRoom(std::size_t bytes) {
   const RootAgain root;
   if (!root.granted()) return false;

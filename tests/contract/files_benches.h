@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "contract/machine.h"
 #include "platform/qt/qt_files.h"
@@ -21,6 +22,8 @@ class FakeDisk {
   void MakeFolder(std::string_view name) { disk_.MakeFolder(path(name)); }
   void MakeSpecial(std::string_view name) { disk_.MakeSpecial(path(name)); }
   void Forbid(std::string_view name) { disk_.Forbid(path(name)); }
+  void RemoveFolder(std::string_view name) { disk_.RemoveFolder(path(name)); }
+  std::vector<std::string> Names(std::string_view folder) { return disk_.ListFolder(path(folder)); }
   // From now on the disk takes no more than this. False where that cannot be done.
   bool LeaveRoom(std::size_t bytes) {
     disk_.SetFreeSpace(bytes);
@@ -45,6 +48,10 @@ class RealDisk {
   void MakeFolder(std::string_view name) const;
   void MakeSpecial(std::string_view name) const;
   void Forbid(std::string_view name) const;
+  void RemoveFolder(std::string_view name) const;
+  std::vector<std::string> Names(std::string_view folder) const {
+    return files_.ListFolder(path(folder));
+  }
   // Mounts a small disk of its own, which takes root.
   bool LeaveRoom(std::size_t bytes);
 

@@ -174,7 +174,9 @@ TEST_F(GraphFormTest, AfterAPulledDeviceItCanBeLeft) {
 
 TEST(SecondGraph, BeginsAnew) {
   FakeWorld world;
-  auto first = std::make_unique<Graph>(world, PortOne());
+  std::string folder;
+  GraphProject project{folder, folder, {}, {}};
+  auto first = std::make_unique<Graph>(world, PortOne(), project);
   first->form.Load();
   const std::vector<GraphAttribute> lines = first->graph.Data.Attributes;
   auto& data = first->graph.Data;
@@ -190,7 +192,7 @@ TEST(SecondGraph, BeginsAnew) {
   first.reset();
   world.Advance(10min);
 
-  Graph second(world, PortOne());
+  Graph second(world, PortOne(), project);
   second.form.Load();
   EXPECT_EQ(second.graph.Data.Attributes, lines);
   EXPECT_EQ(second.graph.Data.Attributes[0].LineColor, 0x0000FF);

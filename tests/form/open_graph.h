@@ -56,7 +56,10 @@ class OpenGraph : public ::testing::Test {
   }
 
   FakeWorld world;
-  Graph all{world, PortOne()};
+  std::string mss_folder;
+  std::string grp_folder;
+  GraphProject project{mss_folder, grp_folder, {}, {}};
+  Graph all{world, PortOne(), project};
   frmGraphic& graph = all.graph;
   frmContextMenu& menu = all.menu;
   Date start = 0;

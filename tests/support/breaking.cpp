@@ -18,6 +18,46 @@ class BreakingRows final : public RowWriter {
   FaultPlan& faults_;
 };
 
+class BreakingReader final : public BigReader {
+ public:
+  BreakingReader(std::unique_ptr<BigReader> reader, FaultPlan& faults)
+      : reader_(std::move(reader)), faults_(faults) {}
+
+  bool Next(std::string_view& piece) override {
+    faults_.Pass("BigReader.Next");
+    return reader_->Next(piece);
+  }
+  bool AtEnd() const override { return reader_->AtEnd(); }
+  std::int64_t Size() const override { return reader_->Size(); }
+  void Wait() override { reader_->Wait(); }
+
+ private:
+  std::unique_ptr<BigReader> reader_;
+  FaultPlan& faults_;
+};
+
+class BreakingWriter final : public BigWriter {
+ public:
+  BreakingWriter(std::unique_ptr<BigWriter> writer, FaultPlan& faults)
+      : writer_(std::move(writer)), faults_(faults) {}
+
+  bool HasRoom() override {
+    faults_.Pass("BigWriter.HasRoom");
+    return writer_->HasRoom();
+  }
+  void Write(std::string& piece) override { writer_->Write(piece); }
+  void Finish() override { writer_->Finish(); }
+  bool IsFinished() override {
+    faults_.Pass("BigWriter.IsFinished");
+    return writer_->IsFinished();
+  }
+  void Wait() override { writer_->Wait(); }
+
+ private:
+  std::unique_ptr<BigWriter> writer_;
+  FaultPlan& faults_;
+};
+
 }  // namespace
 
 std::string BreakingFiles::ReadWhole(const std::string& path) {
@@ -39,6 +79,18 @@ void BreakingFiles::WriteWhole(const std::string& path, std::string_view bytes) 
 std::unique_ptr<RowWriter> BreakingFiles::OpenRows(const std::string& path, bool keep) {
   faults_.Pass("Files.OpenRows");
   return std::make_unique<BreakingRows>(files_.OpenRows(path, keep), faults_);
+}
+
+std::unique_ptr<BigReader> BreakingFiles::ReadBig(const std::string& path) {
+  return std::make_unique<BreakingReader>(files_.ReadBig(path), faults_);
+}
+
+std::unique_ptr<BigWriter> BreakingFiles::WriteBig(const std::string& path) {
+  return std::make_unique<BreakingWriter>(files_.WriteBig(path), faults_);
+}
+
+std::unique_ptr<BigWriter> BreakingFiles::WriteSheet(const std::string& path) {
+  return std::make_unique<BreakingWriter>(files_.WriteSheet(path), faults_);
 }
 
 void BreakingPort::SetSettings(const std::string& settings) {

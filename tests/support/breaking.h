@@ -14,8 +14,8 @@
 
 namespace tarnlink {
 
-// Calls: "Files.ReadWhole", "Files.ReadPieces",
-// "Files.WriteWhole", "Files.OpenRows", "Rows.Append".
+// Calls: "Files.ReadWhole", "Files.ReadPieces", "Files.WriteWhole", "Files.OpenRows",
+// "Rows.Append", "BigReader.Next", "BigWriter.HasRoom", "BigWriter.IsFinished".
 class BreakingFiles final : public Files {
  public:
   BreakingFiles(Files& files, FaultPlan& faults) : files_(files), faults_(faults) {}
@@ -25,6 +25,9 @@ class BreakingFiles final : public Files {
                   const std::function<bool(std::string_view)>& take) override;
   void WriteWhole(const std::string& path, std::string_view bytes) override;
   std::unique_ptr<RowWriter> OpenRows(const std::string& path, bool keep) override;
+  std::unique_ptr<BigReader> ReadBig(const std::string& path) override;
+  std::unique_ptr<BigWriter> WriteBig(const std::string& path) override;
+  std::unique_ptr<BigWriter> WriteSheet(const std::string& path) override;
   bool Exists(const std::string& path) const override { return files_.Exists(path); }
   bool IsFolder(const std::string& path) const override { return files_.IsFolder(path); }
   std::vector<std::string> ListFolder(const std::string& folder) const override {

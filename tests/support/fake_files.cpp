@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <deque>
+#include <optional>
+#include <utility>
 
 #include "common/run_time_error.h"
 
@@ -32,6 +35,115 @@ class FakeFiles::Rows final : public RowWriter {
  private:
   FakeFiles& files_;
   std::string path_;
+};
+
+// Opened, as the real one, only when it is asked for something.
+class FakeFiles::FakeBigReader final : public BigReader {
+ public:
+  FakeBigReader(FakeFiles& files, std::string path) : files_(files), path_(std::move(path)) {}
+
+  bool Next(std::string_view& piece) override {
+    is_due_ = !is_due_;
+    if (!is_due_) return false;
+    Open();
+    constexpr std::size_t kPiece = 4099;
+    if (place_ == end_ && breaks_) throw RunTimeError(kDeviceIo, Quoted() + " could not be read.");
+    piece = std::string_view(bytes_).substr(place_, std::min(kPiece, end_ - place_));
+    place_ += piece.size();
+    return !piece.empty();
+  }
+  bool AtEnd() const override { return is_open_ && place_ == end_ && !breaks_; }
+  std::int64_t Size() const override { return static_cast<std::int64_t>(bytes_.size()); }
+  void Wait() override {}
+
+ private:
+  std::string Quoted() const { return "\"" + path_ + "\""; }
+  void Open() {
+    if (std::exchange(is_open_, true)) return;
+    bytes_ = files_.ReadWhole(path_);
+    const auto broken = files_.broken_.find(Absolute(path_));
+    breaks_ = broken != files_.broken_.end();
+    end_ = breaks_ ? std::min(broken->second, bytes_.size()) : bytes_.size();
+  }
+
+  FakeFiles& files_;
+  std::string path_;
+  bool is_due_ = false;
+  bool is_open_ = false;
+  bool breaks_ = false;
+  std::string bytes_;
+  std::size_t place_ = 0;
+  std::size_t end_ = 0;
+};
+
+// Every second question writes one piece that waits.
+class FakeFiles::FakeBigWriter final : public BigWriter {
+ public:
+  FakeBigWriter(FakeFiles& files, std::string path) : files_(files), path_(std::move(path)) {}
+  ~FakeBigWriter() override { GiveBack(); }
+  FakeBigWriter(const FakeBigWriter&) = delete;
+  FakeBigWriter& operator=(const FakeBigWriter&) = delete;
+
+  bool HasRoom() override {
+    is_due_ = !is_due_;
+    if (is_due_) Work();
+    return is_due_ && waiting_.size() < kMostPieces;
+  }
+  void Write(std::string& piece) override {
+    EXPECT_LT(waiting_.size(), kMostPieces) << "There was no room.";
+    waiting_.push_back(std::move(piece));
+    piece.clear();
+  }
+  void Finish() override { is_complete_ = true; }
+  bool IsFinished() override {
+    is_due_ = !is_due_;
+    if (is_due_) Work();
+    return is_finished_;
+  }
+  void Wait() override {}
+
+ private:
+  static constexpr std::size_t kMostPieces = 2;
+
+  void Work() {
+    if (failure_) throw *failure_;
+    try {
+      files_.CheckTarget(path_);
+      if (waiting_.empty()) {
+        Replace();
+      } else {
+        WritePiece();
+      }
+    } catch (const RunTimeError& error) {
+      failure_ = error;
+      GiveBack();
+      throw;
+    }
+  }
+  void WritePiece() {
+    if (files_.Grow(fresh_, waiting_.front()) < waiting_.front().size()) {
+      throw RunTimeError(kDiskFull, "\"" + path_ + "\" could not be written: the disk is full.");
+    }
+    waiting_.pop_front();
+  }
+  void Replace() {
+    if (!is_complete_ || is_finished_) return;
+    files_.files_[Absolute(path_)] = fresh_;
+    is_finished_ = true;
+  }
+  void GiveBack() {
+    if (!is_finished_) files_.free_ += fresh_.size();
+    fresh_.clear();
+  }
+
+  FakeFiles& files_;
+  std::string path_;
+  bool is_due_ = false;
+  std::deque<std::string> waiting_;
+  std::string fresh_;
+  bool is_complete_ = false;
+  bool is_finished_ = false;
+  std::optional<RunTimeError> failure_;
 };
 
 FakeFiles::FakeFiles() {
@@ -121,6 +233,14 @@ std::unique_ptr<RowWriter> FakeFiles::OpenRows(const std::string& path, bool kee
   return std::make_unique<Rows>(*this, Absolute(path));
 }
 
+std::unique_ptr<BigReader> FakeFiles::ReadBig(const std::string& path) {
+  return std::make_unique<FakeBigReader>(*this, path);
+}
+
+std::unique_ptr<BigWriter> FakeFiles::WriteBig(const std::string& path) {
+  return std::make_unique<FakeBigWriter>(*this, path);
+}
+
 bool FakeFiles::Exists(const std::string& path) const {
   const std::string full = Absolute(path);
   return !path.empty() && (files_.contains(full) || special_.contains(full));
@@ -155,6 +275,15 @@ std::string FakeFiles::Get(const std::string& path) const {
 void FakeFiles::MakeFolder(const std::string& path) {
   std::string full = Absolute(path);
   while (folders_.insert(full).second && full != "/") full = Parent(full);
+}
+
+void FakeFiles::RemoveFolder(const std::string& path) {
+  const std::string full = Absolute(path);
+  const auto is_inside = [&](const std::string& name) {
+    return name == full || name.starts_with(full + "/");
+  };
+  std::erase_if(files_, [&](const auto& file) { return is_inside(file.first); });
+  std::erase_if(folders_, is_inside);
 }
 
 std::string FakeFiles::Describe() const {

@@ -29,6 +29,11 @@ class FakeFiles final : public Files {
                   const std::function<bool(std::string_view)>& take) override;
   void WriteWhole(const std::string& path, std::string_view bytes) override;
   std::unique_ptr<RowWriter> OpenRows(const std::string& path, bool keep) override;
+  // Every second question to them is too early.
+  std::unique_ptr<BigReader> ReadBig(const std::string& path) override;
+  std::unique_ptr<BigWriter> WriteBig(const std::string& path) override;
+  // The lines stay as they are.
+  std::unique_ptr<BigWriter> WriteSheet(const std::string& path) override { return WriteBig(path); }
   bool Exists(const std::string& path) const override;
   bool IsFolder(const std::string& path) const override;
   std::vector<std::string> ListFolder(const std::string& folder) const override;
@@ -41,6 +46,8 @@ class FakeFiles final : public Files {
   std::string Get(const std::string& path) const;
   void Remove(const std::string& path) { files_.erase(Absolute(path)); }
   void MakeFolder(const std::string& path);
+  // With what is in it.
+  void RemoveFolder(const std::string& path);
   // A device, socket or the like.
   void MakeSpecial(const std::string& path) { special_.insert(Absolute(path)); }
   // Neither readable nor writable; in a forbidden folder nothing can be made.
@@ -56,6 +63,8 @@ class FakeFiles final : public Files {
 
  private:
   class Rows;
+  class FakeBigReader;
+  class FakeBigWriter;
 
   static std::string Absolute(const std::string& path);
   void CheckTarget(const std::string& path) const;

@@ -24,7 +24,9 @@ GraphPort Port() {
 
 }  // namespace
 
-BurnerStart::BurnerStart() : boiler(world, BoilerOptions()), tool(world, Port(), nullptr) {
+BurnerStart::BurnerStart()
+    : boiler(world, BoilerOptions()),
+      tool(world, Port(), {mss_folder, grp_folder, {}, {}}, nullptr) {
   tool.Show();
   // Flow, return, hot water, setpoints, both fan speeds, flame, load, pressure.
   for (const int index : {0, 1, 2, 5, 7, 10, 11, 12, 16, 17}) ShowLine(index);

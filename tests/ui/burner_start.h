@@ -20,6 +20,8 @@ class BurnerStart {
 
   FakeWorld world;
   BoilerOnLine boiler;
+  std::string mss_folder;
+  std::string grp_folder;
   GraphTool tool;
 };
 

@@ -23,7 +23,8 @@ int CountOf(const QImage& image, const QColor& colour) {
 }
 
 GraphUiTest::GraphUiTest()
-    : tool(world, {.ComPortNumber = [] { return 1; }, .Baudrate = [] { return 3; }}, nullptr) {
+    : tool(world, {.ComPortNumber = [] { return 1; }, .Baudrate = [] { return 3; }},
+           {mss_folder, grp_folder, {}, {}}, nullptr) {
   Open();
 }
 

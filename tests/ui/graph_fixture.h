@@ -89,6 +89,8 @@ class GraphUiTest : public ::testing::Test {
   void CloseMenu();
 
   FakeWorld world;
+  std::string mss_folder;
+  std::string grp_folder;
   GraphTool tool;
   Date start = 0;
 

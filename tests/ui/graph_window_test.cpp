@@ -93,7 +93,12 @@ class GraphFromTheMenu : public UiTest {
     WaitForActive(tool.window());
   }
 
-  GraphTool tool{world, {.ComPortNumber = [] { return 1; }, .Baudrate = [] { return 3; }}, nullptr};
+  std::string mss_folder;
+  std::string grp_folder;
+  GraphTool tool{world,
+                 {.ComPortNumber = [] { return 1; }, .Baudrate = [] { return 3; }},
+                 {mss_folder, grp_folder, {}, {}},
+                 nullptr};
 };
 
 TEST_F(GraphFromTheMenu, OpensOverTheMainWindowAndKeepsTheUserThere) {
@@ -305,8 +310,18 @@ TEST_F(GraphWindowTest, TheMenuHoldsItsEntriesInTheirOrder) {
       };
   tell(Menu(), "");
   EXPECT_EQ(text,
-            "ZOLT communication (x)\n"
+            "File\n"
+            "  Save properties\n"
+            "  Open properties\n"
+            "  -\n"
+            "  Save measurements\n"
+            "  Open measurements\n"
+            "  -\n"
+            "  Export\n"
+            "  Auto save\n"
+            "Graph settings\n"
             "-\n"
+            "ZOLT communication (x)\n"
             "Time scale\n"
             "   1 minute\n"
             "   5 minutes\n"
@@ -318,6 +333,7 @@ TEST_F(GraphWindowTest, TheMenuHoldsItsEntriesInTheirOrder) {
             "-\n"
             "Copy picture\n"
             "Save picture\n"
+            "Print\n"
             "-\n"
             "Quit Graphics\n");
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/files.h"
+#include "platform/qt/left_threads.h"
 
 namespace tarnlink {
 
@@ -20,6 +21,9 @@ class QtFiles final : public Files {
                   const std::function<bool(std::string_view)>& take) override;
   void WriteWhole(const std::string& path, std::string_view bytes) override;
   std::unique_ptr<RowWriter> OpenRows(const std::string& path, bool keep) override;
+  std::unique_ptr<BigReader> ReadBig(const std::string& path) override;
+  std::unique_ptr<BigWriter> WriteBig(const std::string& path) override;
+  std::unique_ptr<BigWriter> WriteSheet(const std::string& path) override;
   bool Exists(const std::string& path) const override;
   bool IsFolder(const std::string& path) const override;
   std::vector<std::string> ListFolder(const std::string& folder) const override;
@@ -28,6 +32,7 @@ class QtFiles final : public Files {
 
  private:
   std::string data_folder_;
+  LeftThreads left_threads_;
 };
 
 }  // namespace tarnlink

@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <QFileInfo>
-#include <QSaveFile>
 #include <cerrno>
 
 #include "common/paths.h"
@@ -54,29 +53,46 @@ void SyncFolder(const QString& name) {
 
 }  // namespace
 
-void SaveWholeFile(const std::string& path, std::string_view bytes) {
-  const QString name = BehindLinks(path);
-  RefuseUnwritable(path, name);
-  QSaveFile file(name);
-  file.setDirectWriteFallback(false);
-  const auto fail = [&] {
-    const int number = errno == 0 ? EIO : errno;
-    file.cancelWriting();
-    ThrowFileError(path, FileAction::kWrite, number);
-  };
+// `commit` alone reports neither a short write nor a failed sync: near a full disk it replaces the
+// good file by a cut one. So every step is checked before it.
+FileReplacement::FileReplacement(const std::string& path) : path_(path), name_(BehindLinks(path)) {
+  RefuseUnwritable(path_, name_);
+  file_.setFileName(name_);
+  file_.setDirectWriteFallback(false);
+  errno = 0;
+  if (!file_.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) Fail();
+}
 
-  // `commit` alone reports neither a short write nor a failed sync: near a full disk it replaces
-  // the good file by a cut one. So every step is checked before it.
+void FileReplacement::Fail() {
+  const int number = errno == 0 ? EIO : errno;
+  file_.cancelWriting();
+  ThrowFileError(path_, FileAction::kWrite, number);
+}
+
+void FileReplacement::Write(std::string_view bytes) {
   const auto size = static_cast<qint64>(bytes.size());
+  size_ += size;
   errno = 0;
-  if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) fail();
+  if (file_.write(bytes.data(), size) != size) Fail();
+}
+
+void FileReplacement::Sync() {
   errno = 0;
-  if (file.write(bytes.data(), size) != size) fail();
-  if (!file.flush() || file.error() != QFileDevice::NoError || file.size() != size) fail();
-  if (SyncFailed(file.handle())) fail();
+  if (!file_.flush() || file_.error() != QFileDevice::NoError || file_.size() != size_) Fail();
+  if (SyncFailed(file_.handle())) Fail();
+}
+
+void FileReplacement::Replace() {
   errno = 0;
-  if (!file.commit()) fail();
-  SyncFolder(name);
+  if (!file_.commit()) Fail();
+  SyncFolder(name_);
+}
+
+void SaveWholeFile(const std::string& path, std::string_view bytes) {
+  FileReplacement file(path);
+  file.Write(bytes);
+  file.Sync();
+  file.Replace();
 }
 
 }  // namespace tarnlink

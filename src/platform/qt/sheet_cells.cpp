@@ -17,7 +17,9 @@ bool FitsXml(QChar c) {
   return code < 0xFFFE;
 }
 
-std::string CleanText(const std::string& text) {
+}  // namespace
+
+std::string TextForSheet(const std::string& text) {
   QString clean = ToQt(text).left(kLongestText);
   // Not one half of a character.
   if (!clean.isEmpty() && clean.back().isHighSurrogate()) clean.chop(1);
@@ -26,8 +28,6 @@ std::string CleanText(const std::string& text) {
   }
   return FromQt(clean);
 }
-
-}  // namespace
 
 bool SheetCells::Put(SheetCell cell, const Value& value) {
   if (cell.row < 1 || cell.row > kLastCell.row) return false;
@@ -55,7 +55,7 @@ bool SheetCells::Put(SheetCell cell, const Value& value) {
 std::uint32_t SheetCells::NumberOf(const std::string& text) {
   const auto [entry, is_new] =
       text_numbers_.try_emplace(text, static_cast<std::uint32_t>(texts_.size()));
-  if (is_new) texts_.push_back(CleanText(text));
+  if (is_new) texts_.push_back(TextForSheet(text));
   return entry->second;
 }
 

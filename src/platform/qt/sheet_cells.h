@@ -11,6 +11,10 @@
 
 namespace tarnlink {
 
+// A text as a cell of an .xlsx file can have it: what XML cannot hold is replaced, and what the
+// cell has no room for is cut.
+std::string TextForSheet(const std::string& text);
+
 class SheetCells {
  public:
   using Value = std::variant<double, std::string>;

@@ -1,0 +1,282 @@
+#include "graph/measure_files.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "common/text.h"
+#include "graph/measure_export.h"
+#include "graph/measure_file_writer.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr int kStepInterval = 1;    // ms
+constexpr int kShowInterval = 500;  // ms until the window appears
+
+struct Texts {
+  const char* error;
+  const char* title;    // of its box
+  const char* caption;  // of the window
+};
+
+// In the order of the kinds.
+constexpr std::array<Texts, 3> kTexts = {{
+    {"Error reading file", "Reading file", "Reading file"},
+    {"Error saving file", "Saving file", "Saving file"},
+    {"Error exporting file", "exporting file", "Exporting file"},
+}};
+
+bool IsSheet(const std::string& name) {
+  constexpr std::string_view kExtension = ".xlsx";
+  return ToLower(Right(name, static_cast<int>(kExtension.size()))) == kExtension;
+}
+
+Date DayOf(Date time) {
+  CivilTime civil = ToCivil(time);
+  civil.hour = civil.minute = civil.second = 0;
+  return ToDate(civil);
+}
+
+}  // namespace
+
+MeasureFiles::MeasureFiles(frmGraphic& graph, frmContextMenu& menu, AutoSave& auto_save)
+    : graph_(graph),
+      menu_(menu),
+      auto_save_(auto_save),
+      show_timer_(graph.platform().CreateTimer()) {
+  auto_save_.AutoSaveMeasurements = [this] { AutoSaveMeasurements(); };
+  progress.cmdCancel.Click = [this] { Cancel(); };
+  show_timer_->SetInterval(kShowInterval);
+  show_timer_->SetOnTimer([this] {
+    show_timer_->SetEnabled(false);
+    progress.form.Visible = true;
+  });
+}
+
+MeasureFiles::~MeasureFiles() {
+  waiting_.clear();
+  if (task_) task_->then = {};
+  FinishNow();
+}
+
+// --- What users know -----------------------------------------------------------------------------
+
+void MeasureFiles::SaveMeasureFile(const std::string& FileName, bool WithMeasurements, bool OnlyNew,
+                                   Then then) {
+  const auto call = [=, this] { SaveMeasureFile(FileName, WithMeasurements, OnlyNew, then); };
+  if (WaitsForAnother(Kind::kSave, call)) return;
+  std::optional<std::int64_t> newer_than;
+  if (OnlyNew) newer_than = ToSeconds(graph_.Data.AutoSaveDay);
+  Save({Kind::kSave, FileName, WithMeasurements, std::move(then)}, newer_than);
+}
+
+void MeasureFiles::LoadMeasureFile(const std::string& FileName, bool WithMeasurements, Then then) {
+  const auto call = [=, this] { LoadMeasureFile(FileName, WithMeasurements, then); };
+  if (WaitsForAnother(Kind::kLoad, call)) return;
+  link_ = {graph_.ZOLTCommunication, graph_.AutoScroll, graph_.CursorTime};
+  menu_.SetTimeScroll(!WithMeasurements);
+  menu_.SetCommunication(!WithMeasurements);
+  Load({Kind::kLoad, FileName, WithMeasurements, std::move(then)});
+}
+
+// The day is the next one before anything can go wrong: its box may stand for days.
+void MeasureFiles::AutoSaveMeasurements() {
+  if (auto_save_waits_ && IsBusy()) return;
+  auto_save_waits_ = WaitsForAnother(Kind::kSave, [this] { AutoSaveMeasurements(); });
+  if (auto_save_waits_) return;
+  Graphic& data = graph_.Data;
+  const std::string name = auto_save_.GetNewFileName(data.AutoSaveDir, data.AutoSaveDay);
+  const std::int64_t newer_than = ToSeconds(data.AutoSaveDay);
+  data.AutoSaveDay = DayOf(graph_.Now());
+  Save({Kind::kSave, name, true}, newer_than);
+}
+
+void MeasureFiles::ExportMeasureFile(const std::string& FileName, Then then) {
+  const auto call = [=, this] { ExportMeasureFile(FileName, then); };
+  if (WaitsForAnother(Kind::kExport, call)) return;
+  Export({Kind::kExport, FileName, true, std::move(then)});
+}
+
+// --- Beginning -----------------------------------------------------------------------------------
+
+bool MeasureFiles::WaitsForAnother(Kind kind, std::function<void()> call) {
+  if (!IsBusy()) return false;
+  waiting_.emplace_back(kind, std::move(call));
+  return true;
+}
+
+void MeasureFiles::Save(Task task, std::optional<std::int64_t> newer_than) {
+  auto source = std::make_unique<MeasureFileWriter>(
+      graph_.Data, MeasureFileWriter::Content{
+                       .with_measurements = task.with_measurements,
+                       .newer_than = newer_than,
+                       .decimal_separator = graph_.platform().locale().DecimalSeparator()});
+  Write(std::move(task), std::move(source), false);
+}
+
+void MeasureFiles::Export(Task task) {
+  const bool is_sheet = IsSheet(task.name);
+  const auto form = is_sheet ? MeasureExport::Form::kSheet : MeasureExport::Form::kFile;
+  auto source = std::make_unique<MeasureExport>(graph_.Data, graph_.platform().locale(), form);
+  Write(std::move(task), std::move(source), is_sheet);
+}
+
+void MeasureFiles::Write(Task task, std::unique_ptr<PieceSource> source, bool is_sheet) {
+  Files& files = graph_.platform().files();
+  std::string first;
+  try {
+    if (!is_sheet && WriteAtOnce(task, *source, first)) {
+      Complete(task);
+      return;
+    }
+  } catch (const RunTimeError& error) {
+    Fail(task, error);
+    return;
+  }
+  auto writer = is_sheet ? files.WriteSheet(task.name) : files.WriteBig(task.name);
+  Begin(std::move(task),
+        std::make_unique<WriteJob>(std::move(first), std::move(source), std::move(writer)));
+}
+
+bool MeasureFiles::WriteAtOnce(const Task& task, PieceSource& source, std::string& first) const {
+  source.Next(first);
+  std::string second;
+  if (source.Next(second)) {
+    first += second;
+    return false;
+  }
+  graph_.platform().files().WriteWhole(task.name, first);
+  return true;
+}
+
+void MeasureFiles::Load(Task task) {
+  try {
+    if (ReadAtOnce(task)) {
+      Complete(task);
+      return;
+    }
+  } catch (const RunTimeError& error) {
+    Fail(task, error);
+    return;
+  }
+  // Once more, from the beginning: it was little.
+  reader_ = std::make_unique<MeasureFileReader>(task.name, task.with_measurements);
+  auto job = std::make_unique<ReadJob>(graph_.platform().files().ReadBig(task.name), *reader_);
+  Begin(std::move(task), std::move(job));
+}
+
+bool MeasureFiles::ReadAtOnce(const Task& task) {
+  reader_ = std::make_unique<MeasureFileReader>(task.name, task.with_measurements);
+  std::size_t taken = 0;
+  bool is_long = false;
+  graph_.platform().files().ReadPieces(task.name, [&](std::string_view piece) {
+    is_long = taken >= PieceSource::kPiece;
+    taken += piece.size();
+    return !is_long && reader_->Take(piece);
+  });
+  if (!is_long) reader_->Finish();
+  return !is_long;
+}
+
+// --- Under way -----------------------------------------------------------------------------------
+
+void MeasureFiles::Begin(Task task, std::unique_ptr<FileJob> job) {
+  progress.caption.Caption = kTexts.at(static_cast<std::size_t>(task.kind)).caption;
+  progress.lblFile.Caption = task.name;
+  progress.prgShare.Value = 0;
+  task_ = std::move(task);
+  job_ = std::move(job);
+  step_timer_ = graph_.platform().CreateTimer();
+  step_timer_->SetInterval(kStepInterval);
+  step_timer_->SetOnTimer([this] { Step(); });
+  step_timer_->SetEnabled(true);
+  show_timer_->SetEnabled(true);
+}
+
+void MeasureFiles::Step() {
+  std::optional<RunTimeError> failure;
+  try {
+    if (job_->Step()) {
+      progress.prgShare.Value = job_->Percent();
+      return;
+    }
+  } catch (const RunTimeError& error) {
+    failure = error;
+  }
+  const Task task = EndJob();
+  if (failure) {
+    Fail(task, *failure);
+  } else {
+    Complete(task);
+  }
+  DoNext();
+}
+
+MeasureFiles::Task MeasureFiles::EndJob() {
+  const Task task = std::move(*task_);
+  task_.reset();
+  job_.reset();
+  step_timer_.reset();
+  show_timer_->SetEnabled(false);
+  progress.form.Visible = false;
+  return task;
+}
+
+void MeasureFiles::Cancel() {
+  if (!IsBusy()) return;
+  if (EndJob().kind == Kind::kLoad) RestoreLink();
+  DoNext();
+}
+
+void MeasureFiles::RestoreLink() {
+  reader_.reset();
+  menu_.SetTimeScroll(link_.scrolls);
+  graph_.CursorTime = link_.cursor;
+  menu_.SetCommunication(link_.communicates);
+}
+
+void MeasureFiles::FinishNow() {
+  std::erase_if(waiting_, [](const auto& each) { return each.first != Kind::kSave; });
+  while (IsBusy()) {
+    if (task_->kind != Kind::kSave) {
+      Cancel();
+    } else {
+      job_->Wait();
+      Step();
+    }
+  }
+}
+
+// --- The end -------------------------------------------------------------------------------------
+
+void MeasureFiles::Complete(const Task& task) {
+  if (task.kind == Kind::kLoad) {
+    reader_->HandOver(graph_.Data);
+    reader_.reset();
+    if (task.with_measurements) graph_.BaseTime = graph_.CursorTime = graph_.Data.LastTime;
+    if (DrawAgain) DrawAgain();
+  }
+  if (task.then) task.then();
+}
+
+void MeasureFiles::Fail(const Task& task, const RunTimeError& error) {
+  if (task.kind == Kind::kLoad) {
+    reader_->HandOver(graph_.Data);
+    reader_.reset();
+  }
+  const Texts& texts = kTexts.at(static_cast<std::size_t>(task.kind));
+  graph_.platform().dialogs().MessageBox(
+      {.text = texts.error, .title = texts.title, .icon = Icon::kCritical, .detail = error.what()});
+}
+
+void MeasureFiles::DoNext() {
+  while (!IsBusy() && !waiting_.empty()) {
+    const std::function<void()> next = std::move(waiting_.front().second);
+    waiting_.pop_front();
+    next();
+  }
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,171 @@
+#include "ui/graph_settings_dialog.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <QWheelEvent>
+
+#include "platform/qt/qt_text.h"
+#include "ui/binders.h"
+#include "ui/click_label.h"
+#include "ui/frames.h"
+#include "ui/line_rows.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr int kNumberWidth = 90;  // pixels
+constexpr int kRowGap = 1;        // pixels between two rows of the list
+
+}  // namespace
+
+GraphSettingsDialog::GraphSettingsDialog(frmGraphConf& form, QWidget* parent)
+    : QDialog(parent), form_(form) {
+  setObjectName(ToQt(form_.form.name()));
+  setWindowTitle(ToQt(form_.caption.Caption.get()));
+  setModal(true);
+  auto* right = new QVBoxLayout;
+  right->addWidget(BuildDetails());
+  right->addWidget(BuildAdvanced());
+  right->addStretch();
+  right->addWidget(BuildColours());
+  auto* close = new QPushButton(tr("Close"), this);
+  close->setAutoDefault(false);
+  connect(close, &QPushButton::clicked, this, [this] { done(Accepted); });
+  right->addWidget(close, 0, Qt::AlignRight);
+  auto* layout = new QHBoxLayout(this);
+  layout->addWidget(BuildList());
+  layout->addLayout(right);
+  form_.form.SetView([this] { ShowForm(); });
+  ShowForm();
+}
+
+GraphSettingsDialog::~GraphSettingsDialog() { form_.form.SetView({}); }
+
+// There is no cancel: what was changed is in force.
+void GraphSettingsDialog::done(int) { form_.Close(); }
+
+void GraphSettingsDialog::ShowForm() {
+  if (form_.form.Visible != isVisible()) setVisible(form_.form.Visible);
+}
+
+QWidget* GraphSettingsDialog::BuildList() {
+  auto* list = new QWidget(this);
+  auto* rows = new QGridLayout;
+  rows->setVerticalSpacing(kRowGap);
+  for (int row = 0; row < frmGraphConf::kRows; ++row) {
+    auto* name = new RowName(form_.lblCap(row), list);
+    name->Picked = [this, row] { form_.lblCapClick(row); };
+    auto* line = new QCheckBox(list);
+    Bind(line, form_.chkLine(row));
+    auto* caption = new QCheckBox(list);
+    Bind(caption, form_.chkCap(row));
+    rows->addWidget(name, row, 0);
+    rows->addWidget(new LineSampleView(form_.lblLine(row), list), row, 1);
+    rows->addWidget(line, row, 2);
+    rows->addWidget(caption, row, 3);
+  }
+  scroll_ = new QScrollBar(Qt::Vertical, list);
+  Bind(scroll_, form_.VScroll1);
+  auto* middle = new QHBoxLayout;
+  middle->addLayout(rows);
+  middle->addWidget(scroll_);
+  auto* layout = new QVBoxLayout(list);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addLayout(middle);
+  QGroupBox* view = RadioFrame(QString(), form_.optView, 2);
+  Bind(view, form_.Frame1);
+  layout->addWidget(view);
+  return list;
+}
+
+QWidget* GraphSettingsDialog::BuildDetails() {
+  auto* frame = new QGroupBox(this);
+  auto* layout = new QGridLayout(frame);
+  auto* fixed = new RowName(form_.lblFixedCap, frame);
+  fixed->Picked = [this] { form_.lblFixedCapClick(); };
+  layout->addWidget(fixed, 0, 0, 1, 3);
+  const auto add_text = [&](int row, const QString& caption, TextBox& box) {
+    auto* edit = new QLineEdit(frame);
+    Bind(edit, box);
+    edit->setPlaceholderText(caption);
+    edit->setAccessibleName(caption);
+    layout->addWidget(edit, row, 0, 1, 3);
+  };
+  add_text(1, tr("Alias"), form_.txtAlias);
+  add_text(2, tr("Description"), form_.txtDescription);
+  auto* style = new QComboBox(frame);
+  Bind(style, form_.cmbDrawStyle);
+  style->setAccessibleName(tr("Line style"));
+  layout->addWidget(style, 3, 0, 1, 2);
+  auto* colour = new QPushButton(frame);
+  Bind(colour, form_.cmdLineColor);
+  colour->setAutoDefault(false);
+  layout->addWidget(colour, 3, 2);
+  auto* line = new QCheckBox(frame);
+  Bind(line, form_.chkShowLine);
+  layout->addWidget(line, 4, 0);
+  auto* caption = new QCheckBox(frame);
+  Bind(caption, form_.chkShowCaption);
+  layout->addWidget(caption, 4, 1);
+  auto* advanced = new QPushButton(frame);
+  Bind(advanced, form_.cmdAdvanced);
+  advanced->setAutoDefault(false);
+  layout->addWidget(advanced, 4, 2);
+  return frame;
+}
+
+QWidget* GraphSettingsDialog::BuildAdvanced() {
+  auto* frame = new QWidget(this);
+  auto* layout = new QGridLayout(frame);
+  int row = 0;
+  const auto add = [&](QWidget* field) {
+    auto* label = new QLabel(frame);
+    Bind(label, form_.lblAdvanced(row));
+    label->setBuddy(field);
+    layout->addWidget(label, row, 0);
+    layout->addWidget(field, row, 1, Qt::AlignLeft);
+    ++row;
+  };
+  for (TextBox* box :
+       {&form_.txtID, &form_.txtSlaveAddress, &form_.txtClass, &form_.txtData, &form_.txtFactor}) {
+    auto* edit = new QLineEdit(frame);
+    edit->setMaximumWidth(kNumberWidth);
+    Bind(edit, *box);
+    add(edit);
+  }
+  for (PickBox* box : {&form_.cmbStoredAs, &form_.cmbUnit}) {
+    auto* combo = new QComboBox(frame);
+    Bind(combo, *box);
+    add(combo);
+  }
+  return frame;
+}
+
+QWidget* GraphSettingsDialog::BuildColours() {
+  auto* frame = new QGroupBox(tr("Colors"), this);
+  auto* layout = new QGridLayout(frame);
+  constexpr int kColumns = 2;
+  for (int i = 0; i <= form_.cmdColor.last(); ++i) {
+    auto* button = new QPushButton(frame);
+    Bind(button, form_.cmdColor(i));
+    button->setAutoDefault(false);
+    layout->addWidget(button, i / kColumns, i % kColumns);
+  }
+  return frame;
+}
+
+void GraphSettingsDialog::wheelEvent(QWheelEvent* event) {
+  constexpr int kStep = 120;
+  constexpr int kRows = 3;
+  scroll_->setValue(scroll_->value() - event->angleDelta().y() * kRows / kStep);
+  event->accept();
+}
+
+}  // namespace tarnlink

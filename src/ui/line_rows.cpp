@@ -1,0 +1,112 @@
+#include "ui/line_rows.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include "platform/qt/qt_colour.h"
+#include "platform/qt/qt_text.h"
+#include "ui/binders.h"
+#include "ui/palette.h"
+#include "ui/report.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr int kNameWidth = 150;   // pixels
+constexpr int kSampleWidth = 56;  // pixels
+constexpr int kIndent = 4;        // pixels
+constexpr int kAir = 4;           // pixels above and below the letters together
+
+Qt::PenStyle PenStyleOf(DrawStyle style) {
+  switch (style) {
+    case DrawStyle::kDash:
+      return Qt::DashLine;
+    case DrawStyle::kDot:
+      return Qt::DotLine;
+    case DrawStyle::kDashDot:
+      return Qt::DashDotLine;
+    case DrawStyle::kDashDotDot:
+      return Qt::DashDotDotLine;
+    case DrawStyle::kSolid:
+      break;
+  }
+  return Qt::SolidLine;
+}
+
+}  // namespace
+
+RowName::RowName(Label& label, QWidget* parent) : QWidget(parent), label_(label) {
+  setObjectName(ToQt(label_.name()));
+  setFocusPolicy(Qt::StrongFocus);
+  label_.SetView([this] {
+    ShowCommon(this, label_);
+    setAccessibleName(ToQt(label_.Caption.get()));
+    update();
+  });
+  ShowCommon(this, label_);
+}
+
+RowName::~RowName() { label_.SetView({}); }
+
+QSize RowName::sizeHint() const { return {kNameWidth, fontMetrics().height() + kAir}; }
+
+void RowName::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const QColor background = ToQColor(label_.BackColor);
+  painter.fillRect(rect(), background);
+  painter.setPen(ReadableShade(ToQColor(label_.ForeColor), background));
+  const QRect text = rect().adjusted(kIndent, 0, -kIndent, 0);
+  painter.drawText(
+      text, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+      fontMetrics().elidedText(ToQt(label_.Caption.get()), Qt::ElideRight, text.width()));
+  if (hasFocus()) DrawFocusFrame(painter, rect(), FocusFrame::kThin);
+}
+
+void RowName::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) Report(Picked);
+}
+
+// The arrows go from row to row.
+void RowName::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Space:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      Report(Picked);
+      return;
+    default:
+      QWidget::keyPressEvent(event);
+  }
+}
+
+LineSampleView::LineSampleView(LineSample& sample, QWidget* parent)
+    : QWidget(parent), sample_(sample) {
+  setObjectName(ToQt(sample_.name()));
+  setCursor(Qt::PointingHandCursor);
+  setToolTip(tr("Another colour"));
+  sample_.SetView([this] {
+    setVisible(sample_.Visible || isWindow());
+    update();
+  });
+}
+
+LineSampleView::~LineSampleView() { sample_.SetView({}); }
+
+QSize LineSampleView::sizeHint() const { return {kSampleWidth, fontMetrics().height() + kAir}; }
+
+void LineSampleView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(rect(), ToQColor(sample_.BackColor));
+  QPen pen(ToQColor(sample_.ForeColor), sample_.DrawWidth, PenStyleOf(sample_.Style));
+  pen.setCapStyle(Qt::FlatCap);
+  painter.setPen(pen);
+  painter.drawLine(0, height() / 2, width(), height() / 2);
+}
+
+void LineSampleView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) Report(sample_.Click);
+}
+
+}  // namespace tarnlink
