@@ -8,6 +8,7 @@
 
 #include "common/run_time_error.h"
 #include "support/prefixes.h"
+#include "support/samples.h"
 #include "unit/measure_store.h"
 
 namespace tarnlink {
@@ -420,6 +421,19 @@ TEST(MeasureFile, ReadingAFullChannelLeaves89999Samples) {
 TEST(MeasureFile, AfterALoadWithoutSamplesASaveHasNone) {
   const Graphic read = Read(FileText(SmallStore()));
   EXPECT_EQ(FileText(read), FileText(SmallStore()));
+}
+
+TEST(MeasureFile, TheSampleIsSavedAsItWasLoaded) {
+  const std::string bytes = SampleBytes("burner_start.mss");
+  const Graphic data = Read(bytes);
+  EXPECT_EQ(FileText(data), bytes);
+  EXPECT_EQ(data.Channels[0].Count(), 900);
+  EXPECT_EQ(data.Channels[100].Count(), 900);
+  const std::string lines = SampleBytes("burner.grp");
+  EXPECT_EQ(FileText(data, {.with_measurements = false}), lines);
+  const Graphic fresh = Read(lines, false);
+  EXPECT_EQ(fresh.Attributes, data.Attributes);
+  EXPECT_EQ(fresh.Channels[0].UpperBound(), 90'000);
 }
 
 // What a file cannot hold of a store: its lowest two elements, and the range that was on screen.

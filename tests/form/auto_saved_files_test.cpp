@@ -1,0 +1,123 @@
+// The files of automatic saving.
+
+#include "form/measure_files_fixture.h"
+
+namespace tarnlink {
+namespace {
+
+class AutoSavedFilesTest : public MeasureFilesTest {
+ protected:
+  AutoSavedFilesTest() {
+    menu.mnuAutoSave.Checked = true;
+    graph.Data.AutoSaveDir = "/home/user/measured/";
+    graph.Data.AutoSaveDay = ToDate({2024, 3, 5});
+    graph.AutoSaveTimer->SetInterval(60'000);
+    graph.AutoSaveTimer->SetEnabled(true);
+    menu.SetCommunication(false);
+  }
+  std::string Names() {
+    std::string names;
+    for (const std::string& name : world.disk().ListFolder("/home/user/measured")) {
+      names += name + " ";
+    }
+    return names;
+  }
+  // A sample now.
+  void Tick() { graph.Data.AddMeasurement(7, graph.Now(), 0); }
+  Graphic Saved(const std::string& name) {
+    MeasureFileReader reader(name, true);
+    reader.Take(world.disk().Get("/home/user/measured/" + name));
+    reader.Finish();
+    Graphic data;
+    reader.HandOver(data);
+    return data;
+  }
+};
+
+TEST_F(AutoSavedFilesTest, SavesWhatIsNewerThanTheDayAndGoesOnWithToday) {
+  Tick();
+  graph.Data.AddMeasurement(1, ToDate({2024, 3, 6, 0, 4, 0}), 0);
+  world.clock().Set({2024, 3, 6, 0, 5, 30});
+  files.AutoSaveMeasurements();
+  EXPECT_EQ(Names(), "05Mar24-00.mss ");
+  EXPECT_EQ(graph.Data.AutoSaveDay, ToDate({2024, 3, 6}));
+  EXPECT_EQ(Saved("05Mar24-00.mss").Channels[0].Count(), 2);
+}
+
+// A sample every ten minutes over a week.
+TEST_F(AutoSavedFilesTest, OverAWeekEveryDayHasItsFileAndNothingIsMissing) {
+  world.clock().Set({2024, 3, 5, 0, 0, 30});
+  for (int i = 0; i < 7 * 144 + 1; ++i) {
+    Tick();
+    world.Advance(10min);
+  }
+  EXPECT_EQ(Names(),
+            "05Mar24-00.mss 06Mar24-00.mss 07Mar24-00.mss 08Mar24-00.mss 09Mar24-00.mss "
+            "10Mar24-00.mss 11Mar24-00.mss ");
+  std::int64_t expected = ToSeconds(ToDate({2024, 3, 5, 0, 0, 30}));
+  for (int day = 5; day <= 11; ++day) {
+    const std::string name = (day < 10 ? "0" : "") + std::to_string(day) + "Mar24-00.mss";
+    const Graphic saved = Saved(name);
+    const MeasureChannel& channel = saved.Channels[0];
+    // Each begins behind its day's midnight, and so repeats what the one before had of the first
+    // minutes of this day.
+    if (day > 5) expected -= 600;
+    for (const std::int64_t time : channel.Times()) {
+      EXPECT_EQ(time, expected) << name;
+      expected += 600;
+    }
+  }
+  EXPECT_EQ(expected, ToSeconds(ToDate({2024, 3, 12, 0, 10, 30})));
+}
+
+TEST_F(AutoSavedFilesTest, AFolderThatVanishesIsToldOnceADay) {
+  world.clock().Set({2024, 3, 5, 23, 59, 30});
+  world.disk().RemoveFolder("/home/user/measured");
+  ExpectSaveError();
+  ExpectSaveError();
+  world.Advance(30h);
+  EXPECT_EQ(Count(0), 0);
+  Tick();
+  EXPECT_EQ(Count(0), 1) << "nothing of the memory suffers";
+}
+
+// The box of a failed save stands over two days.
+TEST_F(AutoSavedFilesTest, NothingIsMissingAfterABoxThatStoodLong) {
+  world.clock().Set({2024, 3, 5, 23, 59, 30});
+  graph.Data.AutoSaveDir = "/gone/";
+  world.dialogs().ExpectMessageBox("Error saving file", "Saving file").While([this] {
+    graph.Data.AutoSaveDir = "/home/user/measured/";
+    for (int i = 0; i < 48; ++i) {
+      world.Advance(1h);
+      Tick();
+    }
+  });
+  world.Advance(10min);
+  world.Advance(10min);
+  EXPECT_EQ(Names(), "06Mar24-00.mss ");
+  EXPECT_EQ(Saved("06Mar24-00.mss").Channels[0].Count(), 48);
+}
+
+TEST_F(AutoSavedFilesTest, WhileAFileIsUnderWayItWaitsAndComesOnce) {
+  MeasureLong();
+  Save();
+  files.AutoSaveMeasurements();
+  files.AutoSaveMeasurements();
+  EXPECT_EQ(graph.Data.AutoSaveDay, ToDate({2024, 3, 5}));
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Names(), "05Mar24-00.mss file.mss ");
+  files.AutoSaveMeasurements();
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Names(), "05Mar24-00.mss 05Mar24-01.mss file.mss ");
+}
+
+TEST_F(AutoSavedFilesTest, LeavingTheGraphSavesOnceMore) {
+  MeasureLong();
+  all.form.Unload();
+  files.FinishNow();
+  EXPECT_EQ(Names(), "05Mar24-00.mss ");
+  EXPECT_EQ(Saved("05Mar24-00.mss").Channels[0].Count(), 40'000);
+}
+
+}  // namespace
+}  // namespace tarnlink
