@@ -23,6 +23,9 @@ class frmFileProgress {
   Label lblFile{"lblFile"};  // its name, with its path
   ProgressBar prgShare{"prgShare"};
   CommandButton cmdCancel{"cmdCancel", "Cancel"};
+
+  // Whether the user waits for it; else it must not take the keyboard from what the user does.
+  bool TakesFocus = true;
 };
 
 }  // namespace tarnlink

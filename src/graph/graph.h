@@ -45,7 +45,7 @@ struct Graph {
   MeasureFiles files{graph, menu, auto_save};
   frmGraph2Printer printer{graph, menu, display};
   FileCommands file_commands;
-  GraphForm form{graph, menu, acquisition, auto_save};
+  GraphForm form{graph, menu, acquisition, auto_save, files};
 };
 
 }  // namespace tarnlink

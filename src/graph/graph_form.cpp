@@ -5,8 +5,8 @@
 namespace tarnlink {
 
 GraphForm::GraphForm(frmGraphic& graph, frmContextMenu& menu, GraphAcquisition& acquisition,
-                     AutoSave& auto_save)
-    : graph_(graph), acquisition_(acquisition), auto_save_(auto_save) {
+                     AutoSave& auto_save, MeasureFiles& files)
+    : graph_(graph), acquisition_(acquisition), auto_save_(auto_save), files_(files) {
   menu.mnuExit.Click = [this] { Unload(); };
 }
 
@@ -25,6 +25,7 @@ void GraphForm::Load() {
 void GraphForm::Unload() {
   if (!is_loaded_) return;
   is_loaded_ = false;
+  files_.StopLoads();
   auto_save_.Unload();
   graph_.ZOLTCommunication = false;
   for (Timer* timer :
@@ -37,7 +38,9 @@ void GraphForm::Unload() {
     // Whatever the device says, the graph is left.
   }
   graph_.form.Visible = false;
-  if (Unloaded) Unloaded();
+  files_.WhenIdle([this] {
+    if (Unloaded) Unloaded();
+  });
 }
 
 }  // namespace tarnlink

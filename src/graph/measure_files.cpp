@@ -57,6 +57,7 @@ MeasureFiles::MeasureFiles(frmGraphic& graph, frmContextMenu& menu, AutoSave& au
 
 MeasureFiles::~MeasureFiles() {
   waiting_.clear();
+  when_idle_ = {};
   if (task_) task_->then = {};
   FinishNow();
 }
@@ -90,7 +91,8 @@ void MeasureFiles::AutoSaveMeasurements() {
   const std::string name = auto_save_.GetNewFileName(data.AutoSaveDir, data.AutoSaveDay);
   const std::int64_t newer_than = ToSeconds(data.AutoSaveDay);
   data.AutoSaveDay = DayOf(graph_.Now());
-  Save({Kind::kSave, name, true}, newer_than);
+  Save({.kind = Kind::kSave, .name = name, .with_measurements = true, .is_asked_for = false},
+       newer_than);
 }
 
 void MeasureFiles::ExportMeasureFile(const std::string& FileName, Then then) {
@@ -186,6 +188,7 @@ void MeasureFiles::Begin(Task task, std::unique_ptr<FileJob> job) {
   progress.caption.Caption = kTexts.at(static_cast<std::size_t>(task.kind)).caption;
   progress.lblFile.Caption = task.name;
   progress.prgShare.Value = 0;
+  progress.TakesFocus = task.is_asked_for;
   task_ = std::move(task);
   job_ = std::move(job);
   step_timer_ = graph_.platform().CreateTimer();
@@ -237,6 +240,19 @@ void MeasureFiles::RestoreLink() {
   menu_.SetCommunication(link_.communicates);
 }
 
+void MeasureFiles::StopLoads() {
+  std::erase_if(waiting_, [](const auto& each) { return each.first == Kind::kLoad; });
+  if (!IsBusy() || task_->kind != Kind::kLoad) return;
+  EndJob();
+  reader_.reset();
+  DoNext();
+}
+
+void MeasureFiles::WhenIdle(std::function<void()> call) {
+  when_idle_ = std::move(call);
+  DoNext();
+}
+
 void MeasureFiles::FinishNow() {
   std::erase_if(waiting_, [](const auto& each) { return each.first != Kind::kSave; });
   while (IsBusy()) {
@@ -277,6 +293,9 @@ void MeasureFiles::DoNext() {
     waiting_.pop_front();
     next();
   }
+  if (IsBusy() || !when_idle_) return;
+  const std::function<void()> call = std::exchange(when_idle_, {});
+  call();
 }
 
 }  // namespace tarnlink

@@ -50,7 +50,11 @@ class MeasureFiles {
   bool IsBusy() const { return job_ != nullptr; }
   // Stops what is under way, as the window's button does; what waits comes next.
   void Cancel();
-  // Before the graph is left: saves are finished, all others are stopped. Waits for the disk.
+  // The graph is left: loads are stopped, and nothing becomes of them. All else goes on.
+  void StopLoads();
+  // Calls once nothing is under way, which may be at once.
+  void WhenIdle(std::function<void()> call);
+  // Saves are finished, all others are stopped. Waits for the disk.
   void FinishNow();
 
   frmFileProgress progress;
@@ -64,6 +68,7 @@ class MeasureFiles {
     std::string name;
     bool with_measurements = false;
     Then then = {};
+    bool is_asked_for = true;  // by the user, now
   };
   // How acquisition and scrolling were before a load.
   struct Link {
@@ -101,6 +106,7 @@ class MeasureFiles {
   std::unique_ptr<Timer> show_timer_;
   std::deque<std::pair<Kind, std::function<void()>>> waiting_;
   bool auto_save_waits_ = false;
+  std::function<void()> when_idle_;
 };
 
 }  // namespace tarnlink

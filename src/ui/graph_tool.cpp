@@ -23,6 +23,9 @@ void GraphTool::Show(const std::string& properties) {
   MakeOnDemand(graph_->settings.form, [this] {
     settings_ = std::make_unique<GraphSettingsDialog>(graph_->settings, window_.get());
   });
+  MakeOnDemand(graph_->files.progress.form, [this] {
+    progress_ = std::make_unique<FileProgressDialog>(graph_->files.progress, window_.get());
+  });
   graph_->form.Load();
   if (!properties.empty()) graph_->file_commands.OpenProperties(properties);
 }
@@ -34,6 +37,7 @@ void GraphTool::MakeWindow() {
 
 void GraphTool::Drop() {
   if (window_) place_ = window_->saveGeometry();
+  progress_.reset();
   settings_.reset();
   test_mode_.reset();
   window_.reset();

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "graph/graph.h"
+#include "ui/file_progress_dialog.h"
 #include "ui/graph_settings_dialog.h"
 #include "ui/graph_window.h"
 #include "ui/test_mode_dialog.h"
@@ -38,6 +39,7 @@ class GraphTool {
   std::unique_ptr<GraphWindow> window_;
   std::unique_ptr<TestModeDialog> test_mode_;
   std::unique_ptr<GraphSettingsDialog> settings_;
+  std::unique_ptr<FileProgressDialog> progress_;
 };
 
 }  // namespace tarnlink

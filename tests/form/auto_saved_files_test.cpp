@@ -111,10 +111,24 @@ TEST_F(AutoSavedFilesTest, WhileAFileIsUnderWayItWaitsAndComesOnce) {
   EXPECT_EQ(Names(), "05Mar24-00.mss 05Mar24-01.mss file.mss ");
 }
 
-TEST_F(AutoSavedFilesTest, LeavingTheGraphSavesOnceMore) {
+// The user did not ask for the file now, and may be typing.
+TEST_F(AutoSavedFilesTest, ItsWindowDoesNotTakeTheKeyboard) {
   MeasureLong();
+  files.AutoSaveMeasurements();
+  EXPECT_FALSE(files.progress.TakesFocus);
+  ASSERT_TRUE(WaitForEnd());
+  Save();
+  EXPECT_TRUE(files.progress.TakesFocus);
+}
+
+TEST_F(AutoSavedFilesTest, LeavingTheGraphSavesOnceMoreBehindTheHiddenForm) {
+  MeasureLong();
+  all.form.Unloaded = [this] { done += "unloaded "; };
   all.form.Unload();
-  files.FinishNow();
+  EXPECT_FALSE(graph.form.Visible);
+  EXPECT_EQ(Done(), "");
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Done(), "unloaded ");
   EXPECT_EQ(Names(), "05Mar24-00.mss ");
   EXPECT_EQ(Saved("05Mar24-00.mss").Channels[0].Count(), 40'000);
 }

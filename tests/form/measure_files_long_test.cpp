@@ -331,6 +331,23 @@ TEST_F(MeasureFilesTest, BeforeTheGraphIsLeftASaveIsFinishedAndAllElseIsStopped)
   EXPECT_EQ(State(), "communicates, follows ++");
 }
 
+TEST_F(MeasureFilesTest, LeavingTheGraphStopsALoadAndFinishesWhatIsWritten) {
+  MeasureLong();
+  Save();
+  ASSERT_TRUE(WaitForEnd());
+  Done();
+  all.form.Unloaded = [this] { done += "unloaded "; };
+  Load();
+  Load();
+  Export();
+  all.form.Unload();
+  EXPECT_FALSE(world.port().PortOpen()) << "a stopped load does not start the acquisition again";
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Done(), "then unloaded ");
+  EXPECT_TRUE(world.disk().Exists(kTable));
+  EXPECT_FALSE(world.port().PortOpen());
+}
+
 TEST_F(MeasureFilesTest, ASaveOutlivesWhatItWasMadeFor) {
   MeasureLong();
   {
