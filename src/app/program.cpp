@@ -4,6 +4,7 @@
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "monitor/project_paths.h"
 #include "ui/on_demand.h"
 
 namespace tarnlink {
@@ -18,17 +19,11 @@ GraphPort GraphPortOf(Monitor& monitor) {
 }
 
 GraphProject GraphProjectOf(Monitor& monitor) {
-  return {.mss_folder = monitor.main.MssCmnDlg.InitDir,
-          .grp_folder = monitor.main.GrpCmnDlg.InitDir,
-          .HasFile =
-              [&monitor](const std::string& name) {
-                return monitor.main.trvProject.Find(name) != nullptr;
-              },
-          .AddFile =
-              [&monitor](const std::string& name) {
-                monitor.main.trvProject.AddFileToProject("grp", name);
-                monitor.main.ProjectChanged = true;
-              }};
+  return {
+      .mss_folder = monitor.main.MssCmnDlg.InitDir,
+      .grp_folder = monitor.main.GrpCmnDlg.InitDir,
+      .HasFile = [&monitor](const std::string& name) { return HoldsFile(monitor.main, name); },
+      .AddFile = [&monitor](const std::string& name) { AddSavedFile(monitor.main, "grp", name); }};
 }
 
 }  // namespace

@@ -65,14 +65,23 @@ int CharacterCount(std::string_view utf8) {
   return static_cast<int>(count);
 }
 
+namespace {
+
+bool BeginsCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; }
+
+}  // namespace
+
 std::string_view FirstCharacters(std::string_view utf8, int count) {
   std::size_t end = 0;
   for (const char byte : utf8) {
-    const bool begins_one = (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
-    if (begins_one && count-- == 0) break;
+    if (BeginsCharacter(byte) && count-- == 0) break;
     ++end;
   }
   return utf8.substr(0, end);
+}
+
+int CountCharacters(std::string_view utf8) {
+  return static_cast<int>(std::count_if(utf8.begin(), utf8.end(), BeginsCharacter));
 }
 
 }  // namespace tarnlink

@@ -32,6 +32,7 @@ std::string WithoutQuotes(std::string_view text);
 
 // The first characters of a UTF-8 text, or the whole text if it has no more.
 std::string_view FirstCharacters(std::string_view utf8, int count);
+int CountCharacters(std::string_view utf8);
 
 // The characters of a UTF-8 text, not its bytes.
 int CharacterCount(std::string_view utf8);

@@ -1,9 +1,12 @@
 #include "graph/file_commands.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
+#include <string_view>
 
 #include "common/paths.h"
+#include "common/text.h"
 
 namespace tarnlink {
 
@@ -42,11 +45,14 @@ std::string FileCommands::NameOfToday(const std::string& behind) const {
 }
 
 void FileCommands::SetDefaultHeader(const std::string& FileName) {
-  constexpr std::size_t kExtension = 4;  // with its dot
-  std::size_t end = FileName.size() < kExtension ? 0 : FileName.size() - kExtension;
-  std::size_t begin = end;
-  while (begin > 1 && !IsSeparator(FileName[begin - 1])) --begin;
-  printer_.HeaderText = FileName.substr(begin, end - begin);
+  constexpr int kExtension = 4;  // with its dot
+  const std::string_view path = FileName;
+  const std::size_t first = FirstCharacters(path, 1).size();
+  const int count = CountCharacters(path) - kExtension;
+  const std::string_view name = path.substr(0, FirstCharacters(path, std::max(count, 0)).size());
+  std::size_t begin = name.size();
+  while (begin > first && !IsSeparator(name[begin - 1])) --begin;
+  printer_.HeaderText = name.substr(begin);
 }
 
 // --- Measurements --------------------------------------------------------------------------------

@@ -1,6 +1,7 @@
 #include "graph/frm_graph_conf.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "common/local_decimal.h"
@@ -24,6 +25,12 @@ Items ItemsOf(std::initializer_list<const char*> texts) {
   Items items;
   for (const char* text : texts) items.push_back({text});
   return items;
+}
+
+// An index that the list does not have, such as a file can bring, shows nothing.
+void ShowPick(PickBox& box, int index) {
+  box.SelectText({});
+  box.Select(index);
 }
 
 // Changes a flag for as long as this lives.
@@ -58,24 +65,33 @@ frmGraphConf::frmGraphConf(frmGraphic& graph, GraphDisplay& display)
 // --- Opening and closing -------------------------------------------------------------------------
 
 void frmGraphConf::Show() {
-  const int last = graph_.Data.LastAttribute();
-  VScroll1.Max = std::max(0, last - (kRows - 1));
   VScroll1.LargeChange = kRows;
+  VScroll1.Value = 0;
+  optView.Select(kViewAlias);
+  FollowTable();
+  form.Visible = true;
+}
+
+void frmGraphConf::FollowTable() {
+  VScroll1.Max = std::max(0, graph_.Data.LastAttribute() - (kRows - 1));
+  VScroll1.Value = std::min(VScroll1.Value.get(), VScroll1.Max.get());
   Select(kNone);
   RefreshList();
-  form.Visible = true;
 }
 
 void frmGraphConf::Close() {
   if (!form.Visible) return;
-  if (const std::vector<int> hidden = HiddenChannels(); !hidden.empty()) {
+  if (!HiddenChannels().empty() && (!MayClear || MayClear())) {
     const Answer answer =
         graph_.platform().dialogs().MessageBox({.text = "Remove unused data from memory.",
                                                 .title = "Clear",
                                                 .icon = Icon::kQuestion,
                                                 .buttons = Buttons::kYesNo});
+    if (answer == Answer::kCancel) return;
     if (answer == Answer::kYes) {
-      for (const int i : hidden) graph_.Data.Channels[static_cast<std::size_t>(i)].Dimension(0);
+      // Once more: a file may have come meanwhile.
+      for (const int i : HiddenChannels())
+        graph_.Data.Channels[static_cast<std::size_t>(i)].Dimension(0);
     }
   }
   form.Visible = false;
@@ -111,6 +127,7 @@ void frmGraphConf::BindRows() {
     RefreshList();
   };
   for (int row = 0; row < kRows; ++row) {
+    lblLine(row).ToolTipText = "Another color";
     lblLine(row).Click = [this, row] { PickLineColor(row); };
     chkLine(row).Click = [this, row] {
       SwitchRow(row, &GraphAttribute::ShowLine, chkLine(row).Value);
@@ -125,6 +142,7 @@ void frmGraphConf::RefreshList() {
   const Raised loading(is_loading_);
   Picture1.BackColor = graph_.Data.Colors.GraphColor;
   for (int row = 0; row < kRows; ++row) RefreshRow(row);
+  ShowColours();
 }
 
 void frmGraphConf::RefreshRow(int row) {
@@ -186,17 +204,18 @@ void frmGraphConf::LoadDetails() {
   lblFixedCap.Caption = line.FixedCaption;
   txtAlias.Text = line.Alias;
   txtDescription.Text = line.Description;
-  cmbDrawStyle.Select(line.LineStyle);
+  ShowPick(cmbDrawStyle, line.LineStyle);
   chkShowLine.Value = line.ShowLine;
   chkShowCaption.Value = line.ShowCaption;
   txtID.Text = std::to_string(line.ID);
   txtSlaveAddress.Text = std::to_string(line.SlaveAddress);
   txtClass.Text = std::to_string(line.Class);
   txtData.Text = std::to_string(line.Data);
+  cmdLineColor.Color = line.LineColor;
   txtFactor.Text =
       LocalizeDecimal(FormatSingle(line.Factor), graph_.platform().locale().DecimalSeparator());
-  cmbStoredAs.Select(line.StoredAs);
-  cmbUnit.Select(line.Unit);
+  ShowPick(cmbStoredAs, line.StoredAs);
+  ShowPick(cmbUnit, line.Unit);
 }
 
 void frmGraphConf::ShowNormal(bool visible) {
@@ -294,30 +313,36 @@ void frmGraphConf::PickLineColor(int row) {
   if (row == kNone) return;
   const int index = GetAttributeIndex(row);
   if (index == kNone) return;
-  GraphAttribute& line = graph_.Data.Attributes.at(static_cast<std::size_t>(index));
-  const auto colour = graph_.platform().dialogs().PickColour(line.LineColor);
-  if (colour && index <= graph_.Data.LastAttribute()) {
-    graph_.Data.Attributes[static_cast<std::size_t>(index)].LineColor = *colour;
-  }
+  const auto colour = graph_.platform().dialogs().PickColour(graph_.Data.LineAt(index).LineColor);
+  if (!colour || GetAttributeIndex(row) != index) return;
+  graph_.Data.Attributes.at(static_cast<std::size_t>(index)).LineColor = *colour;
   RefreshList();
   Select(row);
 }
 
-void frmGraphConf::PickGraphColor(int index) {
+Colour& frmGraphConf::PlaceOf(int button) {
   GraphColors& colours = graph_.Data.Colors;
+  const std::array<Colour*, kDefaultColors> places = {&colours.CaptionColor, &colours.GridColor,
+                                                      &colours.CursorColor, &colours.GraphColor,
+                                                      &colours.BackColor};
+  return *places.at(static_cast<std::size_t>(button));
+}
+
+void frmGraphConf::PickGraphColor(int index) {
   if (index == kDefaultColors) {
     graph_.Data.DefaultColor();
   } else {
-    const std::vector<Colour*> places = {&colours.CaptionColor, &colours.GridColor,
-                                         &colours.CursorColor, &colours.GraphColor,
-                                         &colours.BackColor};
-    Colour& place = *places.at(static_cast<std::size_t>(index));
-    const auto colour = graph_.platform().dialogs().PickColour(place);
+    const auto colour = graph_.platform().dialogs().PickColour(PlaceOf(index));
     if (!colour) return;
-    place = *colour;
+    PlaceOf(index) = *colour;
   }
   display_.Form_Resize();
   RefreshList();
+}
+
+void frmGraphConf::ShowColours() {
+  for (int i = 0; i < kDefaultColors; ++i) cmdColor(i).Color = PlaceOf(i);
+  if (Selected() != nullptr) cmdLineColor.Color = Selected()->LineColor;
 }
 
 }  // namespace tarnlink

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,14 @@ class LineSample : public PlacedControl {
   Property<DrawStyle> Style{this, DrawStyle::kSolid};
   Property<int> DrawWidth{this, 2};
   std::function<void()> Click;
+};
+
+// A button that shows the colour which it changes, none for one that changes no single colour.
+class ColorButton : public CommandButton {
+ public:
+  using CommandButton::CommandButton;
+
+  Property<std::optional<Colour>> Color{this, std::nullopt};
 };
 
 class frmGraphConf {
@@ -56,7 +65,7 @@ class frmGraphConf {
   PickBox cmbDrawStyle{"cmbDrawStyle"};
   CheckBox chkShowLine{"chkShowLine", "Show line"};
   CheckBox chkShowCaption{"chkShowCaption", "Show caption"};
-  CommandButton cmdLineColor{"cmdLineColor", "Color"};
+  ColorButton cmdLineColor{"cmdLineColor", "Color"};
   CommandButton cmdAdvanced{"cmdAdvanced", "Advanced"};
 
   // --- What it asks the slave for; hidden until the user insists ---
@@ -70,16 +79,20 @@ class frmGraphConf {
   FixedArray<Label> lblAdvanced{
       "lblAdvanced", 0, {"ID :", "SA :", "Class :", "Data :", "Factor :", "Stored as :", "Unit :"}};
 
-  FixedArray<CommandButton> cmdColor{"cmdColor",
-                                     0,
-                                     {"Caption color", "Grid color", "Cursor color", "Graph color",
-                                      "Back color", "Default colors"}};
+  FixedArray<ColorButton> cmdColor{"cmdColor",
+                                   0,
+                                   {"Caption color", "Grid color", "Cursor color", "Graph color",
+                                    "Back color", "Default colors"}};
 
   // Opens with no row selected.
   void Show();
-  // Asks whether what is hidden may go from memory.
+  // Asks whether what is hidden may go from memory; a question that is not answered leaves it open.
   void Close();
+  // The lines are others now, such as those of a file: none of them is selected.
+  void FollowTable();
   std::function<void()> Closed;
+  // False while samples must stay in memory, as those of which a file is being made.
+  std::function<bool()> MayClear;
 
   // What the user does: a click on a row's name, on the name above the details.
   void lblCapClick(int Row) { Select(Row); }
@@ -112,6 +125,9 @@ class frmGraphConf {
   void SwitchRow(int row, bool GraphAttribute::*field, bool on);
   void PickLineColor(int row);
   void PickGraphColor(int index);
+  void ShowColours();
+  // The colour that a button changes.
+  Colour& PlaceOf(int button);
   std::vector<int> HiddenChannels() const;
   GraphAttribute* Selected();
 

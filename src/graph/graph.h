@@ -30,6 +30,8 @@ struct Graph {
     display.ShowSettings = [this] { settings.Show(); };
     menu.mnuGraphSettings.Click = [this] { settings.Show(); };
     settings.Closed = [this] { display.DrawAgain(); };
+    settings.MayClear = [this] { return !files.IsBusy(); };
+    files.Replaced = [this] { settings.FollowTable(); };
   }
 
   frmGraphic graph;

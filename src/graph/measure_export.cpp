@@ -133,8 +133,10 @@ void MeasureExport::MakeCells(std::size_t column, int rows) {
   const std::int64_t end = row_ + rows;
   for (std::int64_t row = row_; row < end; ++row) {
     // They come from farther than anything else here, and are wanted next time.
-    __builtin_prefetch(times + kRows);
-    __builtin_prefetch(values + kRows);
+    if (left > kRows) {
+      __builtin_prefetch(times + kRows);
+      __builtin_prefetch(values + kRows);
+    }
     if (left > 0 && *times <= row) {
       cell = table.Find(*values);
       if (cell == nullptr) cell = MakeCell(*shown.texts, *values);

@@ -25,8 +25,16 @@ constexpr int kFieldLines = 15;
 
 constexpr std::string_view kEndMark = "0000";
 
+// `number`, which was read from `text`, if that is whole as it is written: a fraction or an
+// exponent would have been rounded.
+template <class Number>
+Number Whole(Number number, std::string_view text, const char* letters = "+-0123456789 ") {
+  if (text.find_first_not_of(letters) == std::string_view::npos) return number;
+  throw RunTimeError(kTypeMismatch, "\"" + std::string(text) + "\" is no whole number.");
+}
+
 int CountIn(std::string_view line, int lowest, int highest, const char* what) {
-  const std::int32_t count = ToLong(line);
+  const std::int32_t count = Whole(ToLong(line), line);
   if (count >= lowest && count <= highest) return count;
   throw RunTimeError(kSubscript, std::string(what) + " is " + std::to_string(count) +
                                      ", which is not between " + std::to_string(lowest) + " and " +
@@ -46,16 +54,16 @@ float ToFactor(std::string_view line) { return ToSingle(LocalizeDecimal(line, ".
 void SetField(GraphAttribute& attribute, int field, std::string_view line) {
   switch (field) {
     case 1:
-      attribute.Class = ToByte(line);
+      attribute.Class = Whole(ToByte(line), line);
       break;
     case 2:
-      attribute.ID = ToLong(line);
+      attribute.ID = Whole(ToLong(line), line);
       break;
     case 3:
-      attribute.Data = ToLong(line);
+      attribute.Data = Whole(ToLong(line), line);
       break;
     case 4:
-      attribute.SlaveAddress = ToByte(line);
+      attribute.SlaveAddress = Whole(ToByte(line), line);
       break;
     case 5:
       attribute.FixedCaption = line;
@@ -73,19 +81,19 @@ void SetField(GraphAttribute& attribute, int field, std::string_view line) {
       attribute.Description = line;
       break;
     case 10:
-      attribute.LineColor = ToLong(line);
+      attribute.LineColor = Whole(ToLong(line), line);
       break;
     case 11:
-      attribute.LineStyle = ToInteger(line);
+      attribute.LineStyle = Whole(ToInteger(line), line);
       break;
     case 12:
-      attribute.Unit = ToLong(line);
+      attribute.Unit = Whole(ToLong(line), line);
       break;
     case 13:
       attribute.Factor = ToFactor(line);
       break;
     case 14:
-      attribute.StoredAs = ToLong(line);
+      attribute.StoredAs = Whole(ToLong(line), line);
       break;
     default:
       break;  // the line in front of them, which says nothing
@@ -95,7 +103,8 @@ void SetField(GraphAttribute& attribute, int field, std::string_view line) {
 // A time in any form that a number may have, such as with blanks.
 std::int64_t TimeOf(std::string_view line) {
   const auto part = [line](int position, int length) {
-    return ToInteger(Mid(line, position, length));
+    const std::string text = Mid(line, position, length);
+    return Whole(ToInteger(text), text, "0123456789 ");
   };
   const std::optional<std::int64_t> seconds =
       SecondsOf(part(1, 4), part(5, 2), part(7, 2), part(9, 2), part(11, 2), part(13, 2));
@@ -179,7 +188,7 @@ void MeasureFileReader::TakeLine(std::string_view line) {
 }
 
 void MeasureFileReader::TakeColour(std::string_view line) {
-  colours_.push_back(ToLong(line));
+  colours_.push_back(Whole(ToLong(line), line));
   if (colours_.size() == kColours) stage_ = Stage::kLastLine;
 }
 
@@ -198,8 +207,7 @@ void MeasureFileReader::TakeField(std::string_view line) {
 }
 
 void MeasureFileReader::TakeLastChannel(std::string_view line) {
-  const auto last_line = static_cast<int>(attributes_->size()) - 1;
-  const int last = CountIn(line, 0, last_line, "the number of the last channel");
+  const int last = CountIn(line, 0, kMostLines, "the number of the last channel");
   channels_.emplace(static_cast<std::size_t>(last) + 1);
   stage_ = Stage::kChannelTitle;
 }
@@ -217,7 +225,8 @@ void MeasureFileReader::TakeSample(std::string_view line) {
   const bool is_end = line.substr(0, kEndMark.size()) == kEndMark;
   if (!is_end) {
     const std::int64_t time = TimeOf(line);
-    Store(ToLong(line.substr(std::min(kStampDigits, line.size()))), time);
+    const std::string_view value = line.substr(std::min(kStampDigits, line.size()));
+    Store(Whole(ToLong(value), value), time);
   }
   --position_;
   if (is_end || position_ <= 0) EndChannel();

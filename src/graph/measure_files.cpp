@@ -1,6 +1,7 @@
 #include "graph/measure_files.h"
 
 #include <array>
+#include <cmath>
 #include <string_view>
 #include <utility>
 
@@ -33,12 +34,6 @@ bool IsSheet(const std::string& name) {
   return ToLower(Right(name, static_cast<int>(kExtension.size()))) == kExtension;
 }
 
-Date DayOf(Date time) {
-  CivilTime civil = ToCivil(time);
-  civil.hour = civil.minute = civil.second = 0;
-  return ToDate(civil);
-}
-
 }  // namespace
 
 MeasureFiles::MeasureFiles(frmGraphic& graph, frmContextMenu& menu, AutoSave& auto_save)
@@ -56,9 +51,8 @@ MeasureFiles::MeasureFiles(frmGraphic& graph, frmContextMenu& menu, AutoSave& au
 }
 
 MeasureFiles::~MeasureFiles() {
-  waiting_.clear();
+  is_left_ = true;
   when_idle_ = {};
-  if (task_) task_->then = {};
   FinishNow();
 }
 
@@ -79,18 +73,24 @@ void MeasureFiles::LoadMeasureFile(const std::string& FileName, bool WithMeasure
   link_ = {graph_.ZOLTCommunication, graph_.AutoScroll, graph_.CursorTime};
   menu_.SetTimeScroll(!WithMeasurements);
   menu_.SetCommunication(!WithMeasurements);
-  Load({Kind::kLoad, FileName, WithMeasurements, std::move(then)});
+  // A box of the port may have stood there, and a file may have begun behind it.
+  Task task{Kind::kLoad, FileName, WithMeasurements, std::move(then)};
+  if (WaitsForAnother(Kind::kLoad, [this, task] { Load(task); })) return;
+  Load(std::move(task));
 }
 
 // The day is the next one before anything can go wrong: its box may stand for days.
 void MeasureFiles::AutoSaveMeasurements() {
-  if (auto_save_waits_ && IsBusy()) return;
-  auto_save_waits_ = WaitsForAnother(Kind::kSave, [this] { AutoSaveMeasurements(); });
+  if (auto_save_waits_) return;
+  auto_save_waits_ = WaitsForAnother(Kind::kSave, [this] {
+    auto_save_waits_ = false;
+    AutoSaveMeasurements();
+  });
   if (auto_save_waits_) return;
   Graphic& data = graph_.Data;
   const std::string name = auto_save_.GetNewFileName(data.AutoSaveDir, data.AutoSaveDay);
   const std::int64_t newer_than = ToSeconds(data.AutoSaveDay);
-  data.AutoSaveDay = DayOf(graph_.Now());
+  data.AutoSaveDay = std::floor(graph_.Now());
   Save({.kind = Kind::kSave, .name = name, .with_measurements = true, .is_asked_for = false},
        newer_than);
 }
@@ -189,6 +189,8 @@ void MeasureFiles::Begin(Task task, std::unique_ptr<FileJob> job) {
   progress.lblFile.Caption = task.name;
   progress.prgShare.Value = 0;
   progress.TakesFocus = task.is_asked_for;
+  // A day that is stopped would be missing.
+  progress.cmdCancel.Enabled = task.is_asked_for;
   task_ = std::move(task);
   job_ = std::move(job);
   step_timer_ = graph_.platform().CreateTimer();
@@ -254,14 +256,10 @@ void MeasureFiles::WhenIdle(std::function<void()> call) {
 }
 
 void MeasureFiles::FinishNow() {
-  std::erase_if(waiting_, [](const auto& each) { return each.first != Kind::kSave; });
+  StopLoads();
   while (IsBusy()) {
-    if (task_->kind != Kind::kSave) {
-      Cancel();
-    } else {
-      job_->Wait();
-      Step();
-    }
+    job_->Wait();
+    Step();
   }
 }
 
@@ -269,22 +267,31 @@ void MeasureFiles::FinishNow() {
 
 void MeasureFiles::Complete(const Task& task) {
   if (task.kind == Kind::kLoad) {
-    reader_->HandOver(graph_.Data);
-    reader_.reset();
+    if (task.with_measurements) StayStopped();
+    HandOver();
     if (task.with_measurements) graph_.BaseTime = graph_.CursorTime = graph_.Data.LastTime;
     if (DrawAgain) DrawAgain();
   }
-  if (task.then) task.then();
+  if (task.then && !is_left_) task.then();
 }
 
 void MeasureFiles::Fail(const Task& task, const RunTimeError& error) {
-  if (task.kind == Kind::kLoad) {
-    reader_->HandOver(graph_.Data);
-    reader_.reset();
-  }
+  if (task.kind == Kind::kLoad) HandOver();
   const Texts& texts = kTexts.at(static_cast<std::size_t>(task.kind));
   graph_.platform().dialogs().MessageBox(
       {.text = texts.error, .title = texts.title, .icon = Icon::kCritical, .detail = error.what()});
+}
+
+// They may have been started again while the file was read.
+void MeasureFiles::StayStopped() {
+  if (graph_.AutoScroll) menu_.SetTimeScroll(false);
+  if (graph_.ZOLTCommunication) menu_.SetCommunication(false);
+}
+
+void MeasureFiles::HandOver() {
+  reader_->HandOver(graph_.Data);
+  reader_.reset();
+  if (Replaced && !is_left_) Replaced();
 }
 
 void MeasureFiles::DoNext() {

@@ -29,7 +29,7 @@ class MeasureFiles {
 
   // Binds automatic saving. All arguments outlive it.
   MeasureFiles(frmGraphic& graph, frmContextMenu& menu, AutoSave& auto_save);
-  // As `FinishNow`, but nothing comes behind the file.
+  // As `FinishNow`, but nothing comes behind the files.
   ~MeasureFiles();
   MeasureFiles(const MeasureFiles&) = delete;
   MeasureFiles& operator=(const MeasureFiles&) = delete;
@@ -54,10 +54,11 @@ class MeasureFiles {
   void StopLoads();
   // Calls once nothing is under way, which may be at once.
   void WhenIdle(std::function<void()> call);
-  // Saves are finished, all others are stopped. Waits for the disk.
+  // The same, but all else is finished here. Waits for the disk.
   void FinishNow();
 
   frmFileProgress progress;
+  std::function<void()> Replaced;  // what there was, by all or a part of a file
   std::function<void()> DrawAgain;
 
  private:
@@ -92,6 +93,8 @@ class MeasureFiles {
   // What comes behind the last byte, or behind an error.
   void Complete(const Task& task);
   void Fail(const Task& task, const RunTimeError& error);
+  void StayStopped();
+  void HandOver();
   void DoNext();
   void RestoreLink();
 
@@ -107,6 +110,7 @@ class MeasureFiles {
   std::deque<std::pair<Kind, std::function<void()>>> waiting_;
   bool auto_save_waits_ = false;
   std::function<void()> when_idle_;
+  bool is_left_ = false;  // what the files were for is gone
 };
 
 }  // namespace tarnlink

@@ -31,4 +31,15 @@ bool HoldsFile(const frm_Main& main, const std::string& path) {
   });
 }
 
+void AddSavedFile(frm_Main& main, const std::string& group, const std::string& path) {
+  if (main.trvProject.AddFileToProject(group, path)) {
+    main.ProjectChanged = true;
+    return;
+  }
+  main.platform().dialogs().MessageBox(
+      {.text = "\"" + StripFileFromPath(path) + "\" has no group in this project.",
+       .title = std::string(kProgramTitle),
+       .icon = Icon::kExclamation});
+}
+
 }  // namespace tarnlink

@@ -17,4 +17,7 @@ std::string FileOfGroup(const frm_Main& main, const std::string& group, const st
 // Whether a node of the project stands for the file `path`.
 bool HoldsFile(const frm_Main& main, const std::string& path);
 
+// Puts a file that was saved into its group of the project, or says that this has been deleted.
+void AddSavedFile(frm_Main& main, const std::string& group, const std::string& path);
+
 }  // namespace tarnlink

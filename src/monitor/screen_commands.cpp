@@ -251,16 +251,7 @@ void ScreenCommands::OfferToAddToProject() {
                                                                .title = std::string(kQuestionTitle),
                                                                .icon = Icon::kQuestion,
                                                                .buttons = Buttons::kYesNo});
-  if (answer != Answer::kYes) return;
-  if (main_.trvProject.AddFileToProject("wcr", path)) {
-    main_.ProjectChanged = true;
-    return;
-  }
-  // Its group has been deleted.
-  main_.platform().dialogs().MessageBox(
-      {.text = "\"" + StripFileFromPath(path) + "\" has no group in this project.",
-       .title = std::string(kProgramTitle),
-       .icon = Icon::kExclamation});
+  if (answer == Answer::kYes) AddSavedFile(main_, "wcr", path);
 }
 
 bool ScreenCommands::OfferToSave() {

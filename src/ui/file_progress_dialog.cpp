@@ -59,6 +59,7 @@ void FileProgressDialog::ShowForm() {
     ShowFile();
     share_->setValue(form_.prgShare.Value);
     setAttribute(Qt::WA_ShowWithoutActivating, !form_.TakesFocus);
+    setModal(form_.TakesFocus);
   }
   setVisible(form_.form.Visible);
 }

@@ -8,7 +8,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
-#include <QWheelEvent>
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
@@ -21,7 +20,13 @@ namespace tarnlink {
 namespace {
 
 constexpr int kNumberWidth = 90;  // pixels
-constexpr int kRowGap = 1;        // pixels between two rows of the list
+
+// What is hidden leaves its place empty, so that nothing jumps.
+void KeepPlace(QWidget* widget) {
+  QSizePolicy policy = widget->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  widget->setSizePolicy(policy);
+}
 
 }  // namespace
 
@@ -56,12 +61,14 @@ void GraphSettingsDialog::ShowForm() {
 }
 
 QWidget* GraphSettingsDialog::BuildList() {
-  auto* list = new QWidget(this);
+  auto* list = new ScrolledList(this);
   auto* rows = new QGridLayout;
-  rows->setVerticalSpacing(kRowGap);
+  rows->setVerticalSpacing(0);  // the samples are one strip in the graph's colour
   for (int row = 0; row < frmGraphConf::kRows; ++row) {
     auto* name = new RowName(form_.lblCap(row), list);
     name->Picked = [this, row] { form_.lblCapClick(row); };
+    name->Left = [this, row](int step) { GoToRow(row + step); };
+    names_.push_back(name);
     auto* line = new QCheckBox(list);
     Bind(line, form_.chkLine(row));
     auto* caption = new QCheckBox(list);
@@ -73,6 +80,7 @@ QWidget* GraphSettingsDialog::BuildList() {
   }
   scroll_ = new QScrollBar(Qt::Vertical, list);
   Bind(scroll_, form_.VScroll1);
+  list->Follow(scroll_);
   auto* middle = new QHBoxLayout;
   middle->addLayout(rows);
   middle->addWidget(scroll_);
@@ -83,6 +91,15 @@ QWidget* GraphSettingsDialog::BuildList() {
   Bind(view, form_.Frame1);
   layout->addWidget(view);
   return list;
+}
+
+// Beyond the ends of the list it moves by a row.
+void GraphSettingsDialog::GoToRow(int row) {
+  if (row < 0 || row >= frmGraphConf::kRows) {
+    scroll_->setValue(scroll_->value() + (row < 0 ? -1 : 1));
+  } else if (QWidget* name = names_.at(static_cast<std::size_t>(row)); name->isVisible()) {
+    name->setFocus(Qt::TabFocusReason);
+  }
 }
 
 QWidget* GraphSettingsDialog::BuildDetails() {
@@ -100,14 +117,15 @@ QWidget* GraphSettingsDialog::BuildDetails() {
   };
   add_text(1, tr("Alias"), form_.txtAlias);
   add_text(2, tr("Description"), form_.txtDescription);
+  auto* label = new QLabel(frame);
+  Bind(label, form_.lblStyle);
+  KeepPlace(label);
+  layout->addWidget(label, 3, 0);
   auto* style = new QComboBox(frame);
   Bind(style, form_.cmbDrawStyle);
   style->setAccessibleName(tr("Line style"));
-  layout->addWidget(style, 3, 0, 1, 2);
-  auto* colour = new QPushButton(frame);
-  Bind(colour, form_.cmdLineColor);
-  colour->setAutoDefault(false);
-  layout->addWidget(colour, 3, 2);
+  layout->addWidget(style, 3, 1);
+  layout->addWidget(new ColourButtonView(form_.cmdLineColor, frame), 3, 2);
   auto* line = new QCheckBox(frame);
   Bind(line, form_.chkShowLine);
   layout->addWidget(line, 4, 0);
@@ -153,19 +171,10 @@ QWidget* GraphSettingsDialog::BuildColours() {
   auto* layout = new QGridLayout(frame);
   constexpr int kColumns = 2;
   for (int i = 0; i <= form_.cmdColor.last(); ++i) {
-    auto* button = new QPushButton(frame);
-    Bind(button, form_.cmdColor(i));
-    button->setAutoDefault(false);
+    auto* button = new ColourButtonView(form_.cmdColor(i), frame);
     layout->addWidget(button, i / kColumns, i % kColumns);
   }
   return frame;
-}
-
-void GraphSettingsDialog::wheelEvent(QWheelEvent* event) {
-  constexpr int kStep = 120;
-  constexpr int kRows = 3;
-  scroll_->setValue(scroll_->value() - event->angleDelta().y() * kRows / kStep);
-  event->accept();
 }
 
 }  // namespace tarnlink

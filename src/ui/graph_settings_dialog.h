@@ -17,17 +17,16 @@ class GraphSettingsDialog final : public QDialog {
 
   void done(int result) override;
 
- protected:
-  void wheelEvent(QWheelEvent* event) override;
-
  private:
   QWidget* BuildList();
   QWidget* BuildDetails();
   QWidget* BuildAdvanced();
   QWidget* BuildColours();
   void ShowForm();
+  void GoToRow(int row);
 
   frmGraphConf& form_;
+  std::vector<QWidget*> names_;
   QScrollBar* scroll_ = nullptr;
 };
 

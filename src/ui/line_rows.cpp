@@ -1,10 +1,13 @@
 #include "ui/line_rows.h"
 
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWheelEvent>
 
 #include "platform/qt/qt_colour.h"
+#include "platform/qt/qt_surface.h"
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
 #include "ui/palette.h"
@@ -18,22 +21,7 @@ constexpr int kNameWidth = 150;   // pixels
 constexpr int kSampleWidth = 56;  // pixels
 constexpr int kIndent = 4;        // pixels
 constexpr int kAir = 4;           // pixels above and below the letters together
-
-Qt::PenStyle PenStyleOf(DrawStyle style) {
-  switch (style) {
-    case DrawStyle::kDash:
-      return Qt::DashLine;
-    case DrawStyle::kDot:
-      return Qt::DotLine;
-    case DrawStyle::kDashDot:
-      return Qt::DashDotLine;
-    case DrawStyle::kDashDotDot:
-      return Qt::DashDotDotLine;
-    case DrawStyle::kSolid:
-      break;
-  }
-  return Qt::SolidLine;
-}
+constexpr int kPatch = 14;        // pixels: a patch of colour on a button
 
 }  // namespace
 
@@ -68,9 +56,14 @@ void RowName::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) Report(Picked);
 }
 
-// The arrows go from row to row.
 void RowName::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
+    case Qt::Key_Up:
+      Report(Left, -1);
+      return;
+    case Qt::Key_Down:
+      Report(Left, 1);
+      return;
     case Qt::Key_Space:
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -85,11 +78,11 @@ LineSampleView::LineSampleView(LineSample& sample, QWidget* parent)
     : QWidget(parent), sample_(sample) {
   setObjectName(ToQt(sample_.name()));
   setCursor(Qt::PointingHandCursor);
-  setToolTip(tr("Another colour"));
   sample_.SetView([this] {
-    setVisible(sample_.Visible || isWindow());
+    ShowCommon(this, sample_);
     update();
   });
+  ShowCommon(this, sample_);
 }
 
 LineSampleView::~LineSampleView() { sample_.SetView({}); }
@@ -99,7 +92,7 @@ QSize LineSampleView::sizeHint() const { return {kSampleWidth, fontMetrics().hei
 void LineSampleView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), ToQColor(sample_.BackColor));
-  QPen pen(ToQColor(sample_.ForeColor), sample_.DrawWidth, PenStyleOf(sample_.Style));
+  QPen pen(ToQColor(sample_.ForeColor), sample_.DrawWidth, ToPenStyle(sample_.Style));
   pen.setCapStyle(Qt::FlatCap);
   painter.setPen(pen);
   painter.drawLine(0, height() / 2, width(), height() / 2);
@@ -107,6 +100,35 @@ void LineSampleView::paintEvent(QPaintEvent*) {
 
 void LineSampleView::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) Report(sample_.Click);
+}
+
+void ScrolledList::wheelEvent(QWheelEvent* event) {
+  if (bar_ != nullptr) QCoreApplication::sendEvent(bar_, event);
+}
+
+ColourButtonView::ColourButtonView(ColorButton& button, QWidget* parent)
+    : QPushButton(parent), button_(button) {
+  setObjectName(ToQt(button_.name()));
+  setAutoDefault(false);
+  connect(this, &QPushButton::clicked, this, [this] { button_.Press(); });
+  button_.SetView([this] { ShowButton(); });
+  ShowButton();
+}
+
+ColourButtonView::~ColourButtonView() { button_.SetView({}); }
+
+void ColourButtonView::ShowButton() {
+  ShowCommon(this, button_);
+  setText(ToQt(button_.Caption.get()));
+  if (!button_.Color.get()) return;
+  QPixmap patch(QSize(kPatch, kPatch) * devicePixelRatioF());
+  patch.fill(ToQColor(*button_.Color.get()));
+  patch.setDevicePixelRatio(devicePixelRatioF());
+  QPainter painter(&patch);
+  painter.setPen(palette().color(QPalette::Dark));
+  painter.drawRect(0, 0, kPatch - 1, kPatch - 1);
+  painter.end();
+  setIcon(patch);
 }
 
 }  // namespace tarnlink

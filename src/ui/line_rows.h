@@ -1,6 +1,8 @@
 // The parts of a row in the settings of the graph: a name that is clicked, a sample of a line.
 #pragma once
 
+#include <QPushButton>
+#include <QScrollBar>
 #include <QWidget>
 #include <functional>
 
@@ -16,6 +18,7 @@ class RowName final : public QWidget {
   ~RowName() override;
 
   std::function<void()> Picked;
+  std::function<void(int)> Left;  // by an arrow key: to the next row, 1, or the one before, -1
 
   QSize sizeHint() const override;
 
@@ -42,6 +45,34 @@ class LineSampleView final : public QWidget {
 
  private:
   LineSample& sample_;
+};
+
+// A list over which the mouse wheel turns its scroll bar.
+class ScrolledList final : public QWidget {
+ public:
+  using QWidget::QWidget;
+
+  // The bar lives as long as this.
+  void Follow(QScrollBar* bar) { bar_ = bar; }
+
+ protected:
+  void wheelEvent(QWheelEvent* event) override;
+
+ private:
+  QScrollBar* bar_ = nullptr;
+};
+
+// A button with a patch of its colour.
+class ColourButtonView final : public QPushButton {
+ public:
+  // Shows `button`, which outlives it.
+  ColourButtonView(ColorButton& button, QWidget* parent);
+  ~ColourButtonView() override;
+
+ private:
+  void ShowButton();
+
+  ColorButton& button_;
 };
 
 }  // namespace tarnlink

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QComboBox>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLabel>
@@ -154,6 +155,29 @@ TEST_F(QtDialogsTest, AnExtensionIsAddedToANameWithoutOne) {
   EXPECT_EQ(user.dialogs().SaveFile(request), folder / "screen.wcr");
   user.SavesFile(folder / "screen.old");
   EXPECT_EQ(user.dialogs().SaveFile(request), folder / "screen.old");
+}
+
+TEST_F(QtDialogsTest, TheNameFollowsTheFilterThatIsPicked) {
+  const TemporaryFolder folder;
+  FileDialogRequest request;
+  request.folder = folder.path();
+  request.filter = "Text File (*.txt)|*.txt|Workbook (*.xlsx)|*.xlsx|All files|*.*";
+  request.file_name = "05Mar24-00.txt";
+  request.extension = "txt";
+  LookAtFile(request, [&](QFileDialog& dialog) {
+    const auto pick = [&](int filter) {
+      auto* filters = dialog.findChild<QComboBox*>("fileTypeCombo");
+      filters->setCurrentIndex(filter);
+      emit filters->textActivated(filters->currentText());
+      return QFileInfo(dialog.selectedFiles().value(0)).fileName().toStdString() + " " +
+             dialog.defaultSuffix().toStdString();
+    };
+    EXPECT_EQ(pick(1), "05Mar24-00.xlsx xlsx");
+    EXPECT_EQ(pick(2), "05Mar24-00.xlsx xlsx") << "of all files none is meant";
+    EXPECT_EQ(pick(0), "05Mar24-00.txt txt");
+    dialog.selectFile("burner.start.xls");
+    EXPECT_EQ(pick(1), "burner.start.xls xlsx") << "the user's own extension stays";
+  });
 }
 
 TEST_F(QtDialogsTest, WithoutAFolderTheNextDialogOpensWhereTheLastOneWas) {

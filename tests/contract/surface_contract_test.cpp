@@ -312,6 +312,33 @@ TEST(QtSurface, OnAFinerScreenAPixelHasFewerUnits) {
   EXPECT_EQ(surface.TwipsPerPixelX(), 7.5F);
 }
 
+// Paper of 300 dots to the inch, that of a picture behind it to be looked at.
+TEST(QtSurface, OnPaperBoxesAndClipsLieWhereTheyAreToLie) {
+  QImage sheet(600, 600, QImage::Format_RGB32);
+  sheet.setDotsPerMeterX(11'811);
+  sheet.setDotsPerMeterY(11'811);
+  sheet.fill(Qt::white);
+  {
+    QtSurface paper(static_cast<QPaintDevice&>(sheet));
+    ASSERT_NEAR(paper.TwipsPerPixelX(), 4.8, 1e-6);
+    paper.SetPen(0x0000FF, DrawStyle::kSolid, 1);
+    paper.FilledBox({480, 960}, {960, 480});
+    paper.SetClip({1440, 1440}, {1920, 1920});
+    paper.SetPen(0xFF0000, DrawStyle::kSolid, 10);
+    paper.Line({0, 1680}, {2880, 1680});
+    paper.FilledBox({1200, 1440}, {1500, 1500});
+    paper.SetClip({}, {});
+    paper.Line({0, 2640}, {2880, 2640});
+  }
+  const auto is = [&](int x, int y, QColor colour) { return sheet.pixelColor(x, y) == colour; };
+  EXPECT_TRUE(is(100, 100, Qt::red) && is(200, 200, Qt::red) && is(150, 150, Qt::red));
+  EXPECT_TRUE(is(98, 150, Qt::white) && is(202, 150, Qt::white) && is(150, 98, Qt::white));
+  EXPECT_TRUE(is(350, 350, Qt::blue));
+  EXPECT_TRUE(is(298, 350, Qt::white) && is(402, 350, Qt::white)) << "beyond the clip";
+  EXPECT_TRUE(is(305, 305, Qt::blue) && is(280, 305, Qt::white));
+  EXPECT_TRUE(is(2, 550, Qt::blue) && is(597, 550, Qt::blue)) << "the clip is off again";
+}
+
 TEST(QtSurface, OnPaperTheResolutionIsThePrintersAndEverythingDraws) {
   QBuffer pdf;
   pdf.open(QIODevice::WriteOnly);

@@ -111,14 +111,51 @@ TEST_F(AutoSavedFilesTest, WhileAFileIsUnderWayItWaitsAndComesOnce) {
   EXPECT_EQ(Names(), "05Mar24-00.mss 05Mar24-01.mss file.mss ");
 }
 
+// The box of a failed save stands while the day's file waits.
+TEST_F(AutoSavedFilesTest, ADayThatWaitsComesOnceThoughTheClockTicksOn) {
+  MeasureLong();
+  world.disk().SetFreeSpace(1'000);
+  Save();
+  files.AutoSaveMeasurements();
+  world.dialogs()
+      .ExpectMessageBox("Error saving file", "Saving file")
+      .While([this] {
+        world.disk().SetFreeSpace(100'000'000);
+        world.clock().Set({2024, 3, 6, 0, 6, 0});
+      })
+      .For(5min);
+  ASSERT_TRUE(world.RunUntil([this] { return !files.IsBusy(); }, 10min));
+  world.Advance(5min);
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Names(), "05Mar24-00.mss ");
+  EXPECT_EQ(graph.Data.AutoSaveDay, ToDate({2024, 3, 6}));
+}
+
+TEST_F(AutoSavedFilesTest, ADayIsSavedBehindALoadThatIsUnderWayOrStopped) {
+  MeasureLong();
+  Save();
+  ASSERT_TRUE(WaitForEnd());
+  for (const bool is_stopped : {false, true}) {
+    Load();
+    files.AutoSaveMeasurements();
+    if (is_stopped) files.Cancel();
+    ASSERT_TRUE(WaitForEnd());
+    graph.Data.AutoSaveDay = ToDate({2024, 3, 5});
+  }
+  EXPECT_EQ(Names(), "05Mar24-00.mss 05Mar24-01.mss file.mss ");
+}
+
 // The user did not ask for the file now, and may be typing.
 TEST_F(AutoSavedFilesTest, ItsWindowDoesNotTakeTheKeyboard) {
   MeasureLong();
   files.AutoSaveMeasurements();
   EXPECT_FALSE(files.progress.TakesFocus);
+  files.progress.cmdCancel.Press();
   ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Names(), "05Mar24-00.mss ") << "nothing stops it";
   Save();
   EXPECT_TRUE(files.progress.TakesFocus);
+  EXPECT_TRUE(files.progress.cmdCancel.Enabled);
 }
 
 TEST_F(AutoSavedFilesTest, LeavingTheGraphSavesOnceMoreBehindTheHiddenForm) {

@@ -313,22 +313,23 @@ TEST_F(MeasureFilesTest, AfterAStoppedOneTheNextComes) {
   EXPECT_FALSE(world.disk().Exists(kFile));
 }
 
-TEST_F(MeasureFilesTest, BeforeTheGraphIsLeftASaveIsFinishedAndAllElseIsStopped) {
+TEST_F(MeasureFilesTest, AtTheEndLoadsAreStoppedAndAllElseIsFinished) {
   MeasureLong();
   Save();
   Load();
   Export();
   files.SaveMeasureFile("/home/user/measured/lines.grp", false, false, Then());
   files.FinishNow();
-  EXPECT_EQ(Done(), "then then ");
+  EXPECT_FALSE(files.IsBusy());
+  EXPECT_EQ(Done(), "then then then ");
   EXPECT_GT(OnDisk().size(), 1'000'000U);
   EXPECT_TRUE(world.disk().Exists("/home/user/measured/lines.grp"));
-  EXPECT_FALSE(world.disk().Exists(kTable));
+  EXPECT_TRUE(world.disk().Exists(kTable));
   Load();
   EXPECT_TRUE(files.IsBusy());
   files.FinishNow();
+  EXPECT_FALSE(files.IsBusy());
   EXPECT_EQ(Done(), "");
-  EXPECT_EQ(State(), "communicates, follows ++");
 }
 
 TEST_F(MeasureFilesTest, LeavingTheGraphStopsALoadAndFinishesWhatIsWritten) {
@@ -356,6 +357,95 @@ TEST_F(MeasureFilesTest, ASaveOutlivesWhatItWasMadeFor) {
   }
   EXPECT_GT(OnDisk().size(), 1'000'000U);
   EXPECT_EQ(Done(), "");
+}
+
+TEST_F(MeasureFilesTest, ASaveThatWaitsOutlivesWhatItWasMadeForToo) {
+  MeasureLong();
+  {
+    MeasureFiles others(all.graph, all.menu, all.auto_save);
+    others.ExportMeasureFile(kTable, Then());
+    others.SaveMeasureFile(kFile, true, false, Then());
+    others.LoadMeasureFile(kFile, true, Then());
+  }
+  EXPECT_GT(OnDisk().size(), 1'000'000U);
+  EXPECT_TRUE(world.disk().Exists(kTable));
+  EXPECT_EQ(Done(), "");
+}
+
+// --- What happens while a file is read -----------------------------------------------------------
+
+TEST_F(MeasureFilesTest, AnAcquisitionThatIsStartedMeanwhileIsStoppedBeforeTheFileComes) {
+  MeasureLong();
+  Save();
+  ASSERT_TRUE(WaitForEnd());
+  Load();
+  world.Advance(5ms);
+  menu.SetCommunication(true);
+  menu.SetTimeScroll(true);
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(State(), "silent, stands --");
+  EXPECT_EQ(graph.CursorTime, graph.Data.LastTime);
+  world.Advance(1min);
+  EXPECT_EQ(Seconds(graph.Data.LastTime), 39'999);
+}
+
+// The box of a port that is gone stands over midnight.
+TEST_F(MeasureFilesTest, LinesWaitForAFileThatBeganBehindTheBoxOfThePort) {
+  Save(false);
+  MeasureLong();
+  menu.SetCommunication(false);
+  world.port().MakeBusy();
+  Done();
+  ExpectBusy().While([this] { files.SaveMeasureFile("/home/user/measured/day.mss", true, false); });
+  Load(false);
+  EXPECT_TRUE(files.IsBusy());
+  EXPECT_EQ(Count(0), 40'000) << "the samples that are being saved";
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Done(), "drawn then ");
+  EXPECT_EQ(Count(0), 0);
+  EXPECT_GT(world.disk().Get("/home/user/measured/day.mss").size(), 1'000'000U);
+}
+
+TEST_F(MeasureFilesTest, TheSettingsFollowAFileThatComesWhileTheyAreOpen) {
+  MeasureLong();
+  Line(0).Alias = "of the file";
+  Save();
+  ASSERT_TRUE(WaitForEnd());
+  Line(0).Alias = "of today";
+  Load();
+  all.settings.Show();
+  all.settings.lblCapClick(0);
+  EXPECT_EQ(all.settings.txtAlias.Text.get(), "of today");
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(all.settings.lblCap(0).Caption.get(), "of the file");
+  EXPECT_EQ(all.settings.lblFixedCap.Caption.get(), "No item selected");
+  all.settings.txtAlias.Text = "typed on";
+  EXPECT_EQ(Line(0).Alias, "of the file");
+}
+
+TEST_F(MeasureFilesTest, AFileThatComesBehindTheQuestionAboutUnusedDataLosesNothing) {
+  MeasureLong();
+  Save();
+  ASSERT_TRUE(WaitForEnd());
+  Line(0).ShowLine = false;  // unused in memory, shown in the file
+  all.settings.Show();
+  world.dialogs()
+      .ExpectMessageBox("Remove unused data from memory.", "Clear")
+      .While([this] { Load(); })
+      .For(10s)
+      .Press(Answer::kYes);
+  all.settings.Close();
+  EXPECT_EQ(Count(0), 40'000);
+}
+
+TEST_F(MeasureFilesTest, WhatIsBeingSavedIsNotClearedByTheSettings) {
+  MeasureLong();
+  all.settings.Show();
+  Line(0).ShowLine = false;
+  Save();
+  all.settings.Close();  // no question
+  EXPECT_EQ(Count(0), 40'000);
+  ASSERT_TRUE(WaitForEnd());
 }
 
 }  // namespace

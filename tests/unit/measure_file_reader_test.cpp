@@ -245,13 +245,26 @@ TEST(MeasureFileReader, RefusesCountsThatCannotBe) {
   }
 }
 
-TEST(MeasureFileReader, RefusesChannelsThatTheLinesHaveNoUseFor) {
-  for (const char* count : {"-1", "17", "100000000"}) {
+TEST(MeasureFileReader, RefusesChannelsThatCannotBe) {
+  for (const char* count : {"-1", "1016", "100000000"}) {
     std::string file = FileOf("");
     file.replace(file.find(" 1 \r\nMeasurement"), 3, count);
     EXPECT_EQ(Reason(file), std::string("\"file\" could not be read: line 263: the number of the "
                                         "last channel is ") +
-                                count + ", which is not between 0 and 16.");
+                                count + ", which is not between 0 and 1015.");
+  }
+}
+
+TEST(MeasureFileReader, TakesWholeNumbersOnlyAsTheyAreWritten) {
+  EXPECT_EQ(Reason(FileWith("2024 3 514 7 9  +1 \r\n00000000000000 0\r\n", " 2 ")), "");
+  for (const char* sample :
+       {"20240305140709 1.5", "20240305140709 1e2", "20240305.70709 1", "2024030514070. 1",
+        "2024-305140709 1", "+02403051407091 1", "20240305140-09 1"}) {
+    EXPECT_NE(Reason(FileWith(std::string(sample) + "\r\n00000000000000 0\r\n", " 2 ")), "")
+        << sample;
+  }
+  for (const char* bound : {"2.0", "2e0", "1.6", "", "two"}) {
+    EXPECT_NE(Reason(FileWith("", bound)), "") << bound;
   }
 }
 

@@ -16,6 +16,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <QRegularExpression>
 #include <QStandardPaths>
 
 #include "platform/qt/file_filter.h"
@@ -138,6 +139,24 @@ std::unique_ptr<QFileDialog> MakeFileDialog(const FileDialogRequest& request,
   return dialog;
 }
 
+// A name follows the filter that the user picks, where each has one extension.
+void FollowFilter(QFileDialog& dialog) {
+  const auto extension_of = [](const QString& filter) {
+    static const QRegularExpression kOnly(QStringLiteral(R"(\(\*\.(\w+)( \*\.\w+)?\)$)"));
+    return kOnly.match(filter).captured(1);
+  };
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+                   [&dialog, extension_of](const QString& filter) {
+                     const QString next = extension_of(filter);
+                     const QFileInfo file(dialog.selectedFiles().value(0));
+                     if (next.isEmpty() || next == dialog.defaultSuffix()) return;
+                     if (file.suffix() == dialog.defaultSuffix()) {
+                       dialog.selectFile(file.completeBaseName() + QLatin1Char('.') + next);
+                     }
+                     dialog.setDefaultSuffix(next);
+                   });
+}
+
 // The one path that was chosen; the folder is kept for the next dialog.
 std::optional<std::string> Chosen(const QFileDialog* dialog, QString& last_folder) {
   if (dialog == nullptr || dialog->result() != QDialog::Accepted ||
@@ -199,6 +218,7 @@ std::optional<std::string> QtDialogs::SaveFile(const FileDialogRequest& request)
   dialog->setFileMode(QFileDialog::AnyFile);
   dialog->setOption(QFileDialog::DontConfirmOverwrite, !request.confirm_overwrite);
   if (!request.file_name.empty()) dialog->selectFile(ToQt(request.file_name));
+  FollowFilter(*dialog);
   return Chosen(Run(std::move(dialog), QStringLiteral("SaveFile")).get(), last_folder_);
 }
 

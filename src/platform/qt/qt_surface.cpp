@@ -24,6 +24,8 @@ constexpr double kTwipsPerInch = 1440.0;
 // Far outside any picture, and far inside what integers can hold.
 constexpr double kFarthestPixel = 1 << 24;
 
+}  // namespace
+
 Qt::PenStyle ToPenStyle(DrawStyle style) {
   switch (style) {
     case DrawStyle::kDash:
@@ -39,6 +41,8 @@ Qt::PenStyle ToPenStyle(DrawStyle style) {
   }
   return Qt::SolidLine;
 }
+
+namespace {
 
 // Of dashed lines, in widths of the pen.
 constexpr int kGap = 2;
@@ -262,7 +266,8 @@ QPointF QtSurface::PlaceOf(Point point) const {
 }
 
 QRect QtSurface::PixelBox(Point corner, Point opposite) const {
-  return BoxOf(PixelOf(corner), PixelOf(opposite));
+  if (image_ != nullptr) return BoxOf(PixelOf(corner), PixelOf(opposite));
+  return BoxOf(PlaceOf(corner).toPoint(), PlaceOf(opposite).toPoint());
 }
 
 QRect QtSurface::WholeArea() const { return {0, 0, device_.width(), device_.height()}; }

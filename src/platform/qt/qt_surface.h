@@ -19,6 +19,8 @@ class QPaintDevice;
 
 namespace tarnlink {
 
+Qt::PenStyle ToPenStyle(DrawStyle style);
+
 class QtSurface final : public DrawingSurface {
  public:
   static constexpr double kScreenDpi = 96.0;
