@@ -56,7 +56,7 @@ frmGraphConf::frmGraphConf(frmGraphic& graph, GraphDisplay& display)
   cmbStoredAs.List = ItemsOf({"Msb", "Lsb", "Both"});
   txtSlaveAddress.ToolTipText = "Slave Address";
   txtFactor.ToolTipText = "when unit=onf off bit number";
-  optView.Select(kViewAlias);
+  lblFixedCap.BackColor = kButtonFace;
   BindRows();
   BindDetails();
   BindAdvanced();

@@ -41,6 +41,7 @@ GraphSettingsDialog::GraphSettingsDialog(frmGraphConf& form, QWidget* parent)
   right->addStretch();
   right->addWidget(BuildColours());
   auto* close = new QPushButton(tr("Close"), this);
+  close->setObjectName(QStringLiteral("cmdClose"));
   close->setAutoDefault(false);
   connect(close, &QPushButton::clicked, this, [this] { done(Accepted); });
   right->addWidget(close, 0, Qt::AlignRight);
@@ -142,6 +143,7 @@ QWidget* GraphSettingsDialog::BuildDetails() {
 QWidget* GraphSettingsDialog::BuildAdvanced() {
   auto* frame = new QWidget(this);
   auto* layout = new QGridLayout(frame);
+  layout->setColumnStretch(1, 1);
   int row = 0;
   const auto add = [&](QWidget* field) {
     auto* label = new QLabel(frame);

@@ -28,15 +28,17 @@ constexpr int kPatch = 14;        // pixels: a patch of colour on a button
 RowName::RowName(Label& label, QWidget* parent) : QWidget(parent), label_(label) {
   setObjectName(ToQt(label_.name()));
   setFocusPolicy(Qt::StrongFocus);
-  label_.SetView([this] {
-    ShowCommon(this, label_);
-    setAccessibleName(ToQt(label_.Caption.get()));
-    update();
-  });
-  ShowCommon(this, label_);
+  label_.SetView([this] { ShowLabel(); });
+  ShowLabel();
 }
 
 RowName::~RowName() { label_.SetView({}); }
+
+void RowName::ShowLabel() {
+  ShowCommon(this, label_);
+  setAccessibleName(ToQt(label_.Caption.get()));
+  update();
+}
 
 QSize RowName::sizeHint() const { return {kNameWidth, fontMetrics().height() + kAir}; }
 

@@ -21,6 +21,7 @@ class RowName final : public QWidget {
   std::function<void(int)> Left;  // by an arrow key: to the next row, 1, or the one before, -1
 
   QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -28,6 +29,8 @@ class RowName final : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void ShowLabel();
+
   Label& label_;
 };
 
@@ -38,6 +41,7 @@ class LineSampleView final : public QWidget {
   ~LineSampleView() override;
 
   QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

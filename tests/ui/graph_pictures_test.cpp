@@ -62,5 +62,36 @@ TEST_F(GraphPictures, ShowTheTestModeDialog) {
   SavePicture(*dialog, "graph-test-mode");
 }
 
+TEST_F(GraphPictures, ShowTheSettingsWithAndWithoutALineSelected) {
+  auto& all = start.graph();
+  for (int i = 0; i < 20; ++i) {
+    all.graph.Data.Attributes.at(static_cast<std::size_t>(i)).LineStyle =
+        static_cast<std::int16_t>(i % 5);
+  }
+  all.settings.Show();
+  QWidget* dialog = FindTopLevel("frmGraphConf");
+  ASSERT_NE(dialog, nullptr);
+  SavePicture(*dialog, "graph-settings");
+  all.settings.lblCapClick(10);
+  SavePicture(*dialog, "graph-settings-selected");
+  start.world.dialogs()
+      .ExpectMessageBox("Altering this data could harm your measurement.", "Edit")
+      .Press(Answer::kOk);
+  all.settings.cmdAdvanced.Press();
+  SavePicture(*dialog, "graph-settings-advanced");
+}
+
+TEST_F(GraphPictures, ShowHowFarALongFileIs) {
+  auto& progress = start.graph().files.progress;
+  progress.caption.Caption = "Reading file";
+  progress.lblFile.Caption =
+      "/home/user/measurements of the winter/boiler room in the cellar/burner start 2024.mss";
+  progress.prgShare.Value = 42;
+  progress.form.Visible = true;
+  QWidget* dialog = FindTopLevel("frmFileProgress");
+  ASSERT_NE(dialog, nullptr);
+  SavePicture(*dialog, "graph-file-progress");
+}
+
 }  // namespace
 }  // namespace tarnlink
