@@ -1,0 +1,158 @@
+// The files of the graph by its menu, under the mouse, and the window of a file that takes long.
+
+#include <QProgressBar>
+#include <QPushButton>
+#include <QWindow>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "ui/graph_fixture.h"
+
+namespace tarnlink {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* kMeasured = "/home/user/burner.mss";
+
+class GraphFilesUiTest : public GraphUiTest {
+ protected:
+  GraphFilesUiTest() { ShowLine(0, std::vector<int>(20, 0x3000)); }
+
+  static QDialog& Progress() {
+    auto* dialog = qobject_cast<QDialog*>(FindTopLevel("frmFileProgress"));
+    if (dialog == nullptr) throw std::runtime_error("There is no progress.");
+    return *dialog;
+  }
+  MeasureFiles& files() { return all().files; }
+  // A file that is read for a while: the fake disk gives 4 kB a millisecond.
+  void PutLongFile() {
+    for (const int line : {1, 2}) ShowLine(line, std::vector<int>(89'000, 0x1234));
+    files().SaveMeasureFile(kMeasured, true, false);
+    ASSERT_TRUE(world.RunUntil([this] { return !files().IsBusy(); }, 60s));
+  }
+  // It is half a second under way.
+  void OpenLongFile() {
+    PutLongFile();
+    world.dialogs().ExpectOpenFile().Give(kMeasured);
+    Choose("mnuOpenMeasure");
+    world.Advance(510ms);
+    ASSERT_TRUE(Progress().isVisible());
+  }
+  int Count(int channel) {
+    return graph().Data.Channels.at(static_cast<std::size_t>(channel)).Count();
+  }
+};
+
+TEST_F(GraphFilesUiTest, TheMenuSavesAndOpensMeasurementsAndLines) {
+  world.dialogs().ExpectSaveFile().Give(kMeasured);
+  Choose("mnuSaveMeasure");
+  world.dialogs().ExpectSaveFile().Give("/home/user/lines.grp");
+  Choose("mnuSaveProperties");
+  graph().Data.Channels[0].Dimension(0);
+  world.dialogs().ExpectOpenFile().Give(kMeasured);
+  Choose("mnuOpenMeasure");
+  EXPECT_EQ(Count(0), 20);
+  EXPECT_FALSE(graph().ZOLTCommunication);
+  world.dialogs().ExpectOpenFile().Give("/home/user/lines.grp");
+  Choose("mnuOpenProperties");
+  EXPECT_EQ(Count(0), 0);
+  EXPECT_TRUE(graph().ZOLTCommunication);
+}
+
+TEST_F(GraphFilesUiTest, TheMenuExports) {
+  world.dialogs().ExpectSaveFile("Export measurement data").Give("/home/user/table.txt");
+  Choose("mnuExport");
+  EXPECT_EQ(world.disk().Get("/home/user/table.txt").substr(0, 13), "Time\tSensor 1");
+}
+
+TEST_F(GraphFilesUiTest, AutomaticSavingIsCheckedInTheMenu) {
+  const auto is_checked = [this] {
+    for (QAction* entry : Menu().findChildren<QAction*>()) {
+      if (entry->objectName() == "mnuAutoSave") return entry->isCheckable() && entry->isChecked();
+    }
+    return false;
+  };
+  world.disk().MakeFolder("/home/user/days");
+  world.dialogs().ExpectFolder("Select directory for auto save").Give("/home/user/days");
+  Choose("mnuAutoSave");
+  EXPECT_TRUE(is_checked());
+  Choose("mnuAutoSave");
+  EXPECT_FALSE(is_checked());
+}
+
+TEST_F(GraphFilesUiTest, TheMenuPrints) {
+  world.dialogs().ExpectInputBox("Enter header text:", "Print").Give("Boiler room");
+  world.dialogs().ExpectPreview("Print");
+  Choose("mnuPrint");
+  EXPECT_EQ(all().printer.HeaderText, "Boiler room");
+}
+
+TEST_F(GraphFilesUiTest, TheWindowOfALongFileShowsItsShareAndGoesWithIt) {
+  OpenLongFile();
+  EXPECT_EQ(QApplication::activeModalWidget(), &Progress());
+  EXPECT_EQ(Progress().windowTitle(), "Reading file");
+  const auto* bar = Progress().findChild<QProgressBar*>();
+  const int share = bar->value();
+  EXPECT_GT(share, 10);
+  world.Advance(20ms);
+  EXPECT_GT(bar->value(), share);
+  ASSERT_TRUE(world.RunUntil([this] { return !files().IsBusy(); }, 60s));
+  EXPECT_FALSE(Progress().isVisible());
+  EXPECT_EQ(QApplication::activeModalWidget(), &window());
+  EXPECT_EQ(Count(1), 89'000);
+}
+
+TEST_F(GraphFilesUiTest, EveryWayOfClosingTheWindowStopsTheFile) {
+  PutLongFile();
+  const std::vector<std::pair<const char*, std::function<void()>>> ways = {
+      {"button",
+       [] {
+         auto* cancel = Progress().findChild<QPushButton*>("cmdCancel");
+         QTest::mouseClick(Progress().windowHandle(), Qt::LeftButton, {},
+                           cancel->mapTo(&Progress(), cancel->rect().center()));
+       }},
+      {"Esc", [] { QTest::keyClick(Progress().windowHandle(), Qt::Key_Escape); }},
+      {"frame", [] { Progress().close(); }}};
+  for (const auto& [way, close] : ways) {
+    graph().Data.Channels[1].Dimension(0);
+    world.dialogs().ExpectOpenFile().Give(kMeasured);
+    Activate(window());
+    Choose("mnuOpenMeasure");
+    world.Advance(510ms);
+    ASSERT_TRUE(Progress().isVisible()) << way;
+    close();
+    EXPECT_FALSE(Progress().isVisible()) << way;
+    EXPECT_FALSE(files().IsBusy()) << way;
+    EXPECT_EQ(Count(1), 0) << way;
+    EXPECT_TRUE(graph().ZOLTCommunication) << way;
+  }
+}
+
+// The user may be typing elsewhere, and stops nothing by a key that was meant for that.
+TEST_F(GraphFilesUiTest, TheWindowOfADayIsNotModalAndCannotBeStopped) {
+  ShowLine(1, std::vector<int>(89'000, 0x1234));
+  auto& progress = files().progress;
+  progress.TakesFocus = false;
+  progress.cmdCancel.Enabled = false;
+  progress.form.Visible = true;
+  EXPECT_EQ(QApplication::activeModalWidget(), &window());
+  EXPECT_TRUE(Progress().testAttribute(Qt::WA_ShowWithoutActivating));
+  EXPECT_FALSE(Progress().findChild<QPushButton*>("cmdCancel")->isEnabled());
+  Progress().close();
+  EXPECT_TRUE(progress.form.Visible);
+}
+
+TEST_F(GraphFilesUiTest, AGraphThatIsLeftIsGoneOnlyWithItsFile) {
+  ShowLine(1, std::vector<int>(89'000, 0x1234));
+  files().SaveMeasureFile(kMeasured, true, false);
+  ClickAt(Middle("lblExit"));
+  EXPECT_FALSE(window().isVisible());
+  ASSERT_TRUE(world.RunUntil([this] { return !files().IsBusy(); }, 60s));
+  EXPECT_TRUE(IsGone());
+  EXPECT_GT(world.disk().Get(kMeasured).size(), 1'500'000U);
+}
+
+}  // namespace
+}  // namespace tarnlink
