@@ -156,7 +156,7 @@ void FileCommands::StartAutoSave() {
 void FileCommands::mnuPrint() {
   const auto header = dialogs().InputBox("Enter header text:", "Print", printer_.HeaderText);
   printer_.HeaderText = header.value_or("");
-  printer_.PrintGraph();
+  printer_.PrintGraph(project_.mss_folder);
 }
 
 }  // namespace tarnlink

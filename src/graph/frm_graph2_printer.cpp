@@ -1,27 +1,43 @@
 #include "graph/frm_graph2_printer.h"
 
+#include "common/paths.h"
+
 namespace tarnlink {
+
+namespace {
+
+// A separator in the heading is no folder.
+std::string FileNameOf(std::string heading) {
+  for (char& letter : heading) {
+    if (letter == '/' || letter == '\\') letter = '_';
+  }
+  return (heading.empty() ? "graph" : heading) + ".pdf";
+}
+
+}  // namespace
 
 PageContent frmGraph2Printer::Content() const {
   const bool is_now = graph_.CursorTime == 0 || graph_.AutoScroll;
-  const float panel = graph_.frm(0).Height;
-  return {.HeaderText = HeaderText,
-          .view = display_.View(),
-          .lane_height = panel > 0 ? graph_.lblVal(0).Height / panel : 0,
-          .MeasOnly = menu_.mnuMeasOnly.Checked,
-          .AutoScroll = graph_.AutoScroll,
-          .CursorTime = graph_.CursorTime,
-          .moment = is_now ? graph_.Now() : graph_.CursorTime};
+  PageContent content{.HeaderText = HeaderText,
+                      .view = display_.View(),
+                      .lane_height = display_.LaneShare(),
+                      .MeasOnly = menu_.mnuMeasOnly.Checked,
+                      .AutoScroll = graph_.AutoScroll,
+                      .CursorTime = graph_.CursorTime,
+                      .moment = is_now ? graph_.Now() : graph_.CursorTime};
+  TakeLines(content, graph_.Data);
+  return content;
 }
 
-// Recording goes on behind the preview; each of its pages is that of the moment it was asked for.
-void frmGraph2Printer::PrintGraph() {
+void frmGraph2Printer::PrintGraph(const std::string& folder) {
   graph_.platform().dialogs().Preview(
       {.title = "Print",
-       .file_name = (HeaderText.empty() ? std::string("graph") : HeaderText) + ".pdf",
+       .file_name = JoinPath(folder, FileNameOf(HeaderText)),
        .setup = {.landscape = true},
        .draw = [this, content = Content()](DrawingSurface& surface) {
-         GraphPage(surface, graph_.Data, content, graph_.platform().locale()).DrawGraph();
+         graph_.form.MousePointer = kHourglass;
+         GraphPage(surface, content, graph_.platform().locale()).DrawGraph();
+         graph_.form.MousePointer = kArrow;
        }});
 }
 

@@ -18,8 +18,9 @@ class frmGraph2Printer {
 
   std::string HeaderText;
 
-  // Shows the page as it would come out, to be printed or kept as a PDF file there.
-  void PrintGraph();
+  // Shows the page as it would come out, to be printed or kept as a PDF file, for which `folder` is
+  // proposed. What is recorded meanwhile is not on it.
+  void PrintGraph(const std::string& folder);
 
  private:
   PageContent Content() const;

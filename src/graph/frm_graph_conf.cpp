@@ -88,8 +88,8 @@ void frmGraphConf::Close() {
                                                 .icon = Icon::kQuestion,
                                                 .buttons = Buttons::kYesNo});
     if (answer == Answer::kCancel) return;
-    if (answer == Answer::kYes) {
-      // Once more: a file may have come meanwhile.
+    // Once more: a file may have come meanwhile, or be under way.
+    if (answer == Answer::kYes && (!MayClear || MayClear())) {
       for (const int i : HiddenChannels())
         graph_.Data.Channels[static_cast<std::size_t>(i)].Dimension(0);
     }

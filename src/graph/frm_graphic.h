@@ -41,6 +41,17 @@ class PictureBox : public PlacedControl {
 const std::vector<std::string>& LeftScale();
 const std::vector<std::string>& RightScale();
 
+// The pointer of the mouse while the form is idle, and while it draws a page.
+inline constexpr int kArrow = 0;
+inline constexpr int kHourglass = 11;
+
+class FormWithPointer : public PlacedControl {
+ public:
+  using PlacedControl::PlacedControl;
+
+  Property<int> MousePointer{this, kArrow};
+};
+
 class frmGraphic {
  public:
   explicit frmGraphic(Platform& platform);
@@ -49,7 +60,7 @@ class frmGraphic {
   // The present second: a part of one would be the next second where it is rounded.
   Date Now() const;
 
-  PlacedControl form{"frmGraphic"};
+  FormWithPointer form{"frmGraphic"};
   Label caption{"frmGraphic.Caption", "Graphic"};
   Label lblCommunicationError{"lblCommunicationError", kCommunicationError};
   Label lblTest{"lblTest", "Test"};

@@ -57,9 +57,11 @@ void GraphDisplay::DrawAgain() {
   ShowScrollBar();
 }
 
-float GraphDisplay::LaneHeight() const {
+float GraphDisplay::LaneHeight() const { return LaneShare() * graph_.GraphPan.ScaleHeight; }
+
+float GraphDisplay::LaneShare() const {
   const float panel = graph_.frm(0).Height;
-  return panel > 0 ? graph_.lblVal(0).Height / panel * graph_.GraphPan.ScaleHeight : 0;
+  return panel > 0 ? graph_.lblVal(0).Height / panel : 0;
 }
 
 void GraphDisplay::Paint(DrawingSurface& surface) const {

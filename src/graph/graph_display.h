@@ -28,6 +28,8 @@ class GraphDisplay {
   GraphView View() const;
   // Of a lane in the picture: one caption row.
   float LaneHeight() const;
+  // The same as a part of the picture's height.
+  float LaneShare() const;
 
   // --- The user ---
   // A button of the mouse goes up on the picture, `X` from its left edge.

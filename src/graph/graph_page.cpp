@@ -2,41 +2,37 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
+#include "common/readable_shade.h"
 #include "graph/frm_graphic.h"
-#include "graph/graph_captions.h"
 #include "graph/graph_picture.h"
+#include "graph/lane_drawing.h"
+#include "graph/page_captions.h"
 
 namespace tarnlink {
 
 namespace {
 
-const Font kSmallFont{.name = "Small Fonts", .size = 7.0F};
 const Font kHeadingFont{.name = "Verdana", .size = 8.0F};
 
-// The widest texts that the columns are meant to hold, and the places of a row's parts in them.
-constexpr const char* kWidestRow = " Temperature : 7000 rpm ";
+// The widest text that the column of a scale is meant to hold.
 constexpr const char* kWidestScale = " 7000 ";
-constexpr std::array<const char*, 4> kBefore = {"", " Temperature ",
-                                                " Temperature : ", " Temperature : 7000 "};
 
 constexpr Colour kFrame = 0x808080;
 constexpr float kFrameLine = 15;  // wide, as the grid
 constexpr float kDataLine = 29;
-constexpr float kStroke = 2;       // back from a sample that stands for itself
 constexpr float kLaneStroke = 50;  // what a lane reaches beyond its newest sample
-constexpr double kRowSpacing = 1.2;
-constexpr float kFirstRow = 50;
+constexpr double kBelow = 1.2;     // letters, that stand below the graph
 
-constexpr float kLaneGap = 0.1F;
-constexpr float kLaneBar = 0.6F;
+// Paper is white, whatever the graph's background: what was chosen for a dark one must be seen
+// here.
+Colour OnPaper(Colour letters) { return ReadableShade(letters, kWhite); }
+Colour LineOnPaper(Colour line) { return ReadableShade(line, kWhite, kVisible); }
 
 }  // namespace
 
-GraphPage::GraphPage(DrawingSurface& output, const Graphic& data, const PageContent& content,
-                     const Locale& locale)
-    : Output(output), data_(data), content_(content), locale_(locale) {}
+GraphPage::GraphPage(DrawingSurface& output, const PageContent& content, const Locale& locale)
+    : Output(output), content_(content), locale_(locale) {}
 
 // A width that the surface is too coarse for is that of one pixel.
 int GraphPage::Width(float twips) const {
@@ -44,21 +40,23 @@ int GraphPage::Width(float twips) const {
 }
 
 void GraphPage::DrawGraph() {
-  Output.SetFont(kSmallFont);
+  Output.SetFont(kPageFont);
   letter_ = Output.TextHeight("S");
-  GraphHeight = static_cast<float>(Output.ScaleHeight() - 2 * MarginTop - kRowSpacing * letter_);
+  GraphHeight = static_cast<float>(Output.ScaleHeight() - 2 * MarginTop - kBelow * letter_);
   ValueColumn = Output.TextWidth(kWidestRow);
   ScaleColumn = Output.TextWidth(kWidestScale);
   GraphWidth = Output.ScaleWidth() - ValueColumn - 2 * ScaleColumn - 2 * MarginLeft;
-  if (GraphWidth <= 0 || GraphHeight <= 0) return;
-  DrawFrame();
+  const bool has_room = GraphWidth > 0 && GraphHeight > 0;
+  if (has_room) DrawFrame();
   DrawValuePanel();
-  DrawLeftCaption();
-  DrawRightCaption();
-  DrawTimeScale();
-  DrawHorScale();
-  DrawLines();
-  DrawCursor();
+  if (has_room) {
+    DrawLeftCaption();
+    DrawRightCaption();
+    DrawTimeScale();
+    DrawHorScale();
+    DrawLines();
+    DrawCursor();
+  }
   DrawHeading();
 }
 
@@ -87,10 +85,6 @@ float GraphPage::ValueToY(float Value, int Unit) const {
   return static_cast<float>(y + MarginTop);
 }
 
-Point GraphPage::PointOf(const MeasureSample& sample, const GraphAttribute& line) const {
-  return {TimeToX(FromSeconds(sample.Time)), ValueToY(ValueOfLine(line, sample.Value), line.Unit)};
-}
-
 // --- Frame and texts -----------------------------------------------------------------------------
 
 void GraphPage::DrawFrame() {
@@ -104,33 +98,10 @@ void GraphPage::DrawFrame() {
 }
 
 void GraphPage::DrawValuePanel() {
-  double upper = kFirstRow;
-  double lanes = GraphHeight * kUpperBand;
-  double lower = (kUpperBand + kLaneBand) * GraphHeight + kFirstRow;
-  for (int i = 0; i <= data_.LastAttribute(); ++i) {
-    const GraphAttribute& line = data_.Attributes[static_cast<std::size_t>(i)];
-    if (!line.ShowCaption) continue;
-    const bool is_upper = line.Unit == kCelsius || line.Unit == kBar;
-    double& top = line.Unit == kOnOff ? lanes : is_upper ? upper : lower;
-    DrawRow(line, i, static_cast<float>(top) + MarginTop);
-    top += line.Unit == kOnOff ? letter_ : kRowSpacing * letter_;
-  }
-  DrawMoment();
-}
-
-void GraphPage::DrawRow(const GraphAttribute& line, int index, float top) {
-  const std::array<std::string, 4> texts = {
-      line.Alias, ":",
-      CaptionValue(data_.GetCursorValue(index, content_.CursorTime), locale_.DecimalSeparator()),
-      UnitText(line.Unit)};
-  for (std::size_t i = 0; i < texts.size(); ++i) {
-    Output.Text({MarginLeft + Output.TextWidth(kBefore.at(i)), top}, texts.at(i), line.LineColor);
-  }
-}
-
-void GraphPage::DrawMoment() {
-  Output.Text({MarginLeft, Bottom()},
-              FormatDate(content_.moment, "dd-mmm-yy hh:nn:ss", locale_.Months()), kBlack);
+  DrawPageCaptions(Output, content_, {MarginLeft, MarginTop}, GraphHeight,
+                   locale_.DecimalSeparator());
+  Output.Text({MarginLeft, Bottom()}, FormatDate(content_.moment, kStampPattern, locale_.Months()),
+              kBlack);
 }
 
 float GraphPage::ScaleTop(int item) const {
@@ -148,7 +119,7 @@ void GraphPage::DrawLeftCaption() {
   for (std::size_t i = 0; i < texts.size(); ++i) {
     const std::string text = texts[i] + " ";
     Output.Text({Left() - Output.TextWidth(text), ScaleTop(static_cast<int>(i))}, text,
-                data_.Colors.CaptionColor);
+                OnPaper(content_.Colors.CaptionColor));
   }
 }
 
@@ -156,19 +127,21 @@ void GraphPage::DrawRightCaption() {
   const std::vector<std::string>& texts = RightScale();
   for (std::size_t i = 0; i < texts.size(); ++i) {
     Output.Text({Right(), ScaleTop(static_cast<int>(i))}, " " + texts[i],
-                data_.Colors.CaptionColor);
+                OnPaper(content_.Colors.CaptionColor));
   }
 }
 
-// Labels stand under the frame, centred on their times; the lines stand at full times.
+// Labels stand under the frame, centred on their times; the lines stand at full times. Half a
+// letter lower they are free of the scales' last numbers.
 void GraphPage::DrawTimeScale() {
   const GraphView& view = content_.view;
+  const float top = Bottom() + letter_ / 2;
   for (const TimeLabel& label : TimeLabels(view.BaseTime, view.TimeScale, GraphWidth)) {
     const float width = Output.TextWidth(label.Caption);
-    Output.Text({static_cast<float>(Left() + label.Center - width / 2), Bottom()}, label.Caption,
-                data_.Colors.CaptionColor);
+    Output.Text({static_cast<float>(Left() + label.Center - width / 2), top}, label.Caption,
+                OnPaper(content_.Colors.CaptionColor));
   }
-  Output.SetPen(data_.Colors.GridColor, DrawStyle::kSolid, Width(kFrameLine));
+  Output.SetPen(LineOnPaper(content_.Colors.GridColor), DrawStyle::kSolid, Width(kFrameLine));
   GraphView page = view;
   page.ScaleWidth = GraphWidth;
   for (const float x : page.TimeGrid()) {
@@ -177,7 +150,7 @@ void GraphPage::DrawTimeScale() {
 }
 
 void GraphPage::DrawHorScale() {
-  Output.SetPen(data_.Colors.GridColor, DrawStyle::kSolid, Width(kFrameLine));
+  Output.SetPen(LineOnPaper(content_.Colors.GridColor), DrawStyle::kSolid, Width(kFrameLine));
   GraphView page = content_.view;
   page.ScaleHeight = GraphHeight;
   for (const float y : page.UpperGrid()) {
@@ -192,7 +165,7 @@ void GraphPage::DrawCursor() {
   if (content_.AutoScroll || content_.CursorTime == 0) return;
   const float x = TimeToX(content_.CursorTime);
   if (x <= Left() || x >= Right()) return;
-  Output.SetPen(data_.Colors.CursorColor, DrawStyle::kSolid, Width(kDataLine));
+  Output.SetPen(LineOnPaper(content_.Colors.CursorColor), DrawStyle::kSolid, Width(kDataLine));
   Output.Line({x, MarginTop}, {x, Bottom()});
 }
 
@@ -205,94 +178,84 @@ void GraphPage::DrawHeading() {
 // --- Lines ---------------------------------------------------------------------------------------
 
 void GraphPage::DrawLines() {
+  Output.SetClip({Left(), MarginTop}, {Right(), Bottom()});
   int lane = 0;
-  for (int i = 0; i <= data_.LastAttribute(); ++i) {
-    const GraphAttribute& line = data_.Attributes[static_cast<std::size_t>(i)];
-    if (!line.ShowLine) continue;
-    if (i >= data_.LastChannel() || line.Unit == kOnOff) {
-      DrawStatusLine(i, lane++, line);
+  for (const PageLine& shown : content_.lines) {
+    if (!shown.line.ShowLine) continue;
+    if (shown.is_lane) {
+      DrawStatusLine(shown, lane++);
     } else {
-      DrawAnalogLine(i, line);
+      DrawAnalogLine(shown);
     }
   }
+  Output.SetClip({}, {});
 }
 
-// Nothing of it beyond the frame: a page has no picture that would cut it.
-bool GraphPage::CutAtFrame(Point& newer, Point& older) const {
-  const auto at = [&](float x) {
-    return newer.y + (older.y - newer.y) * (x - newer.x) / (older.x - newer.x);
+void GraphPage::SetLinePen(const GraphAttribute& line) {
+  Output.SetPen(LineOnPaper(line.LineColor), StyleOf(line), Width(kDataLine));
+}
+
+// False if nothing of it lies inside. Times may fall: either end can be the left one.
+bool GraphPage::CutAtFrame(Point& from, Point& to) const {
+  if (std::max(from.x, to.x) < Left() || std::min(from.x, to.x) > Right()) return false;
+  const auto cut = [&, a = from, b = to](Point& end, float x) {
+    end = {x, a.y + (b.y - a.y) * (x - a.x) / (b.x - a.x)};
   };
-  if (older.x > Right() || newer.x < Left()) return false;
-  if (newer.x > Right()) newer = {Right(), at(Right())};
-  if (older.x < Left()) older = {Left(), at(Left())};
+  for (Point* end : {&from, &to}) {
+    if (end->x > Right()) cut(*end, Right());
+    if (end->x < Left()) cut(*end, Left());
+  }
   return true;
 }
 
-void GraphPage::DrawAnalogLine(int Index, const GraphAttribute& Attribute) {
-  const MeasureChannel& channel = data_.ChannelOf(Index);
-  if (channel.UpperBound() == 0) return;
-  Output.SetPen(Attribute.LineColor, StyleOf(Attribute), Width(kDataLine));
-  const SamplesShown range = InView(channel);
-  Point newer = PointOf(channel[range.newest], Attribute);
+void GraphPage::DrawAnalogLine(const PageLine& shown) {
+  if (shown.samples.empty()) return;
+  SetLinePen(shown.line);
   std::vector<Point> joined;
-  for (int i = range.newest - 1; i >= range.newest - range.older; --i) {
-    const Point older = PointOf(channel[i], Attribute);
-    Point from = newer;
-    Point to = older;
-    newer = older;
+  const auto place = [&](const MeasureSample& sample) {
+    return Point{TimeToX(FromSeconds(sample.Time)),
+                 ValueToY(ValueOfLine(shown.line, sample.Value), shown.line.Unit)};
+  };
+  for (std::size_t i = 1; i < shown.samples.size(); ++i) {
+    Point from = place(shown.samples[i - 1]);
+    Point to = place(shown.samples[i]);
     if (!CutAtFrame(from, to)) continue;
     if (content_.MeasOnly) {
-      Output.Line(to, {to.x - kStroke, to.y - kStroke});
-    } else {
-      if (joined.empty() || joined.back() != from) {
-        Output.Polyline(joined);
-        joined.assign(1, from);
-      }
-      joined.push_back(to);
+      Output.Line(to, {to.x - kSampleStroke, to.y - kSampleStroke});
+      continue;
     }
+    if (joined.empty() || joined.back() != from) {
+      Output.Polyline(joined);
+      joined.assign(1, from);
+    }
+    joined.push_back(to);
   }
   Output.Polyline(joined);
 }
 
-void GraphPage::DrawStatusLine(int Index, int Lane, const GraphAttribute& Attribute) {
-  const MeasureChannel& channel = data_.ChannelOf(Index);
-  if (channel.UpperBound() == 0) return;
-  Output.SetPen(Attribute.LineColor, StyleOf(Attribute), Width(kDataLine));
-  const SamplesShown range = InView(channel);
-  if (channel[range.newest].Time == 0) return;
+void GraphPage::DrawStatusLine(const PageLine& shown, int Lane) {
+  if (shown.samples.empty()) return;
+  SetLinePen(shown.line);
   const float height = content_.lane_height * GraphHeight;
   const float top = static_cast<float>(GraphHeight * kUpperBand) + MarginTop +
                     height * (static_cast<float>(Lane) + kLaneGap);
-  const auto draw = [&](float from, float to, bool is_on) {
-    const float left = std::max(from, Left());
-    const float right = std::min(to, Right());
-    if (left >= right) return;
-    const float bottom = top + height * kLaneBar;
-    if (is_on) {
-      Output.FilledBox({left, bottom}, {right, top});
-    } else {
-      Output.Line({left, bottom}, {right, bottom});
-    }
+  LaneDrawing drawing(Output, top, top + height * kLaneBar);
+  const auto add = [&](float x, float other, const MeasureSample& sample) {
+    const float left = std::max(std::min(x, other), Left());
+    const float right = std::min(std::max(x, other), Right());
+    if (left <= right) drawing.Add(left, right, ValueOfLine(shown.line, sample.Value) != 0);
   };
-  const auto is_on = [&](int i) { return ValueOfLine(Attribute, channel[i].Value) != 0; };
-  float previous = TimeToX(FromSeconds(channel[range.newest].Time));
-  draw(previous - kLaneStroke, previous, is_on(range.newest));
-  previous -= kLaneStroke;
-  for (int i = range.newest - 1; i >= range.newest - range.older; --i) {
-    const float x = TimeToX(FromSeconds(channel[i].Time));
+  const auto place = [&](const MeasureSample& sample) { return TimeToX(FromSeconds(sample.Time)); };
+  const float newest = place(shown.samples.front());
+  add(newest - kLaneStroke, newest, shown.samples.front());
+  float previous = newest - kLaneStroke;
+  for (std::size_t i = 1; i < shown.samples.size(); ++i) {
+    const float x = place(shown.samples[i]);
     // The state between two samples is that of the older one.
-    if (content_.MeasOnly) {
-      draw(x - kLaneStroke, x, is_on(i));
-    } else {
-      draw(std::min(x, previous), std::max(x, previous), is_on(i));
-    }
+    add(x, content_.MeasOnly ? x - kLaneStroke : previous, shown.samples[i]);
     previous = x;
   }
-}
-
-SamplesShown GraphPage::InView(const MeasureChannel& channel) const {
-  return SamplesInView(channel, ToSeconds(content_.view.BaseTime),
-                       ToSeconds(content_.view.StartTime()));
+  drawing.Finish();
 }
 
 }  // namespace tarnlink

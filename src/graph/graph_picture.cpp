@@ -3,57 +3,13 @@
 #include <algorithm>
 #include <span>
 
+#include "graph/lane_drawing.h"
+
 namespace tarnlink {
 
 namespace {
 
-// The stroke of a single sample, and what a lane reaches beyond its newest one.
-constexpr float kStroke = 2;
-constexpr float kLaneStroke = 3;
-// Of a lane's height.
-constexpr float kLaneGap = 0.1F;
-constexpr float kLaneBar = 0.6F;
-
-// A lane as it grows to the left: a bar or a line as long as its state stays.
-class LaneDrawing {
- public:
-  LaneDrawing(DrawingSurface& surface, float top, float bottom)
-      : surface_(surface), top_(top), bottom_(bottom) {}
-
-  // From `x` to `right`, in this state.
-  void Add(float x, float right, bool is_on) {
-    const float low = std::min(x, right);
-    const float high = std::max(x, right);
-    const bool joins = is_open_ && is_on == is_on_ && high >= left_ && low <= right_;
-    if (!joins) {
-      Finish();
-      left_ = low;
-      right_ = high;
-    }
-    left_ = std::min(left_, low);
-    right_ = std::max(right_, high);
-    is_on_ = is_on;
-    is_open_ = true;
-  }
-  void Finish() {
-    if (!is_open_) return;
-    if (is_on_) {
-      surface_.FilledBox({left_, bottom_}, {right_, top_});
-    } else {
-      surface_.Line({left_, bottom_}, {right_, bottom_});
-    }
-    is_open_ = false;
-  }
-
- private:
-  DrawingSurface& surface_;
-  float top_;
-  float bottom_;
-  float left_ = 0;
-  float right_ = 0;
-  bool is_on_ = false;
-  bool is_open_ = false;
-};
+constexpr float kLaneStroke = 3;  // what a lane reaches beyond its newest sample
 
 }  // namespace
 
@@ -166,7 +122,7 @@ void GraphPicture::DrawAnalogLine(int Index, const GraphAttribute& Attribute) {
   }
   if (!meas_only_) return surface_.Polyline(points_);
   for (std::size_t i = 1; i < points_.size(); ++i) {
-    surface_.Line(points_[i], {points_[i].x - kStroke, points_[i].y - kStroke});
+    surface_.Line(points_[i], {points_[i].x - kSampleStroke, points_[i].y - kSampleStroke});
   }
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "common/readable_shade.h"
 #include "common/text.h"
 
 namespace tarnlink {
@@ -68,17 +69,6 @@ Colour PaperBackground(Colour colour) {
 }
 
 Colour PaperText(Colour colour) { return IsOfDesktop(colour) ? kBlack : colour; }
-
-// Black or white, whichever reads better.
-Colour ReadableOn(Colour background) {
-  const auto bits = static_cast<std::uint32_t>(background);
-  const std::uint32_t red = bits & 0xFF;
-  const std::uint32_t green = bits >> 8 & 0xFF;
-  const std::uint32_t blue = bits >> 16 & 0xFF;
-  // Weights of the eye's response, in thousandths.
-  constexpr std::uint32_t kMiddle = 128;
-  return (299 * red + 587 * green + 114 * blue) / 1000 < kMiddle ? kWhite : kBlack;
-}
 
 // --- Texts ---
 

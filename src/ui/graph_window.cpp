@@ -183,9 +183,22 @@ void GraphWindow::BuildMenu() {
 
 void GraphWindow::ShowForm() {
   SetColours(this, ToQColor(form_.form.BackColor), palette().color(QPalette::WindowText));
+  ShowPointer();
   if (form_.form.Visible == isVisible()) return;
   setVisible(form_.form.Visible);
   if (form_.form.Visible) canvas_->setFocus();
+}
+
+// Over all windows: that of the page stands above this one.
+void GraphWindow::ShowPointer() {
+  const bool is_waiting = form_.form.MousePointer == kHourglass;
+  if (is_waiting == is_waiting_) return;
+  is_waiting_ = is_waiting;
+  if (is_waiting) {
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QGuiApplication::restoreOverrideCursor();
+  }
 }
 
 void GraphWindow::ShowDate() {

@@ -33,6 +33,7 @@ class GraphWindow final : public QDialog {
   void BuildLabels();
   void BuildMenu();
   void ShowForm();
+  void ShowPointer();
   void ShowDate();
   void ShowMessage();
   void ShowMenu();
@@ -46,6 +47,7 @@ class GraphWindow final : public QDialog {
   QLabel* date_ = nullptr;
   QLabel* message_ = nullptr;
   QScrollBar* scroll_ = nullptr;
+  bool is_waiting_ = false;  // the hourglass is shown
 };
 
 }  // namespace tarnlink

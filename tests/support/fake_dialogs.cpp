@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/numbers.h"
+#include "common/text.h"
+
 namespace tarnlink {
 namespace {
 
@@ -179,7 +182,10 @@ std::optional<std::string> FakeDialogs::PickFolder(const std::string& title,
   return Ask<std::string>(name, {name});
 }
 
-std::optional<Colour> FakeDialogs::PickColour(Colour) { return Ask<Colour>("colour", {"colour"}); }
+std::optional<Colour> FakeDialogs::PickColour(Colour colour) {
+  constexpr int kDigits = 6;
+  return Ask<Colour>("colour " + Stuff(Hex32(colour), kDigits), {"colour"});
+}
 
 std::optional<Font> FakeDialogs::PickFont(const Font&) { return Ask<Font>("font", {"font"}); }
 

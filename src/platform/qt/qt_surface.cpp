@@ -144,7 +144,7 @@ void QtSurface::SetPen(Colour colour, DrawStyle style, int width) {
 void QtSurface::Line(Point from, Point to) {
   if (!IsFast()) {
     if (!Ready()) return;
-    if (image_ == nullptr) return painter_.drawLine(PlaceOf(from), PlaceOf(to));
+    if (image_ == nullptr) return DrawOnPaper(PlaceOf(from), PlaceOf(to));
     return painter_.drawLine(PixelOf(from), PixelOf(to));
   }
   const std::array<QPoint, 2> ends{PixelOf(from), PixelOf(to)};
@@ -173,8 +173,7 @@ void QtSurface::Polyline(std::span<const Point> points) {
     QPolygonF places;
     places.reserve(static_cast<qsizetype>(points.size()));
     for (const Point point : points) places.append(PlaceOf(point));
-    painter_.drawPolyline(places);
-    return;
+    return DrawOnPaper(places);
   }
   pixels_.resize(points.size());
   std::transform(points.begin(), points.end(), pixels_.begin(),
@@ -185,6 +184,28 @@ void QtSurface::Polyline(std::span<const Point> points) {
     Join(pixels_, false);
   } else {
     painter_.drawPolyline(pixels_.data(), static_cast<int>(pixels_.size()));
+  }
+}
+
+// In a gap a stroke as short as that would be lost.
+void QtSurface::DrawOnPaper(QPointF from, QPointF to) {
+  const QPen pen = painter_.pen();
+  const bool is_short = QLineF(from, to).length() < kGap * pen_width_;
+  if (is_short && style_ != DrawStyle::kSolid) {
+    painter_.setPen(QPen(pen.color(), pen.widthF(), Qt::SolidLine, Qt::SquareCap));
+  }
+  painter_.drawLine(from, to);
+  painter_.setPen(pen);
+}
+
+// A long line at a time would take its own length squared: the painter looks for all places where
+// it meets itself. Pieces of a solid one end in each other.
+void QtSurface::DrawOnPaper(const QPolygonF& places) {
+  constexpr qsizetype kPiece = 32;
+  if (style_ != DrawStyle::kSolid) return painter_.drawPolyline(places);
+  for (qsizetype i = 0; i + 1 < places.size(); i += kPiece) {
+    const auto count = std::min(kPiece + 1, places.size() - i);
+    painter_.drawPolyline(places.constData() + i, static_cast<int>(count));
   }
 }
 

@@ -69,6 +69,8 @@ class QtSurface final : public DrawingSurface {
   void Fill(int left, int top, int right, int bottom);
   void Join(std::span<const QPoint> pixels, bool is_solid);
   QPoint PixelOf(Point point) const;
+  void DrawOnPaper(QPointF from, QPointF to);
+  void DrawOnPaper(const QPolygonF& places);
   QPointF PlaceOf(Point point) const;
   QRect PixelBox(Point corner, Point opposite) const;
   QRect WholeArea() const;

@@ -1,0 +1,20 @@
+// Colours that stand out on a background.
+#pragma once
+
+#include "common/controls.h"
+
+namespace tarnlink {
+
+// How far letters must stand apart from their background, and lines so that they are seen at all,
+// as contrasts of 1 to 21.
+inline constexpr double kReadable = 3.0;
+inline constexpr double kVisible = 1.25;
+
+// Black or white, whichever reads better on `background`.
+Colour ReadableOn(Colour background);
+
+// `colour` on `background`: the same hue, darker or lighter as far as it would not stand out.
+// Neither is a colour of the system.
+Colour ReadableShade(Colour colour, Colour background, double contrast = kReadable);
+
+}  // namespace tarnlink
