@@ -10,7 +10,6 @@
 #include <QPrintEngine>
 #include <QPrinter>
 #include <QPrinterInfo>
-#include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
@@ -21,6 +20,7 @@
 
 #include "contract/dialogs_benches.h"
 #include "contract/machine.h"
+#include "contract/pdf_reader.h"
 
 namespace tarnlink {
 namespace {
@@ -100,14 +100,9 @@ PreviewRequest TwoPages(bool landscape = false) {
   return {"Print Screen", "boiler.pdf", {landscape}, DrawTwoPages};
 }
 
-// What a program of the PDF reader says about a file.
-QString Output(const QString& program, QStringList arguments, const std::string& file,
+QString Output(const QString& program, const QStringList& arguments, const std::string& file,
                const QStringList& last = {}) {
-  QProcess process;
-  process.start(program, arguments << QString::fromStdString(file) << last);
-  EXPECT_TRUE(process.waitForFinished()) << program.toStdString() << " of poppler-utils is missing";
-  EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
-  return QString::fromUtf8(process.readAllStandardOutput());
+  return OutputOf(program, arguments + QStringList{QString::fromStdString(file)} + last);
 }
 
 QString TextOf(const std::string& pdf) { return Output("pdftotext", {"-layout"}, pdf, {"-"}); }

@@ -92,9 +92,6 @@ TEST_F(GraphOnABoiler, PollsSendsTheTestCommandAndLetsThePortGo) {
 }
 
 TEST_F(GraphOnABoiler, IsRefusedDuringARunAndOpensFromTheProjectAfterwards) {
-  folder.Write("burner.grp", "");
-  folder.Write("boiler.prj",
-               Replaced(folder.Read("boiler.prj"), "\"grp\"\r\n", "\"grp\"\r\n\"burner.grp\"\r\n"));
   Start(boiler.ReadLine(kPatience), {"boiler.prj", "zolt.wcr"});
   program->Mouse("Toolbar1(2)");
   ASSERT_TRUE(program->Becomes("text StatusBar1(4)", "Communication Running"));

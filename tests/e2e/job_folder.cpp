@@ -11,9 +11,9 @@ constexpr const char* kMap = "atmega.map";
 }  // namespace
 
 JobFolder::JobFolder() {
-  for (const char* name :
-       {"boiler.prj", "boiler.wcr", "service.wcr", "zolt.wcr", "modbus.prj", "modbus.wcr", kMap,
-        "default.ids", "default.erc", "MBID.ids", "MBID.erc"}) {
+  for (const char* name : {"boiler.prj", "boiler.wcr", "service.wcr", "zolt.wcr", "modbus.prj",
+                           "modbus.wcr", kMap, "default.ids", "default.erc", "MBID.ids", "MBID.erc",
+                           "burner.grp", "burner_start.mss", "burner_start.txt"}) {
     std::filesystem::copy_file(std::filesystem::path(TARNLINK_SAMPLES) / name, Path(name));
   }
 }

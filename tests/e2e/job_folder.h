@@ -10,7 +10,8 @@ namespace e2e {
 // The lines of the sample project's tree.
 inline const std::string kSampleTree =
     "boiler.prj|Tarnlink Files|zolt.wcr|boiler.wcr|service.wcr|Parameter Files|"
-    "Graphic Files|Error Description|default.erc|ID Description|default.ids|Memory Map|atmega.map";
+    "Graphic Files|burner.grp|Error Description|default.erc|ID Description|default.ids|Memory Map|"
+    "atmega.map";
 inline const std::string kEmptyTree =
     "Unnamed Project|Tarnlink Files|Parameter Files|Graphic Files|Error Description|"
     "ID Description|Memory Map";

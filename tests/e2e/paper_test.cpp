@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -38,6 +39,21 @@ std::string Output(const std::string& command) {
     text.append(piece.data(), count);
   }
   return text;
+}
+
+// The dark pixels of the first page between a quarter and three quarters of its height, at 72 to
+// the inch: its texts alone can be there in the file and yet be cut away on paper.
+int InkInTheMiddle(const std::string& pdf) {
+  const std::string picture = Output("pdftoppm -f 1 -l 1 -r 72 -gray '" + pdf + "'");
+  int width = 0;
+  int height = 0;
+  int begin = 0;
+  if (std::sscanf(picture.c_str(), "P5 %d %d 255%n", &width, &height, &begin) != 2) return -1;
+  constexpr int kDark = 128;
+  const auto row = [&](int y) { return picture.begin() + begin + 1 + y * width; };
+  return static_cast<int>(std::count_if(row(height / 4), row(height * 3 / 4), [](char grey) {
+    return static_cast<unsigned char>(grey) < kDark;
+  }));
 }
 
 class OnPaper : public testing::Test {
@@ -87,6 +103,7 @@ TEST_F(OnPaper, ThePdfHoldsEveryLocationAndLabel) {
   }
   EXPECT_EQ(missing, 0);
   EXPECT_NE(text.find("Boiler room"), std::string::npos);
+  EXPECT_GT(InkInTheMiddle(folder.Path("screen.pdf")), 1000);
   const std::string pages = Output("pdfinfo '" + folder.Path("screen.pdf") + "'");
   EXPECT_NE(pages.find("Page size:"), std::string::npos) << pages;
 }

@@ -93,7 +93,8 @@ TEST_F(ProjectTest, TheDeleteKeyTakesAFileOutOfTheProjectAfterAQuestion) {
   program->SaveAs("Save As", "new.prj");  // in the project's folder
   // A name without a folder has become a path, so that the project could have gone elsewhere.
   std::string expected = Replaced(folder.Read("boiler.prj"), "\"service.wcr\"\r\n", "");
-  for (const char* name : {"zolt.wcr", "boiler.wcr", "default.erc", "default.ids", "atmega.map"}) {
+  for (const char* name :
+       {"zolt.wcr", "boiler.wcr", "burner.grp", "default.erc", "default.ids", "atmega.map"}) {
     expected = Replaced(expected, name, folder.Path(name));
   }
   EXPECT_TRUE(folder.Becomes("new.prj", expected));

@@ -6,7 +6,6 @@
 #include <QImage>
 #include <QPdfWriter>
 #include <QPrinter>
-#include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -14,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "contract/pdf_reader.h"
 #include "platform/qt/print_preview.h"
 #include "platform/qt/qt_colour.h"
 #include "platform/qt/qt_surface.h"
@@ -37,15 +37,6 @@ struct Word {
   QString text;
   QRectF place;  // in points
 };
-
-// What a program of the PDF reader says about a file.
-QString Output(const QString& program, const QStringList& arguments) {
-  QProcess process;
-  process.start(program, arguments);
-  EXPECT_TRUE(process.waitForFinished()) << program.toStdString() << " of poppler-utils is missing";
-  EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
-  return QString::fromUtf8(process.readAllStandardOutput());
-}
 
 class GraphPaper : public ::testing::Test {
  protected:
@@ -97,7 +88,7 @@ class GraphPaper : public ::testing::Test {
   }
   std::vector<Word> Words() {
     std::vector<Word> words;
-    auto found = kWord.globalMatch(Output("pdftotext", {"-bbox", pdf, "-"}));
+    auto found = kWord.globalMatch(OutputOf("pdftotext", {"-bbox", pdf, "-"}));
     while (found.hasNext()) {
       const QRegularExpressionMatch word = found.next();
       const auto number = [&word](int i) { return word.captured(i).toDouble(); };
@@ -110,15 +101,15 @@ class GraphPaper : public ::testing::Test {
   // The page as hard pixels, four to the point.
   QImage Picture() {
     const QString picture = folder.filePath("page");
-    Output("pdftoppm", {"-r", QString::number(72 * kPixelsPerPoint), "-aa", "no", "-aaVector", "no",
-                        "-singlefile", "-png", pdf, picture});
+    OutputOf("pdftoppm", {"-r", QString::number(72 * kPixelsPerPoint), "-aa", "no", "-aaVector",
+                          "no", "-singlefile", "-png", pdf, picture});
     return QImage(picture + ".png").convertToFormat(QImage::Format_RGB32);
   }
   // For a person to look at.
   void Keep(const QString& name) {
     QDir().mkpath(UI_PICTURES);
-    Output("pdftoppm",
-           {"-r", "150", "-singlefile", "-png", pdf, QString(UI_PICTURES) + "/graph-page-" + name});
+    OutputOf("pdftoppm", {"-r", "150", "-singlefile", "-png", pdf,
+                          QString(UI_PICTURES) + "/graph-page-" + name});
   }
   // What is drawn in a colour, in points; empty for nothing.
   static QRectF Extent(const QImage& picture, Colour colour) {
@@ -142,7 +133,7 @@ class GraphPaper : public ::testing::Test {
 TEST_F(GraphPaper, IsOneSheetInTheOrientationThatWasChosen) {
   for (const bool landscape : {true, false}) {
     Print(landscape);
-    const QString about = Output("pdfinfo", {pdf});
+    const QString about = OutputOf("pdfinfo", {pdf});
     EXPECT_TRUE(about.contains(QRegularExpression("Pages: +1\n"))) << about.toStdString();
     EXPECT_TRUE(about.contains(QRegularExpression("Title: +Print\n")));
     const QString size = landscape ? "842 x 595" : "595 x 842";
@@ -169,7 +160,7 @@ TEST_F(GraphPaper, AllOfItsTextsAreRealOnesInsideThePage) {
   SetCursor(4);
   for (const bool landscape : {true, false}) {
     Print(landscape);
-    const QString text = Output("pdftotext", {"-layout", pdf, "-"});
+    const QString text = OutputOf("pdftotext", {"-layout", pdf, "-"});
     for (const char* shown :
          {"Burner start", "05-Mar-24 14:53:39", "Sensor 1", "\u00B0C", "rpm", "bar", "%",
           "Flame status", "Frost mode", "7000", "6.5", "140", "-10", "14:48", "14:57"}) {

@@ -8,6 +8,7 @@
 #include "common/text_file.h"
 #include "graph/row_times.h"
 #include "support/fake_locale.h"
+#include "support/samples.h"
 #include "unit/measure_store.h"
 
 namespace tarnlink {
@@ -261,6 +262,12 @@ std::string Retold(const Graphic& data, const Locale& locale) {
     text += "\r\n";
   }
   return text;
+}
+
+// The table was not made by this program.
+TEST_F(MeasureExportTest, TheSampleIsExportedAsItIsKnown) {
+  ReadInto(data, SampleBytes("burner_start.mss"));
+  EXPECT_EQ(Text(), SampleBytes("burner_start.txt"));
 }
 
 TEST_F(MeasureExportTest, IsWhatAPlainRetellingSays) {

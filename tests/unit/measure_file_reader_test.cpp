@@ -191,6 +191,29 @@ TEST(MeasureFileReader, TakesOtherNumbersOfLines) {
   }
 }
 
+TEST(MeasureFileReader, TakesOtherNumbersOfChannelsThanTheLinesWouldHave) {
+  for (const std::size_t channels : {1U, 5U, 40U, 1016U}) {
+    Graphic data = SmallStore();
+    data.Channels = std::vector<MeasureChannel>(channels);
+    data.Channels.back().Dimension(MeasureChannel::kUpperBound);
+    data.Channels.back().Append({7, At(0)});
+    const Graphic read = Read(FileText(data));
+    EXPECT_EQ(read.LastAttribute(), 16);
+    ASSERT_EQ(read.Channels.size(), channels);
+    EXPECT_EQ(read.Channels.back()[90'000], data.Channels.back()[90'000]);
+    EXPECT_EQ(read.GetCursorValue(read.LastAttribute(), 0), 0.0F);
+  }
+}
+
+// Day 0 of the clock is a time as any other in a file; an element of that time holds no sample.
+TEST(MeasureFileReader, ASampleOfDayZeroIsReadAndCountsAsNone) {
+  const Graphic read = Read(FileOf("20240305140709 1\r\n18991230000000 2\r\n20240305140708 3\r\n"));
+  EXPECT_EQ(read.Channels[0][90'000].Value, 1);
+  EXPECT_EQ(read.Channels[0][89'999].Time, 0);
+  EXPECT_EQ(read.Channels[0][89'998].Value, 3);
+  EXPECT_EQ(ToSeconds(read.FirstTime), 0);
+}
+
 // --- Lines alone ---------------------------------------------------------------------------------
 
 TEST(MeasureFileReader, LinesAloneBeginWithEmptyChannels) {

@@ -199,7 +199,7 @@ TEST(ReadProjectEntries, EndsOnEveryPrefix) {
 
 TEST(ProjectFile, LoadsTheSamples) {
   for (const auto& [name, files] :
-       {std::pair<std::string, int>{"boiler.prj", 6}, {"modbus.prj", 3}}) {
+       {std::pair<std::string, int>{"boiler.prj", 7}, {"modbus.prj", 3}}) {
     const std::optional<ProjectTree> loaded = Load(SampleText(name));
     ASSERT_TRUE(loaded) << name;
     EXPECT_EQ(loaded->Count(), ProjectTree().Count() + files) << name;

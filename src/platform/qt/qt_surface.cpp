@@ -201,7 +201,7 @@ void QtSurface::DrawOnPaper(QPointF from, QPointF to) {
 // A long line at a time would take its own length squared: the painter looks for all places where
 // it meets itself. Pieces of a solid one end in each other.
 void QtSurface::DrawOnPaper(const QPolygonF& places) {
-  constexpr qsizetype kPiece = 32;
+  constexpr qsizetype kPiece = 8;
   if (style_ != DrawStyle::kSolid) return painter_.drawPolyline(places);
   for (qsizetype i = 0; i + 1 < places.size(); i += kPiece) {
     const auto count = std::min(kPiece + 1, places.size() - i);
