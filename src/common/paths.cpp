@@ -8,11 +8,11 @@ namespace {
 constexpr std::string_view kSeparators = "/\\";
 constexpr char kSystemSeparator = '/';
 
-bool IsSeparator(char c) { return kSeparators.find(c) != std::string_view::npos; }
-
 bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
 }  // namespace
+
+bool IsSeparator(char letter) { return kSeparators.find(letter) != std::string_view::npos; }
 
 std::string StripFileFromPath(std::string_view path) {
   const std::size_t separator = path.find_last_of(kSeparators);

@@ -6,6 +6,9 @@
 
 namespace tarnlink {
 
+// Of folders in a path, on whatever system it was written.
+bool IsSeparator(char letter);
+
 // The text after the last separator, the whole text if there is none.
 std::string StripFileFromPath(std::string_view path);
 

@@ -15,7 +15,7 @@ std::array<int, 3> PartsOf(Colour colour) {
   return {colour & kFull, colour >> 8 & kFull, colour >> 16 & kFull};
 }
 
-// How bright the eye sees a colour, 0 to 1, and how far two of them stand apart, 1 to 21.
+// How bright the eye sees a colour, 0 to 1.
 double Luminance(Colour colour) {
   const auto linear = [](int value) {
     const double part = static_cast<double>(value) / kFull;
@@ -25,13 +25,13 @@ double Luminance(Colour colour) {
   return 0.2126 * linear(red) + 0.7152 * linear(green) + 0.0722 * linear(blue);
 }
 
+}  // namespace
+
 double Contrast(Colour a, Colour b) {
   const auto [low, high] = std::minmax({Luminance(a), Luminance(b)});
   constexpr double kGlare = 0.05;
   return (high + kGlare) / (low + kGlare);
 }
-
-}  // namespace
 
 Colour ReadableOn(Colour background) {
   // Weights of the eye's response to red, green and blue, in thousandths.
@@ -42,7 +42,8 @@ Colour ReadableOn(Colour background) {
 
 Colour ReadableShade(Colour colour, Colour background, double contrast) {
   constexpr int kSteps = 20;
-  const Colour end = ReadableOn(background);
+  const bool to_white = Contrast(kWhite, background) >= Contrast(kBlack, background);
+  const Colour end = to_white ? kWhite : kBlack;
   const std::array<int, 3> from = PartsOf(colour);
   const std::array<int, 3> to = PartsOf(end);
   for (int step = 0; step < kSteps; ++step) {

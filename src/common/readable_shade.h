@@ -10,7 +10,10 @@ namespace tarnlink {
 inline constexpr double kReadable = 3.0;
 inline constexpr double kVisible = 1.25;
 
-// Black or white, whichever reads better on `background`.
+// How far two colours stand apart, 1 to 21.
+double Contrast(Colour a, Colour b);
+
+// Letters on `background` that has a meaning, such as a state: white on a dark one, else black.
 Colour ReadableOn(Colour background);
 
 // `colour` on `background`: the same hue, darker or lighter as far as it would not stand out.

@@ -21,7 +21,7 @@ class AutoSave {
   // Saves once more if automatic saving is on.
   void Unload();
 
-  // Writes the file of the day that has passed.
+  // Writes the file of the day that has passed or, as the graph is left, is under way.
   std::function<void()> AutoSaveMeasurements;
 
  private:

@@ -18,8 +18,6 @@ constexpr const char* kTable = "Text File (*.txt)|*.txt|Workbook (*.xlsx)|*.xlsx
 
 constexpr int kAutoSaveTick = 60'000;  // ms
 
-bool IsSeparator(char letter) { return letter == '/' || letter == '\\'; }
-
 }  // namespace
 
 FileCommands::FileCommands(frmGraphic& graph, frmContextMenu& menu, GraphDisplay& display,

@@ -9,7 +9,7 @@ namespace {
 // A separator in the heading is no folder.
 std::string FileNameOf(std::string heading) {
   for (char& letter : heading) {
-    if (letter == '/' || letter == '\\') letter = '_';
+    if (IsSeparator(letter)) letter = '_';
   }
   return (heading.empty() ? "graph" : heading) + ".pdf";
 }

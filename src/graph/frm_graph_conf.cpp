@@ -110,7 +110,7 @@ std::vector<int> frmGraphConf::HiddenChannels() const {
 // --- The list ------------------------------------------------------------------------------------
 
 // A table that is shorter than the list fills the first rows; one that has become shorter than the
-// scroll bar thinks shows its last page in every row.
+// scroll bar thinks shows the first line of its last page in every row.
 int frmGraphConf::IndexOf(int row, int last) const {
   constexpr int kBelow = kRows - 1;
   if (last < kBelow) return row <= last ? row : kNone;

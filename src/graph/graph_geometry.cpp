@@ -44,7 +44,8 @@ double Remaining(int phase, int step) { return 1.0 - static_cast<double>(phase %
 
 Date GraphView::StartTime() const { return MinutesFrom(BaseTime, -TimeScale); }
 
-ValueMap::ValueMap(int unit, float height) : is_upper_(IsUpperBand(unit)) {
+ValueMap::ValueMap(int unit, float height, float above)
+    : is_upper_(IsUpperBand(unit)), above_(above) {
   const double degrees = height * kUpperBand / kDegrees;
   const double bars = height * kUpperBand / kBars;
   const double turns = height * kLowerBand / kTurns;

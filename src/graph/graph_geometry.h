@@ -43,11 +43,13 @@ class TimeMap {
 
 class ValueMap {
  public:
-  // `unit` as in `cmbUnit`; all but three share the scale of percentages.
-  ValueMap(int unit, float height);
+  // `unit` as in `cmbUnit`; all but three share the scale of percentages. The lower band ends
+  // `above` the bottom: on the screen by one, where its line is still to be seen.
+  ValueMap(int unit, float height, float above = 1);
 
   float operator()(float value) const {
-    return static_cast<float>(is_upper_ ? step_ * (top_ - value) : height_ - step_ * value - 1);
+    return static_cast<float>(is_upper_ ? step_ * (top_ - value)
+                                        : height_ - step_ * value - above_);
   }
 
  private:
@@ -55,6 +57,7 @@ class ValueMap {
   double step_ = 0;    // of a unit
   double top_ = 0;     // what stands at the top of the picture
   double height_ = 0;  // of the picture
+  double above_;
 };
 
 // The moments that people read on the form.

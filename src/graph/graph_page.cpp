@@ -21,7 +21,7 @@ constexpr const char* kWidestScale = " 7000 ";
 constexpr Colour kFrame = 0x808080;
 constexpr float kFrameLine = 15;  // wide, as the grid
 constexpr float kDataLine = 29;
-constexpr float kLaneStroke = 50;  // what a lane reaches beyond its newest sample
+constexpr float kLaneStroke = 50;  // back from a lane's newest sample
 constexpr double kBelow = 1.2;     // letters, that stand below the graph
 
 // Paper is white, whatever the graph's background: what was chosen for a dark one must be seen
@@ -66,23 +66,8 @@ float GraphPage::TimeToX(Date Time) const {
   return static_cast<float>(GraphWidth * along) + Left();
 }
 
-// Without the one that the screen's picture takes off.
 float GraphPage::ValueToY(float Value, int Unit) const {
-  double y = 0;
-  switch (Unit) {
-    case kCelsius:
-      y = GraphHeight * kUpperBand / 130 * (120 - Value);
-      break;
-    case kBar:
-      y = GraphHeight * kUpperBand / 6.5 * (6.5 - Value);
-      break;
-    case kRpm:
-      y = GraphHeight - GraphHeight * kLowerBand / 7000 * Value;
-      break;
-    default:
-      y = GraphHeight - GraphHeight * kLowerBand / 140 * Value;
-  }
-  return static_cast<float>(y + MarginTop);
+  return ValueMap(Unit, GraphHeight, 0)(Value) + MarginTop;
 }
 
 // --- Frame and texts -----------------------------------------------------------------------------
@@ -221,6 +206,7 @@ void GraphPage::DrawAnalogLine(const PageLine& shown) {
     Point to = place(shown.samples[i]);
     if (!CutAtFrame(from, to)) continue;
     if (content_.MeasOnly) {
+      // Also where the line is cut: users know the page that way.
       Output.Line(to, {to.x - kSampleStroke, to.y - kSampleStroke});
       continue;
     }

@@ -9,7 +9,7 @@ namespace tarnlink {
 
 namespace {
 
-constexpr float kLaneStroke = 3;  // what a lane reaches beyond its newest sample
+constexpr float kLaneStroke = 3;  // back from a lane's newest sample
 
 }  // namespace
 

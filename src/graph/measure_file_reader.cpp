@@ -17,8 +17,8 @@ constexpr std::size_t kColours = 5;
 
 // Fewer lines could not share a channel as lanes do. More than the greatest are not to be had, so
 // that a damaged count takes no memory.
-constexpr int kFewestLines = kLanes;  // as the index of the last one
-constexpr int kMostLines = 1015;
+constexpr int kLowestLast = kLanes;  // index of the last line
+constexpr int kHighestLast = 1015;   // of the last line, and of the last channel
 
 // Of a file's lines, fifteen for each line of the graph.
 constexpr int kFieldLines = 15;
@@ -193,7 +193,7 @@ void MeasureFileReader::TakeColour(std::string_view line) {
 }
 
 void MeasureFileReader::TakeLastAttribute(std::string_view line) {
-  const int last = CountIn(line, kFewestLines, kMostLines, "the number of the last line");
+  const int last = CountIn(line, kLowestLast, kHighestLast, "the number of the last line");
   attributes_.emplace(static_cast<std::size_t>(last) + 1);
   stage_ = Stage::kAttributes;
 }
@@ -207,7 +207,7 @@ void MeasureFileReader::TakeField(std::string_view line) {
 }
 
 void MeasureFileReader::TakeLastChannel(std::string_view line) {
-  const int last = CountIn(line, 0, kMostLines, "the number of the last channel");
+  const int last = CountIn(line, 0, kHighestLast, "the number of the last channel");
   channels_.emplace(static_cast<std::size_t>(last) + 1);
   stage_ = Stage::kChannelTitle;
 }
@@ -219,8 +219,8 @@ void MeasureFileReader::TakeUpperBound(std::string_view line) {
   stage_ = Stage::kSamples;
 }
 
-// One line more is read than the position still counts: it ends the channel also where it holds a
-// sample.
+// As many lines as the bound says, one at least: the last of them ends the channel also where it
+// holds a sample.
 void MeasureFileReader::TakeSample(std::string_view line) {
   const bool is_end = line.substr(0, kEndMark.size()) == kEndMark;
   if (!is_end) {

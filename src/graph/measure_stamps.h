@@ -20,7 +20,8 @@ namespace tarnlink {
 inline constexpr std::size_t kStampDigits = 14;   // "yyyymmddhhnnss"
 inline constexpr std::size_t kMinuteDigits = 12;  // without the seconds
 
-// The same seconds as text. Samples mostly lie in the minute of the one before, whose text is kept.
+// Seconds of samples as text, and back. Samples mostly lie in the minute of the one before, whose
+// text is kept.
 class SampleStamps {
  public:
   // Puts the 14 digits of `time` at `to`.

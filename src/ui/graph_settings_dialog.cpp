@@ -35,6 +35,7 @@ GraphSettingsDialog::GraphSettingsDialog(frmGraphConf& form, QWidget* parent)
   setObjectName(ToQt(form_.form.name()));
   setWindowTitle(ToQt(form_.caption.Caption.get()));
   setModal(true);
+  QWidget* list = BuildList();  // first, as the keyboard goes
   auto* right = new QVBoxLayout;
   right->addWidget(BuildDetails());
   right->addWidget(BuildAdvanced());
@@ -46,7 +47,7 @@ GraphSettingsDialog::GraphSettingsDialog(frmGraphConf& form, QWidget* parent)
   connect(close, &QPushButton::clicked, this, [this] { done(Accepted); });
   right->addWidget(close, 0, Qt::AlignRight);
   auto* layout = new QHBoxLayout(this);
-  layout->addWidget(BuildList());
+  layout->addWidget(list);
   layout->addLayout(right);
   form_.form.SetView([this] { ShowForm(); });
   ShowForm();
@@ -58,7 +59,9 @@ GraphSettingsDialog::~GraphSettingsDialog() { form_.form.SetView({}); }
 void GraphSettingsDialog::done(int) { form_.Close(); }
 
 void GraphSettingsDialog::ShowForm() {
-  if (form_.form.Visible != isVisible()) setVisible(form_.form.Visible);
+  if (form_.form.Visible == isVisible()) return;
+  setVisible(form_.form.Visible);
+  if (form_.form.Visible) names_.front()->setFocus(Qt::OtherFocusReason);
 }
 
 QWidget* GraphSettingsDialog::BuildList() {
@@ -68,7 +71,7 @@ QWidget* GraphSettingsDialog::BuildList() {
   for (int row = 0; row < frmGraphConf::kRows; ++row) {
     auto* name = new RowName(form_.lblCap(row), list);
     name->Picked = [this, row] { form_.lblCapClick(row); };
-    name->Left = [this, row](int step) { GoToRow(row + step); };
+    name->Stepped = [this, row](int step) { GoToRow(row + step); };
     names_.push_back(name);
     auto* line = new QCheckBox(list);
     Bind(line, form_.chkLine(row));
@@ -112,6 +115,7 @@ QWidget* GraphSettingsDialog::BuildDetails() {
   const auto add_text = [&](int row, const QString& caption, TextBox& box) {
     auto* edit = new QLineEdit(frame);
     Bind(edit, box);
+    KeepPlace(edit);
     edit->setPlaceholderText(caption);
     edit->setAccessibleName(caption);
     layout->addWidget(edit, row, 0, 1, 3);
@@ -124,17 +128,23 @@ QWidget* GraphSettingsDialog::BuildDetails() {
   layout->addWidget(label, 3, 0);
   auto* style = new QComboBox(frame);
   Bind(style, form_.cmbDrawStyle);
+  KeepPlace(style);
   style->setAccessibleName(tr("Line style"));
   layout->addWidget(style, 3, 1);
-  layout->addWidget(new ColourButtonView(form_.cmdLineColor, frame), 3, 2);
+  auto* colour = new ColourButtonView(form_.cmdLineColor, frame);
+  KeepPlace(colour);
+  layout->addWidget(colour, 3, 2);
   auto* line = new QCheckBox(frame);
   Bind(line, form_.chkShowLine);
+  KeepPlace(line);
   layout->addWidget(line, 4, 0);
   auto* caption = new QCheckBox(frame);
   Bind(caption, form_.chkShowCaption);
+  KeepPlace(caption);
   layout->addWidget(caption, 4, 1);
   auto* advanced = new QPushButton(frame);
   Bind(advanced, form_.cmdAdvanced);
+  KeepPlace(advanced);
   advanced->setAutoDefault(false);
   layout->addWidget(advanced, 4, 2);
   return frame;
@@ -148,6 +158,8 @@ QWidget* GraphSettingsDialog::BuildAdvanced() {
   const auto add = [&](QWidget* field) {
     auto* label = new QLabel(frame);
     Bind(label, form_.lblAdvanced(row));
+    KeepPlace(label);
+    KeepPlace(field);
     label->setBuddy(field);
     layout->addWidget(label, row, 0);
     layout->addWidget(field, row, 1, Qt::AlignLeft);

@@ -61,10 +61,10 @@ void RowName::mousePressEvent(QMouseEvent* event) {
 void RowName::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Up:
-      Report(Left, -1);
+      Report(Stepped, -1);
       return;
     case Qt::Key_Down:
-      Report(Left, 1);
+      Report(Stepped, 1);
       return;
     case Qt::Key_Space:
     case Qt::Key_Return:

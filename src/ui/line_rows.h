@@ -1,4 +1,5 @@
-// The parts of a row in the settings of the graph: a name that is clicked, a sample of a line.
+// The parts of the settings of the graph: names that are clicked, samples of lines, the list of
+// both, buttons that show a colour.
 #pragma once
 
 #include <QPushButton>
@@ -18,7 +19,7 @@ class RowName final : public QWidget {
   ~RowName() override;
 
   std::function<void()> Picked;
-  std::function<void(int)> Left;  // by an arrow key: to the next row, 1, or the one before, -1
+  std::function<void(int)> Stepped;  // by an arrow key: to the next row, 1, or the one before, -1
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }

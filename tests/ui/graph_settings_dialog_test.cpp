@@ -171,6 +171,18 @@ TEST_F(GraphSettingsDialogTest, TheListIsWorkedByKeys) {
   EXPECT_TRUE(In("chkLine(0)").hasFocus());
 }
 
+TEST_F(GraphSettingsDialogTest, TheKeyboardBeginsAtTheFirstNameEachTime) {
+  OpenByMenu();
+  EXPECT_TRUE(In("lblCap(0)").hasFocus());
+  const QSize size = Dialog().size();
+  ClickIn("lblCap(7)");
+  EXPECT_EQ(Dialog().size(), size) << "nothing jumps";
+  In("cmdColor(5)").setFocus();
+  Strike(Qt::Key_Escape);
+  OpenByMenu();
+  EXPECT_TRUE(In("lblCap(0)").hasFocus());
+}
+
 TEST_F(GraphSettingsDialogTest, RowsBehindAShortTableAreEmpty) {
   graph().Data.Attributes.resize(17);
   graph().Data.Channels.resize(2);

@@ -30,7 +30,18 @@ TEST(ReadableShade, TakesAsMuchContrastAsIsAskedFor) {
   const Colour readable = ReadableShade(kWhite, kWhite, kReadable);
   EXPECT_LT(visible, kWhite);
   EXPECT_LT(readable, visible);
-  EXPECT_EQ(ReadableShade(0x777777, 0x777777, 21.0), kWhite) << "as far as it goes";
+  EXPECT_EQ(ReadableShade(0x777777, 0x777777, 21.0), kBlack) << "as far as it goes";
+}
+
+TEST(ReadableShade, IsReadableOnEveryGround) {
+  for (int red = 0; red <= 0xFF; red += 15) {
+    for (int green = 0; green <= 0xFF; green += 15) {
+      for (int blue = 0; blue <= 0xFF; blue += 15) {
+        const Colour ground = red | green << 8 | blue << 16;
+        EXPECT_GE(Contrast(ReadableShade(ground, ground), ground), kReadable) << ground;
+      }
+    }
+  }
 }
 
 TEST(ReadableShade, BlackOrWhiteIsReadOnAnything) {

@@ -23,7 +23,10 @@ Tour::Tour(Program& program, const QString& project, const QStringList& screens,
   Then(0, [this, project] {
     program_.Start({project.toStdString(), visits_.front().screen.toStdString()});
   });
-  for (Visit& visit : visits_) PlanVisit(visit);
+  for (Visit& visit : visits_) {
+    PlanVisit(visit);
+    if (&visit == &visits_.front()) PlanGraph();
+  }
   PlanDialogs();
   Then(300, [this] { Finish(); });
 }
@@ -66,6 +69,28 @@ void Tour::OpenProjectOf(const QString& screen) {
   if (!QFileInfo::exists(project)) return;
   Then(300, [this] { Press("mnuOpenProject"); });
   Then(500, [this, project] { ChooseFile(project); });
+}
+
+// Lines of a file are recorded for a while; then a recording is opened, and its page is shown.
+void Tour::PlanGraph() {
+  constexpr int kRecording = 9000;  // ms
+  const QDir folder = QFileInfo(visits_.front().screen).dir();
+  const auto close = [] { QApplication::activeModalWidget()->close(); };
+  Then(500, [this] { Press("M_Graphics"); });
+  Then(500, [this] { Press("mnuOpenProperties"); });
+  Then(500, [this, folder] { ChooseFile(folder.filePath("burner.grp")); });
+  Then(kRecording, [this] { Picture("graph-recording"); });
+  Then(100, [this] { Press("mnuGraphSettings"); });
+  Then(500, [this] { Picture("graph-settings"); });
+  Then(100, close);
+  Then(100, [this] { Press("mnuOpenMeasure"); });
+  Then(500, [this, folder] { ChooseFile(folder.filePath("burner_start.mss")); });
+  Then(500, [this] { Picture("graph-opened"); });
+  Then(100, [this] { Press("mnuPrint"); });
+  Then(300, [] { dynamic_cast<QDialog*>(QApplication::activeModalWidget())->accept(); });
+  Then(500, [this] { Picture("graph-page"); });
+  Then(100, close);
+  Then(100, close);
 }
 
 void Tour::PlanDialogs() {
@@ -112,7 +137,9 @@ void Tour::Next() {
 }
 
 void Tour::Press(const char* action) {
-  auto* found = program_.window().findChild<QAction*>(action);
+  const QWidget* above = QApplication::activeModalWidget();
+  auto* found = above != nullptr ? above->findChild<QAction*>(action) : nullptr;
+  if (found == nullptr) found = program_.window().findChild<QAction*>(action);
   std::cout << "Press: " << found->text().remove('&').toStdString() << std::endl;
   found->trigger();
 }

@@ -48,7 +48,7 @@ void SheetSink::TakeField(std::string_view field, SheetCell cell) {
   if (cell.column > kLastCell.column) throw SheetIsFull(path_);
   if (cells_ == checked_cells_) {
     checked_cells_ += kCheckedAtOnce;
-    stream_.RefuseFullDisk(checked_cells_);
+    stream_.RefuseFullDisk(checked_cells_, cells_);
   }
   ++cells_;
   double number = 0;

@@ -1,4 +1,4 @@
-// The bytes of an .xlsx file.
+// Saving all cells of a workbook as an .xlsx file.
 #pragma once
 
 #include <string>

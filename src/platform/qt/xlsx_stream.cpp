@@ -119,7 +119,7 @@ XlsxStream::XlsxStream(const std::string& path)
 XlsxStream::~XlsxStream() = default;
 
 // The library writes the sheet twice.
-void XlsxStream::RefuseFullDisk(std::size_t cells) const {
+void XlsxStream::RefuseFullDisk(std::size_t cells, std::size_t written) const {
   constexpr std::size_t kLongestCell = 64;  // as XML, with a text as values have it
   constexpr std::size_t kRest = 1'000'000;
   struct statvfs disk {};
@@ -127,7 +127,7 @@ void XlsxStream::RefuseFullDisk(std::size_t cells) const {
     FailForTemporaryFolder(path_, folder_, kPathNotFound, "is missing.");
   }
   const std::size_t room = disk.f_bavail * disk.f_frsize;
-  if (room < 2 * kLongestCell * cells + kRest) {
+  if (room < (2 * cells - written) * kLongestCell + kRest) {
     FailForTemporaryFolder(path_, folder_, kDiskFull, "is full.");
   }
 }

@@ -20,7 +20,7 @@ class XlsxStream {
 
   // The library does not look whether its temporary files took what it wrote, so there has to be
   // room for so many cells from the first on.
-  void RefuseFullDisk(std::size_t cells) const;
+  void RefuseFullDisk(std::size_t cells, std::size_t written = 0) const;
 
   // A row is complete when the next one begins.
   void Put(SheetCell cell, const char* text);
