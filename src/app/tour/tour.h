@@ -18,9 +18,9 @@ namespace tarnlink {
 class Tour final : public QObject {
  public:
   // Opens the project and goes to each screen in turn, which are not empty, with the project of its
-  // name if there is one beside it; behind the first one, which is of the ZOLT protocol, to the graph
-  // with the samples in its folder. `pictures` is a folder that is there. Ends the event loop with 0 if values came in on every screen and no message box
-  // stood in the way.
+  // name if there is one beside it; behind the first one, which is of the ZOLT protocol, to the
+  // graph with the samples in its folder. `pictures` is a folder that is there. Ends the event loop
+  // with 0 if values came in on every screen and no message box stood in the way.
   Tour(Program& program, const QString& project, const QStringList& screens, QString pictures);
 
   void Begin();
