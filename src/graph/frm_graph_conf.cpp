@@ -194,6 +194,7 @@ void frmGraphConf::Select(int row) {
     return;
   }
   lblCap(row).BackColor = kHighlight;
+  cmdAdvanced.Enabled = selected_ < graph_.Data.LastChannel();
   ShowNormal(true);
   LoadDetails();
 }

@@ -63,6 +63,10 @@ class frmGraphic {
   FormWithPointer form{"frmGraphic"};
   Label caption{"frmGraphic.Caption", "Graphic"};
   Label lblCommunicationError{"lblCommunicationError", kCommunicationError};
+  // Over the picture as long as nothing is shown in it.
+  Label lblNoLine{"lblNoLine",
+                  "No line is shown. \"Graph settings\" in the menu of the right mouse button "
+                  "shows some,\n\"File, Open properties\" takes them from a file."};
   Label lblTest{"lblTest", "Test"};
   Label lblExit{"lblExit", "Exit"};
   Label lblDate{"lblDate"};

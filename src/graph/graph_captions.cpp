@@ -62,6 +62,7 @@ void ShowRow(frmGraphic& graph, int k, int index, float top, const std::string& 
     Label& label = graph.lblVal(k + static_cast<int>(part));
     label.Top = top;
     label.Left = kRowLeft.at(part);
+    if (part == 0) label.Width = kRowLeft[1] - kRowLeft[0];  // a longer name covers no value
     label.ForeColor = line.LineColor;
     label.Caption = texts.at(part);
     label.ToolTipText = part == 0 ? line.Description : std::string();

@@ -55,6 +55,9 @@ void GraphDisplay::DrawAgain() {
     if (graph_.GraphPan.Draw) graph_.GraphPan.Draw();
   }
   ShowScrollBar();
+  const auto& lines = graph_.Data.Attributes;
+  graph_.lblNoLine.Visible =
+      std::none_of(lines.begin(), lines.end(), [](const auto& line) { return line.IsShown(); });
 }
 
 float GraphDisplay::LaneHeight() const { return LaneShare() * graph_.GraphPan.ScaleHeight; }

@@ -6,7 +6,7 @@ namespace tarnlink {
 
 GraphForm::GraphForm(frmGraphic& graph, frmContextMenu& menu, GraphAcquisition& acquisition,
                      AutoSave& auto_save, MeasureFiles& files)
-    : graph_(graph), acquisition_(acquisition), auto_save_(auto_save), files_(files) {
+    : graph_(graph), menu_(menu), acquisition_(acquisition), auto_save_(auto_save), files_(files) {
   menu.mnuExit.Click = [this] { Unload(); };
 }
 
@@ -26,6 +26,7 @@ void GraphForm::Unload() {
   if (!is_loaded_) return;
   is_loaded_ = false;
   files_.StopLoads();
+  files_.TakeLostDay();  // one before has been told, and went on
   auto_save_.Unload();
   graph_.ZOLTCommunication = false;
   for (Timer* timer :
@@ -39,8 +40,21 @@ void GraphForm::Unload() {
   }
   graph_.form.Visible = false;
   files_.WhenIdle([this] {
-    if (Unloaded) Unloaded();
+    if (files_.TakeLostDay()) {
+      ComeBack();
+    } else if (Unloaded) {
+      Unloaded();
+    }
   });
+}
+
+// Recording has ended. The next time it is left for good.
+void GraphForm::ComeBack() {
+  is_loaded_ = true;
+  menu_.mnuAutoSave.Checked = false;
+  menu_.SetTimeScroll(false);
+  menu_.SetCommunication(false);
+  graph_.form.Visible = true;
 }
 
 }  // namespace tarnlink

@@ -277,6 +277,7 @@ void MeasureFiles::Complete(const Task& task) {
 
 void MeasureFiles::Fail(const Task& task, const RunTimeError& error) {
   if (task.kind == Kind::kLoad) HandOver();
+  has_lost_day_ = has_lost_day_ || !task.is_asked_for;
   const Texts& texts = kTexts.at(static_cast<std::size_t>(task.kind));
   graph_.platform().dialogs().MessageBox(
       {.text = texts.error, .title = texts.title, .icon = Icon::kCritical, .detail = error.what()});

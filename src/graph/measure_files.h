@@ -47,6 +47,9 @@ class MeasureFiles {
   // A text, or a workbook if the name ends in ".xlsx".
   void ExportMeasureFile(const std::string& FileName, Then then = {});
 
+  // Whether a day's file has failed since this was last asked; its samples are in memory only.
+  bool TakeLostDay() { return std::exchange(has_lost_day_, false); }
+
   bool IsBusy() const { return job_ != nullptr; }
   // Stops what is under way, as the window's button does; what waits comes next.
   void Cancel();
@@ -109,6 +112,7 @@ class MeasureFiles {
   std::unique_ptr<Timer> show_timer_;
   std::deque<std::pair<Kind, std::function<void()>>> waiting_;
   bool auto_save_waits_ = false;
+  bool has_lost_day_ = false;
   std::function<void()> when_idle_;
   bool is_left_ = false;  // what the files were for is gone
 };

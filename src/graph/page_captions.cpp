@@ -54,6 +54,24 @@ class RowTops {
   float end_ = 0;
 };
 
+struct Name {
+  Point place;
+  std::string text;
+  Colour colour;
+};
+
+// With smaller letters where it would cover the colon behind it.
+void DrawName(DrawingSurface& output, const Font& font, const Name& name, float room) {
+  constexpr float kSmallest = 3;
+  Font smaller = font;
+  while (output.TextWidth(name.text) > room && smaller.size > kSmallest) {
+    smaller.size -= 0.5F;
+    output.SetFont(smaller);
+  }
+  output.Text(name.place, name.text, name.colour);
+  if (smaller.size != font.size) output.SetFont(font);
+}
+
 }  // namespace
 
 void DrawPageCaptions(DrawingSurface& output, const PageContent& content, Point corner,
@@ -78,9 +96,9 @@ void DrawPageCaptions(DrawingSurface& output, const PageContent& content, Point 
     const std::array<std::string, kParts> texts = {each.line.Alias, ":",
                                                    CaptionValue(each.value, decimal_separator),
                                                    UnitText(each.line.Unit)};
-    for (std::size_t i = 0; i < kParts; ++i) {
-      output.Text({lefts.at(i), top}, texts.at(i), ReadableShade(each.line.LineColor, kWhite));
-    }
+    const Colour colour = ReadableShade(each.line.LineColor, kWhite);
+    DrawName(output, font, {{lefts[0], top}, texts[0], colour}, lefts[1] - lefts[0]);
+    for (std::size_t i = 1; i < kParts; ++i) output.Text({lefts.at(i), top}, texts.at(i), colour);
   }
   if (font.size != kPageFont.size) output.SetFont(kPageFont);
 }

@@ -71,7 +71,7 @@ QWidget* GraphSettingsDialog::BuildList() {
   for (int row = 0; row < frmGraphConf::kRows; ++row) {
     auto* name = new RowName(form_.lblCap(row), list);
     name->Picked = [this, row] { form_.lblCapClick(row); };
-    name->Stepped = [this, row](int step) { GoToRow(row + step); };
+    name->Stepped = [this, row](int step) { Go(row, step); };
     names_.push_back(name);
     auto* line = new QCheckBox(list);
     Bind(line, form_.chkLine(row));
@@ -97,11 +97,12 @@ QWidget* GraphSettingsDialog::BuildList() {
   return list;
 }
 
-// Beyond the ends of the list it moves by a row.
-void GraphSettingsDialog::GoToRow(int row) {
-  if (row < 0 || row >= frmGraphConf::kRows) {
-    scroll_->setValue(scroll_->value() + (row < 0 ? -1 : 1));
-  } else if (QWidget* name = names_.at(static_cast<std::size_t>(row)); name->isVisible()) {
+// Beyond the ends of the list it moves.
+void GraphSettingsDialog::Go(int row, int step) {
+  const int next = row + step;
+  if (next < 0 || next >= frmGraphConf::kRows) {
+    scroll_->setValue(scroll_->value() + step);
+  } else if (QWidget* name = names_.at(static_cast<std::size_t>(next)); name->isVisible()) {
     name->setFocus(Qt::TabFocusReason);
   }
 }

@@ -23,7 +23,7 @@ class GraphSettingsDialog final : public QDialog {
   QWidget* BuildAdvanced();
   QWidget* BuildColours();
   void ShowForm();
-  void GoToRow(int row);
+  void Go(int row, int step);
 
   frmGraphConf& form_;
   std::vector<QWidget*> names_;

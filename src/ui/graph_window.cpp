@@ -31,6 +31,7 @@ constexpr int kOverhang = 24;          // pixels: half a time label beside the p
 constexpr int kCaptionOverhang = 3;    // pixels: as far as there is nothing beside the captions
 constexpr int kIndent = 3;             // pixels before a text
 constexpr int kMessageTop = 24;        // pixels from the top of the picture
+constexpr int kHintTop = 70;           // the same
 
 std::vector<Label*> LabelsOf(FixedArray<Label>& array) {
   std::vector<Label*> labels;
@@ -91,6 +92,7 @@ GraphWindow::~GraphWindow() {
   form_.form.SetView({});
   form_.lblCommunicationError.SetView({});
   form_.lblDate.SetView({});
+  form_.lblNoLine.SetView({});
   graph_.display.ShowContextMenu = {};
   graph_.picture.CopyPicture = {};
   graph_.picture.PngBytes = {};
@@ -128,15 +130,25 @@ void GraphWindow::BuildLabels() {
   form_.lblDate.SetView([this] { ShowDate(); });
   scroll_ = new QScrollBar(Qt::Horizontal, this);
   Bind(scroll_, form_.HScroll1);
-  message_ = new QLabel(this);
-  message_->setObjectName(ToQt(form_.lblCommunicationError.name()));
-  message_->setFont(GraphFont());
-  message_->setMargin(kIndent);
-  message_->setFrameShape(QFrame::Box);
-  message_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  message_ = AddPlate(form_.lblCommunicationError);
   form_.lblCommunicationError.SetView([this] { ShowMessage(); });
+  hint_ = AddPlate(form_.lblNoLine);
+  form_.lblNoLine.SetView([this] { ShowHint(); });
   ShowDate();
   ShowMessage();
+  ShowHint();
+}
+
+QLabel* GraphWindow::AddPlate(const Label& label) {
+  auto* plate = new QLabel(this);
+  plate->setObjectName(ToQt(label.name()));
+  plate->setTextFormat(Qt::PlainText);
+  plate->setFont(GraphFont());
+  plate->setMargin(kIndent);
+  plate->setFrameShape(QFrame::Box);
+  plate->setAutoFillBackground(true);
+  plate->setAttribute(Qt::WA_TransparentForMouseEvents);
+  return plate;
 }
 
 void GraphWindow::BuildMenu() {
@@ -213,14 +225,22 @@ void GraphWindow::ShowDate() {
 void GraphWindow::ShowMessage() {
   const QColor paper(255, 243, 205);
   const QColor ink(150, 0, 0);
-  message_->setAutoFillBackground(true);
   SetColours(message_, paper, ink);
-  message_->setText(ToQt(form_.lblCommunicationError.Caption.get()));
-  message_->adjustSize();
+  ShowPlate(message_, form_.lblCommunicationError, kMessageTop);
+}
+
+void GraphWindow::ShowHint() {
+  SetColours(hint_, palette().color(QPalette::ToolTipBase), palette().color(QPalette::ToolTipText));
+  ShowPlate(hint_, form_.lblNoLine, kHintTop);
+}
+
+void GraphWindow::ShowPlate(QLabel* plate, const Label& label, int top) {
+  plate->setText(ToQt(label.Caption.get()));
+  plate->adjustSize();
   const QRect picture = PlaceOf(form_.GraphPan);
-  message_->move(picture.center().x() - message_->width() / 2, picture.top() + kMessageTop);
-  message_->setVisible(form_.lblCommunicationError.Visible);
-  message_->raise();
+  plate->move(picture.center().x() - plate->width() / 2, picture.top() + top);
+  plate->setVisible(label.Visible);
+  plate->raise();
 }
 
 void GraphWindow::ShowMenu() {

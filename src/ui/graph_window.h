@@ -36,6 +36,10 @@ class GraphWindow final : public QDialog {
   void ShowPointer();
   void ShowDate();
   void ShowMessage();
+  void ShowHint();
+  // A text over the picture.
+  QLabel* AddPlate(const Label& label);
+  void ShowPlate(QLabel* plate, const Label& label, int top);
   void ShowMenu();
 
   Graph& graph_;
@@ -46,6 +50,7 @@ class GraphWindow final : public QDialog {
   ClickLabel* test_ = nullptr;
   QLabel* date_ = nullptr;
   QLabel* message_ = nullptr;
+  QLabel* hint_ = nullptr;
   QScrollBar* scroll_ = nullptr;
   bool is_waiting_ = false;  // the hourglass is shown
 };

@@ -66,6 +66,12 @@ void RowName::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Down:
       Report(Stepped, 1);
       return;
+    case Qt::Key_PageUp:
+      Report(Stepped, -frmGraphConf::kRows);
+      return;
+    case Qt::Key_PageDown:
+      Report(Stepped, frmGraphConf::kRows);
+      return;
     case Qt::Key_Space:
     case Qt::Key_Return:
     case Qt::Key_Enter:

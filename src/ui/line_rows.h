@@ -19,7 +19,7 @@ class RowName final : public QWidget {
   ~RowName() override;
 
   std::function<void()> Picked;
-  std::function<void(int)> Stepped;  // by an arrow key: to the next row, 1, or the one before, -1
+  std::function<void(int)> Stepped;  // by an arrow or page key: so many rows on, or back
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }

@@ -125,6 +125,14 @@ TEST_F(QtDialogsTest, AnInputBoxShowsItsTextsPlain) {
   EXPECT_EQ(user.dialogs().InputBox("<b>Enter header text:", "Print", "old"), std::nullopt);
 }
 
+TEST_F(QtDialogsTest, AMessageBoxIsAsWideAsItsTitleNeeds) {
+  Look({.text = "x", .title = "A title that is much longer than the text of its box, and more"},
+       [](QMessageBox& box) {
+         EXPECT_GT(box.width(), box.fontMetrics().horizontalAdvance(box.windowTitle()) + 100);
+       });
+  Look({.text = "x", .title = "y"}, [](QMessageBox& box) { EXPECT_GE(box.width(), 380); });
+}
+
 TEST_F(QtDialogsTest, AFileDialogShowsWhatWasAskedFor) {
   const TemporaryFolder folder;
   FileDialogRequest request;

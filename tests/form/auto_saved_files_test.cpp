@@ -170,5 +170,47 @@ TEST_F(AutoSavedFilesTest, LeavingTheGraphSavesOnceMoreBehindTheHiddenForm) {
   EXPECT_EQ(Saved("05Mar24-00.mss").Channels[0].Count(), 40'000);
 }
 
+// Nothing else has the day's samples: its folder is gone, or the disk is full.
+TEST_F(AutoSavedFilesTest, ADayThatCannotBeSavedKeepsTheGraphOnceWhenItIsLeft) {
+  for (const bool is_long : {false, true}) {
+    if (is_long) {
+      MeasureLong();
+    } else {
+      Tick();
+    }
+    int unloaded = 0;
+    all.form.Unloaded = [&] { ++unloaded; };
+    menu.mnuAutoSave.Checked = true;
+    world.disk().SetFreeSpace(100);
+    ExpectSaveError();
+    all.form.Unload();
+    ASSERT_TRUE(WaitForEnd());
+    EXPECT_EQ(unloaded, 0);
+    EXPECT_TRUE(graph.form.Visible);
+    EXPECT_TRUE(all.form.IsLoaded());
+    EXPECT_FALSE(menu.mnuAutoSave.Checked);
+    EXPECT_EQ(State(), "silent, stands --");
+    EXPECT_GT(Count(0), 0) << "what is to be saved elsewhere";
+  }
+  int unloaded = 0;
+  all.form.Unloaded = [&] { ++unloaded; };
+  all.form.Unload();
+  EXPECT_EQ(unloaded, 1);
+  EXPECT_FALSE(graph.form.Visible);
+}
+
+// One that failed at midnight was told then.
+TEST_F(AutoSavedFilesTest, ADayThatFailedBeforeDoesNotKeepTheGraph) {
+  Tick();
+  world.disk().SetFreeSpace(100);
+  ExpectSaveError();
+  files.AutoSaveMeasurements();
+  world.disk().SetFreeSpace(100'000'000);
+  int unloaded = 0;
+  all.form.Unloaded = [&] { ++unloaded; };
+  all.form.Unload();
+  EXPECT_EQ(unloaded, 1);
+}
+
 }  // namespace
 }  // namespace tarnlink

@@ -136,5 +136,12 @@ TEST(UnitText, IsThatOfTheFourUnits) {
             "C][rpm][bar][%][][]");
 }
 
+// A longer one is cut there, so that it covers no value.
+TEST_F(GraphCaptionsTest, ANameReachesToItsColon) {
+  Line(0).ShowCaption = true;
+  all.display.DrawAgain();
+  EXPECT_EQ(graph.lblVal(0).Left + graph.lblVal(0).Width, graph.lblVal(1).Left);
+}
+
 }  // namespace
 }  // namespace tarnlink

@@ -418,5 +418,20 @@ TEST_F(GraphDisplayTest, ThePictureShowsGridLinesAndCursor) {
   EXPECT_TRUE(all.back().starts_with("line 9049,0 9049,8340")) << all.back();
 }
 
+TEST_F(GraphDisplayTest, AHintStandsThereAsLongAsNothingIsShown) {
+  display.DrawAgain();
+  EXPECT_TRUE(graph.lblNoLine.Visible);
+  Line(3).ShowCaption = true;
+  display.DrawAgain();
+  EXPECT_FALSE(graph.lblNoLine.Visible);
+  Line(3).ShowCaption = false;
+  Line(107).ShowLine = true;
+  display.DrawAgain();
+  EXPECT_FALSE(graph.lblNoLine.Visible);
+  Line(107).ShowLine = false;
+  display.DrawAgain();
+  EXPECT_TRUE(graph.lblNoLine.Visible);
+}
+
 }  // namespace
 }  // namespace tarnlink

@@ -81,6 +81,16 @@ TEST_F(GraphPictures, ShowTheSettingsWithAndWithoutALineSelected) {
   SavePicture(*dialog, "graph-settings-advanced");
 }
 
+TEST_F(GraphPictures, ShowAGraphWithoutLinesAndLongNames) {
+  auto& lines = start.graph().graph.Data.Attributes;
+  lines[0].Alias = "Flow at the burner of the left boiler";
+  start.graph().display.DrawAgain();
+  Save("long-name");
+  for (GraphAttribute& line : lines) line.ShowLine = line.ShowCaption = false;
+  start.graph().display.DrawAgain();
+  Save("no-line");
+}
+
 TEST_F(GraphPictures, ShowHowFarALongFileIs) {
   auto& progress = start.graph().files.progress;
   progress.caption.Caption = "Reading file";

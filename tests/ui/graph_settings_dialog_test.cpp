@@ -167,6 +167,10 @@ TEST_F(GraphSettingsDialogTest, TheListIsWorkedByKeys) {
   In("lblCap(0)").setFocus();
   Strike(Qt::Key_Up);
   EXPECT_EQ(NameInRow(24), "Item 24");
+  Strike(Qt::Key_PageDown);
+  EXPECT_EQ(NameInRow(0), "Item 25");
+  Strike(Qt::Key_PageUp);
+  EXPECT_EQ(NameInRow(0), "Sensor 1");
   Strike(Qt::Key_Tab);
   EXPECT_TRUE(In("chkLine(0)").hasFocus());
 }

@@ -415,6 +415,25 @@ TEST_F(GraphPageValues, LettersAreSmallerWhereNotAllRowsWouldFindRoom) {
   EXPECT_EQ(fonts[fonts.size() - 2], "font Small Fonts 7") << "for all that comes behind them";
 }
 
+TEST_F(GraphPageValues, ALongNameHasSmallerLettersAndCoversNoColon) {
+  Row(0, "A name of many letters", kWarm);
+  Row(1, "Short", kWarm);
+  Draw();
+  Log order;
+  for (const std::string& operation : surface.operations()) {
+    if (operation.find("120 ") != std::string::npos) break;
+    if (StartsWith(operation, "font")) order.push_back(operation);
+    if (operation.find("letters") != std::string::npos) order.push_back("name");
+    if (operation.ends_with("\":\"")) order.push_back("colon");
+  }
+  ASSERT_GE(order.size(), 6U);
+  EXPECT_EQ(order[1], "font Small Fonts 6.5");
+  const auto name = std::find(order.begin(), order.end(), "name");
+  EXPECT_EQ(*(name + 1), "font Small Fonts 7") << "before the rest of the row";
+  EXPECT_EQ(*(name + 2), "colon");
+  EXPECT_EQ(*(name + 3), "colon") << "nothing is to be changed for a short one";
+}
+
 TEST_F(GraphPageValues, TheMomentHasTheMonthsOfTheLocale) {
   MonthNames names = EnglishMonthNames();
   names[11] = "Dezember";

@@ -13,6 +13,10 @@ class QuestionBox final : public QMessageBox {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  bool is_widened_ = false;
 };
 
 }  // namespace tarnlink
