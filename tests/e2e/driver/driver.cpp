@@ -37,9 +37,12 @@ namespace {
 
 constexpr const char* kNoKeyboard = "no window has the keyboard";
 
-// The first object of that name in any window; the same name never stands twice.
+// The object of that name in the window that has the user, or else in any other: a tool names some
+// of its entries as the main form does.
 QObject* Find(const QString& name) {
-  for (QWidget* window : QApplication::topLevelWidgets()) {
+  QWidgetList windows = QApplication::topLevelWidgets();
+  if (QWidget* modal = QApplication::activeModalWidget()) windows.prepend(modal);
+  for (QWidget* window : windows) {
     if (window->objectName() == name) return window;
     if (QObject* found = window->findChild<QObject*>(name)) return found;
   }
