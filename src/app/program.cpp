@@ -51,8 +51,10 @@ Program::Program() {
                                        &window_);
   monitor_.main.ShowGraphic = [this] { graph_->Show(monitor_.main.GraphicFile); };
   monitor_.main.Unload = [this] {
-    window_.LetGo();
-    QCoreApplication::quit();
+    graph_->Leave([this] {
+      window_.LetGo();
+      QCoreApplication::quit();
+    });
   };
 }
 

@@ -25,8 +25,8 @@ void GraphForm::Load() {
 void GraphForm::Unload() {
   if (!is_loaded_) return;
   is_loaded_ = false;
+  files_.TakeFailedWrite();  // one before has been told, and went on
   files_.StopLoads();
-  files_.TakeLostDay();  // one before has been told, and went on
   auto_save_.Unload();
   graph_.ZOLTCommunication = false;
   for (Timer* timer :
@@ -40,7 +40,7 @@ void GraphForm::Unload() {
   }
   graph_.form.Visible = false;
   files_.WhenIdle([this] {
-    if (files_.TakeLostDay()) {
+    if (files_.TakeFailedWrite()) {
       ComeBack();
     } else if (Unloaded) {
       Unloaded();
@@ -55,6 +55,7 @@ void GraphForm::ComeBack() {
   menu_.SetTimeScroll(false);
   menu_.SetCommunication(false);
   graph_.form.Visible = true;
+  if (Returned) Returned();
 }
 
 }  // namespace tarnlink

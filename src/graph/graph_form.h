@@ -23,12 +23,14 @@ class GraphForm {
   // From the beginning of `Load` on, until it is unloaded.
   bool IsLoaded() const { return is_loaded_; }
   // Saves once more if that is on, lets the port go and hides the form. Only once. What is being
-  // written is written to its end behind that. A day that could not be saved brings the form back,
-  // with automatic saving off, so that its samples can be kept elsewhere.
+  // written is written to its end behind that. A file that could not be written brings the form
+  // back, with automatic saving off, so that the samples can be kept elsewhere.
   void Unload();
 
   // The form has gone for good, and its files are done; the next one begins anew.
   std::function<void()> Unloaded;
+  // It has not gone.
+  std::function<void()> Returned;
 
  private:
   void ComeBack();

@@ -29,6 +29,18 @@ constexpr std::array<Texts, 3> kTexts = {{
     {"Error exporting file", "exporting file", "Exporting file"},
 }};
 
+// One more of something while it lives.
+class Counted {
+ public:
+  explicit Counted(int& count) : count_(count) { ++count_; }
+  ~Counted() { --count_; }
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+
+ private:
+  int& count_;
+};
+
 bool IsSheet(const std::string& name) {
   constexpr std::string_view kExtension = ".xlsx";
   return ToLower(Right(name, static_cast<int>(kExtension.size()))) == kExtension;
@@ -216,7 +228,6 @@ void MeasureFiles::Step() {
   } else {
     Complete(task);
   }
-  DoNext();
 }
 
 MeasureFiles::Task MeasureFiles::EndJob() {
@@ -257,6 +268,7 @@ void MeasureFiles::WhenIdle(std::function<void()> call) {
 
 void MeasureFiles::FinishNow() {
   StopLoads();
+  DoNext();
   while (IsBusy()) {
     job_->Wait();
     Step();
@@ -266,6 +278,14 @@ void MeasureFiles::FinishNow() {
 // --- The end -------------------------------------------------------------------------------------
 
 void MeasureFiles::Complete(const Task& task) {
+  {
+    const Counted ending(endings_);
+    Take(task);
+  }
+  DoNext();
+}
+
+void MeasureFiles::Take(const Task& task) {
   if (task.kind == Kind::kLoad) {
     if (task.with_measurements) StayStopped();
     HandOver();
@@ -276,8 +296,19 @@ void MeasureFiles::Complete(const Task& task) {
 }
 
 void MeasureFiles::Fail(const Task& task, const RunTimeError& error) {
-  if (task.kind == Kind::kLoad) HandOver();
-  has_lost_day_ = has_lost_day_ || !task.is_asked_for;
+  {
+    const Counted ending(endings_);
+    Tell(task, error);
+  }
+  DoNext();
+}
+
+void MeasureFiles::Tell(const Task& task, const RunTimeError& error) {
+  if (task.kind == Kind::kLoad) {
+    HandOver();
+  } else {
+    has_failed_write_ = true;
+  }
   const Texts& texts = kTexts.at(static_cast<std::size_t>(task.kind));
   graph_.platform().dialogs().MessageBox(
       {.text = texts.error, .title = texts.title, .icon = Icon::kCritical, .detail = error.what()});
@@ -301,7 +332,7 @@ void MeasureFiles::DoNext() {
     waiting_.pop_front();
     next();
   }
-  if (IsBusy() || !when_idle_) return;
+  if (IsBusy() || endings_ > 0 || !when_idle_) return;
   const std::function<void()> call = std::exchange(when_idle_, {});
   call();
 }

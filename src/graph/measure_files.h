@@ -47,15 +47,18 @@ class MeasureFiles {
   // A text, or a workbook if the name ends in ".xlsx".
   void ExportMeasureFile(const std::string& FileName, Then then = {});
 
-  // Whether a day's file has failed since this was last asked; its samples are in memory only.
-  bool TakeLostDay() { return std::exchange(has_lost_day_, false); }
+  // Whether a file could not be written since this was last asked; its samples may be in memory
+  // only.
+  bool TakeFailedWrite() { return std::exchange(has_failed_write_, false); }
 
+  // A file is being read or written. What comes now waits for it.
   bool IsBusy() const { return job_ != nullptr; }
   // Stops what is under way, as the window's button does; what waits comes next.
   void Cancel();
   // The graph is left: loads are stopped, and nothing becomes of them. All else goes on.
   void StopLoads();
-  // Calls once nothing is under way, which may be at once.
+  // Calls once nothing is under way, nothing waits and no box of a file stands, which may be at
+  // once.
   void WhenIdle(std::function<void()> call);
   // The same, but all else is finished here. Waits for the disk.
   void FinishNow();
@@ -93,9 +96,11 @@ class MeasureFiles {
   void Begin(Task task, std::unique_ptr<FileJob> job);
   void Step();
   Task EndJob();
-  // What comes behind the last byte, or behind an error.
+  // What comes behind the last byte, or behind an error. Boxes may stand there.
   void Complete(const Task& task);
+  void Take(const Task& task);
   void Fail(const Task& task, const RunTimeError& error);
+  void Tell(const Task& task, const RunTimeError& error);
   void StayStopped();
   void HandOver();
   void DoNext();
@@ -112,7 +117,8 @@ class MeasureFiles {
   std::unique_ptr<Timer> show_timer_;
   std::deque<std::pair<Kind, std::function<void()>>> waiting_;
   bool auto_save_waits_ = false;
-  bool has_lost_day_ = false;
+  bool has_failed_write_ = false;
+  int endings_ = 0;  // under way: each may have a box standing, with more files behind it
   std::function<void()> when_idle_;
   bool is_left_ = false;  // what the files were for is gone
 };

@@ -12,14 +12,23 @@ GraphTool::GraphTool(Platform& platform, GraphPort port, GraphProject project, Q
 
 void GraphTool::Show(const std::string& properties) {
   if (graph_ && graph_->form.IsLoaded()) return;
-  Drop();
+  WhenGone([this, properties] { Open(properties); });
+}
+
+void GraphTool::Leave(std::function<void()> then) {
+  WhenGone(std::move(then));
+  if (graph_) graph_->form.Unload();
+}
+
+void GraphTool::Open(const std::string& properties) {
   graph_ = std::make_unique<Graph>(platform_, port_, project_);
   MakeOnDemand(graph_->graph.form, [this] { MakeWindow(); });
   MakeOnDemand(graph_->test_mode.form, [this] {
     test_mode_ = std::make_unique<TestModeDialog>(graph_->test_mode, window_.get());
   });
   // One of its own handlers says so: it goes when that has ended.
-  graph_->form.Unloaded = [this] { QTimer::singleShot(0, window_.get(), [this] { Drop(); }); };
+  graph_->form.Unloaded = [this] { QTimer::singleShot(0, window_.get(), [this] { Gone(); }); };
+  graph_->form.Returned = [this] { when_gone_ = {}; };
   MakeOnDemand(graph_->settings.form, [this] {
     settings_ = std::make_unique<GraphSettingsDialog>(graph_->settings, window_.get());
   });
@@ -33,6 +42,19 @@ void GraphTool::Show(const std::string& properties) {
 void GraphTool::MakeWindow() {
   window_ = std::make_unique<GraphWindow>(*graph_, parent_);
   if (!place_.isEmpty()) window_->restoreGeometry(place_);
+}
+
+void GraphTool::WhenGone(std::function<void()> call) {
+  if (graph_) {
+    when_gone_ = std::move(call);
+  } else {
+    call();
+  }
+}
+
+void GraphTool::Gone() {
+  Drop();
+  if (const auto call = std::exchange(when_gone_, {})) call();
 }
 
 void GraphTool::Drop() {

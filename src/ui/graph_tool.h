@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -19,15 +20,22 @@ class GraphTool {
   // `platform` and `parent`, the window that it opens over, outlive it.
   GraphTool(Platform& platform, GraphPort port, GraphProject project, QWidget* parent);
 
-  // With the properties of a file, if one is named.
+  // With the properties of a file, if one is named. One that was left and still writes its files is
+  // waited for.
   void Show(const std::string& properties = {});
+  // Leaves it, and calls when it is gone with its files. Never if it comes back for a file that
+  // could not be written.
+  void Leave(std::function<void()> then);
 
   // Both null while it is not open.
   Graph* graph() const { return graph_.get(); }
   GraphWindow* window() const { return window_.get(); }
 
  private:
+  void Open(const std::string& properties);
   void MakeWindow();
+  void WhenGone(std::function<void()> call);
+  void Gone();
   void Drop();
 
   Platform& platform_;
@@ -35,6 +43,7 @@ class GraphTool {
   GraphProject project_;
   QWidget* parent_;
   QByteArray place_;  // of the window when it was last open
+  std::function<void()> when_gone_;
   std::unique_ptr<Graph> graph_;
   std::unique_ptr<GraphWindow> window_;
   std::unique_ptr<TestModeDialog> test_mode_;

@@ -263,10 +263,10 @@ QImage GraphWindow::Picture() {
 
 // --- What the user does --------------------------------------------------------------------------
 
-// The frame's close button is "Exit".
+// The frame's close button is "Exit". The form may have come back: an accepted event would hide it.
 void GraphWindow::closeEvent(QCloseEvent* event) {
   graph_.form.Unload();
-  event->accept();
+  event->setAccepted(!graph_.form.IsLoaded());
 }
 
 void GraphWindow::resizeEvent(QResizeEvent* event) {

@@ -199,6 +199,99 @@ TEST_F(AutoSavedFilesTest, ADayThatCannotBeSavedKeepsTheGraphOnceWhenItIsLeft) {
   EXPECT_FALSE(graph.form.Visible);
 }
 
+// The user asked for it, and saw the graph go before it was written.
+TEST_F(AutoSavedFilesTest, AnyFileThatFailsBehindTheHiddenFormBringsItBack) {
+  MeasureLong();
+  menu.mnuAutoSave.Checked = false;
+  int unloaded = 0;
+  int returned = 0;
+  all.form.Unloaded = [&] { ++unloaded; };
+  all.form.Returned = [&] { ++returned; };
+  for (const bool is_export : {false, true}) {
+    world.disk().SetFreeSpace(100'000'000);
+    if (is_export) {
+      Export();
+    } else {
+      Save();
+    }
+    all.form.Unload();
+    EXPECT_FALSE(graph.form.Visible);
+    world.disk().SetFreeSpace(100);
+    if (is_export) {
+      ExpectExportError();
+    } else {
+      ExpectSaveError();
+    }
+    ASSERT_TRUE(WaitForEnd());
+    EXPECT_TRUE(graph.form.Visible);
+    EXPECT_EQ(Count(0), 40'000);
+  }
+  EXPECT_EQ(unloaded, 0);
+  EXPECT_EQ(returned, 2);
+}
+
+// It is written as the load before it is stopped.
+TEST_F(AutoSavedFilesTest, ADayThatWaitedForALoadAndFailsBringsTheFormBack) {
+  MeasureLong();
+  Save();
+  ASSERT_TRUE(WaitForEnd());
+  for (const int line : {0, 1}) {
+    graph.Data.Channels.at(static_cast<std::size_t>(line)).Dimension(0);
+    Show(line);
+  }
+  Tick();
+  Load();
+  files.AutoSaveMeasurements();
+  menu.mnuAutoSave.Checked = false;
+  world.disk().SetFreeSpace(100);
+  ExpectSaveError();
+  int unloaded = 0;
+  all.form.Unloaded = [&] { ++unloaded; };
+  all.form.Unload();
+  EXPECT_EQ(unloaded, 0);
+  EXPECT_TRUE(graph.form.Visible);
+  EXPECT_EQ(Count(0), 1);
+}
+
+// Behind the box there may be more to write, and what the box belongs to must still be there.
+TEST_F(AutoSavedFilesTest, TheGraphIsNotGoneWhileABoxOfAFileStands) {
+  MeasureLong();
+  menu.mnuAutoSave.Checked = false;
+  Save();
+  files.SaveMeasureFile("/home/user/measured/lines.grp", false, false, Then());
+  all.form.Unloaded = [this] { done += "unloaded "; };
+  all.form.Returned = [this] { done += "returned "; };
+  world.disk().SetFreeSpace(100);
+  world.dialogs()
+      .ExpectMessageBox(
+          {.text = "Error saving file", .title = "Saving file", .icon = Icon::kCritical})
+      .While([this] {
+        world.disk().SetFreeSpace(100'000'000);
+        all.form.Unload();
+        done += "box ";
+      });
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Done(), "then box unloaded ");
+  EXPECT_TRUE(world.disk().Exists("/home/user/measured/lines.grp"));
+}
+
+// The same where the file is so short that it is written at once.
+TEST_F(AutoSavedFilesTest, TheBoxOfAShortFileIsWaitedForToo) {
+  Tick();
+  menu.mnuAutoSave.Checked = false;
+  all.form.Unloaded = [this] { done += "unloaded "; };
+  world.disk().SetFreeSpace(10);
+  world.dialogs()
+      .ExpectMessageBox(
+          {.text = "Error saving file", .title = "Saving file", .icon = Icon::kCritical})
+      .While([this] {
+        all.form.Unload();
+        done += "box ";
+      });
+  Save();
+  EXPECT_EQ(Done(), "box unloaded ");
+}
+
 // One that failed at midnight was told then.
 TEST_F(AutoSavedFilesTest, ADayThatFailedBeforeDoesNotKeepTheGraph) {
   Tick();

@@ -3,6 +3,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QWindow>
+#include <cmath>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -152,6 +153,80 @@ TEST_F(GraphFilesUiTest, AGraphThatIsLeftIsGoneOnlyWithItsFile) {
   ASSERT_TRUE(world.RunUntil([this] { return !files().IsBusy(); }, 60s));
   EXPECT_TRUE(IsGone());
   EXPECT_GT(world.disk().Get(kMeasured).size(), 1'500'000U);
+}
+
+// A day of automatic saving that has no folder any more.
+class LostDayUiTest : public GraphFilesUiTest {
+ protected:
+  LostDayUiTest() {
+    graph().Data.AutoSaveDir = "/home/user/gone/";
+    graph().Data.AutoSaveDay = std::floor(graph().Now());
+    all().menu.mnuAutoSave.Checked = true;
+  }
+  void ExpectSaveError() {
+    world.dialogs().ExpectMessageBox("Error saving file", "Saving file");
+  }
+};
+
+TEST_F(LostDayUiTest, TheFramesButtonLeavesTheWindowThere) {
+  ExpectSaveError();
+  window().close();
+  EXPECT_TRUE(window().isVisible());
+  EXPECT_EQ(Count(0), 20);
+  window().close();
+  EXPECT_TRUE(IsGone());
+}
+
+TEST_F(LostDayUiTest, ANewGraphWaitsForTheFilesOfTheOneBefore) {
+  ShowLine(1, std::vector<int>(89'000, 0x1234));
+  world.disk().MakeFolder("/home/user/gone");
+  const Graph* before = &all();
+  ClickAt(Middle("lblExit"));
+  tool.Show();
+  EXPECT_EQ(&all(), before);
+  EXPECT_FALSE(window().isVisible());
+  ASSERT_TRUE(world.RunUntil([this] { return !files().IsBusy(); }, 60s));
+  ASSERT_TRUE(QTest::qWaitFor([this] { return window().isVisible(); }, 3000));
+  EXPECT_EQ(graph().Data.Channels.at(1).Count(), 0) << "it began anew";
+  EXPECT_EQ(world.disk().ListFolder("/home/user/gone").size(), 1U);
+}
+
+TEST_F(LostDayUiTest, OneThatComesBackIsTheOneThatIsOpen) {
+  ShowLine(1, std::vector<int>(89'000, 0x1234));
+  ExpectSaveError();
+  ClickAt(Middle("lblExit"));
+  tool.Show();
+  ASSERT_TRUE(world.RunUntil([this] { return window().isVisible(); }, 60s));
+  EXPECT_EQ(Count(1), 89'000);
+  ClickAt(Middle("lblExit"));
+  EXPECT_TRUE(IsGone()) << "nothing was put off any more";
+  QTest::qWait(50);
+  EXPECT_EQ(tool.window(), nullptr);
+}
+
+TEST_F(LostDayUiTest, LeavingTheProgramWaitsForTheFiles) {
+  ShowLine(1, std::vector<int>(89'000, 0x1234));
+  world.disk().MakeFolder("/home/user/gone");
+  bool has_ended = false;
+  tool.Leave([&] { has_ended = true; });
+  EXPECT_FALSE(has_ended);
+  ASSERT_TRUE(world.RunUntil([this] { return !files().IsBusy(); }, 60s));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return has_ended; }, 3000));
+  EXPECT_EQ(tool.graph(), nullptr);
+  bool again = false;
+  tool.Leave([&] { again = true; });
+  EXPECT_TRUE(again) << "without a graph there is nothing to wait for";
+}
+
+TEST_F(LostDayUiTest, AFileThatFailsKeepsTheProgram) {
+  ShowLine(1, std::vector<int>(89'000, 0x1234));
+  ExpectSaveError();
+  bool has_ended = false;
+  tool.Leave([&] { has_ended = true; });
+  ASSERT_TRUE(world.RunUntil([this] { return window().isVisible(); }, 60s));
+  ClickAt(Middle("lblExit"));
+  EXPECT_TRUE(IsGone());
+  EXPECT_FALSE(has_ended) << "the user left the graph, not the program";
 }
 
 }  // namespace
