@@ -12,7 +12,7 @@ namespace tarnlink {
 namespace {
 
 // The line as the options have it whenever a tool begins.
-GraphPort GraphPortOf(Monitor& monitor) {
+ServiceLine LineOf(Monitor& monitor) {
   return {.ComPortNumber =
               [&monitor] { return ValInt(monitor.options.ComPortNumber.Text.get(), 0, INT16_MAX); },
           .Baudrate = [&monitor] { return StoredBaudrate(monitor.main.platform().settings()); }};
@@ -26,9 +26,22 @@ GraphProject GraphProjectOf(Monitor& monitor) {
       .AddFile = [&monitor](const std::string& name) { AddSavedFile(monitor.main, "grp", name); }};
 }
 
+ToolHost ToolHostOf(Platform& platform, Monitor& monitor) {
+  return {.platform = platform,
+          .line = LineOf(monitor),
+          .IgnoresErrors = [&monitor] { return monitor.options.chk_DisableCommErrors.Value.get(); },
+          .LoadErrorTexts = [&monitor]() -> const ErrorTexts& {
+            monitor.ids.LoadErrorTexts();
+            return monitor.ids.error_texts();
+          },
+          .IdFile = [&monitor] { return monitor.options.txt_ZOLTIDDef.Text.get(); },
+          .LogPath = [&monitor] { return monitor.options.txt_LogPath.Text.get(); },
+          .GoControlPanel = {}};
+}
+
 }  // namespace
 
-Program::Program() {
+Program::Program() : tool_host_(ToolHostOf(platform_, monitor_)) {
   MakeOnDemand(monitor_.options.form, [this] {
     options_ = std::make_unique<OptionsDialog>(monitor_.options, platform_.devices(), &window_);
   });
@@ -47,8 +60,13 @@ Program::Program() {
     write_registers_ =
         std::make_unique<MultipleRegistersDialog>(monitor_.write_registers, write_value_.get());
   });
-  graph_ = std::make_unique<GraphTool>(platform_, GraphPortOf(monitor_), GraphProjectOf(monitor_),
-                                       &window_);
+  graph_ =
+      std::make_unique<GraphTool>(platform_, LineOf(monitor_), GraphProjectOf(monitor_), &window_);
+  tools_ = std::make_unique<ServiceTools>(tool_host_, &window_);
+  monitor_.main.GoControlPanel = [this](int index) { tools_->GoControlPanel(index); };
+  monitor_.main.ShowScanSlaves = [this] { tools_->ShowScanSlaves(); };
+  monitor_.main.ShowSniffer = [this] { tools_->ShowSniffer(); };
+  monitor_.main.ShowErrorGenerator = [this] { tools_->ShowErrorGenerator(); };
   monitor_.main.ShowGraphic = [this] { graph_->Show(monitor_.main.GraphicFile); };
   monitor_.main.Unload = [this] {
     graph_->Leave([this] {

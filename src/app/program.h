@@ -12,6 +12,7 @@
 #include "ui/main_window.h"
 #include "ui/multiple_registers_dialog.h"
 #include "ui/options_dialog.h"
+#include "ui/service_tools.h"
 #include "ui/settings_dialog.h"
 #include "ui/write_bit_dialog.h"
 #include "ui/write_value_dialog.h"
@@ -41,6 +42,8 @@ class Program {
   std::unique_ptr<WriteBitDialog> write_bit_;
   std::unique_ptr<MultipleRegistersDialog> write_registers_;
   std::unique_ptr<GraphTool> graph_;
+  ToolHost tool_host_;
+  std::unique_ptr<ServiceTools> tools_;
 };
 
 }  // namespace tarnlink

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "common/controls.h"
 
@@ -25,6 +26,15 @@ class SpinButton : public Control {
   void Press(int step);
 
   std::function<void(int step)> Step;
+};
+
+// Rows of text to look at and to pick from.
+class ListBox : public Control {
+ public:
+  using Control::Control;
+
+  Property<std::vector<std::string>> List{this, {}};
+  std::function<void(int row)> DblClick;  // reported by the view
 };
 
 // A combo box that knows which of its rows is picked.

@@ -1,11 +1,9 @@
 #include "files/id_file.h"
 
-#include <charconv>
-#include <limits>
-
 #include "common/numbers.h"
 #include "common/run_time_error.h"
 #include "common/text.h"
+#include "files/line_fields.h"
 #include "monitor/location_table.h"
 
 namespace tarnlink {
@@ -13,43 +11,6 @@ namespace {
 
 constexpr char kRevisionMark = '*';
 constexpr char kNoClassMark = '-';
-
-// The fields of one line, from the left.
-class LineFields {
- public:
-  explicit LineFields(std::string_view line) : rest_(line) {}
-
-  // What stands before the next comma.
-  std::string_view Next(const std::string& name) {
-    if (!rest_) throw RunTimeError(kSubscript, name + " is missing.");
-    const std::string_view rest = *rest_;
-    const std::size_t comma = rest.find(',');
-    rest_.reset();
-    if (comma != std::string_view::npos) rest_ = rest.substr(comma + 1);
-    return rest.substr(0, comma);
-  }
-
-  // All that is left, its commas included; nothing is empty.
-  std::string_view Rest() const { return rest_.value_or(std::string_view()); }
-
- private:
-  std::optional<std::string_view> rest_;
-};
-
-std::int32_t IdOf(std::string_view field) {
-  const std::string digits = Trim(field);
-  const char* const end = digits.data() + digits.size();
-  std::uint32_t id = 0;
-  const auto result = std::from_chars(digits.data(), end, id, 16);
-  if (result.ec == std::errc::invalid_argument || result.ptr != end) {
-    throw RunTimeError(kTypeMismatch, "The ID is no hexadecimal number.");
-  }
-  constexpr std::uint32_t kHighest = std::numeric_limits<std::int32_t>::max();
-  if (result.ec != std::errc() || id > kHighest) {
-    throw RunTimeError(kOverflow, "The ID is greater than " + Hex(kHighest) + ".");
-  }
-  return static_cast<std::int32_t>(id);
-}
 
 std::int32_t ClassOf(std::string_view field) {
   try {
@@ -72,7 +33,7 @@ IDItem ItemOf(std::string_view line) {
   LineFields fields(line);
   IDItem item;
   item.Name = fields.Next("The name");
-  item.ID = IdOf(fields.Next("The ID"));
+  item.ID = IdOfField(fields.Next("The ID"));
   if (has_class) item.Class = ClassOf(fields.Next("The class"));
   item.ByteSelect = SelectOf(fields.Rest());
   return item;

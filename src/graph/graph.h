@@ -22,7 +22,7 @@ namespace tarnlink {
 
 // `platform` outlives it. It begins with `form.Load()`.
 struct Graph {
-  Graph(Platform& platform, GraphPort port, GraphProject& project)
+  Graph(Platform& platform, ServiceLine port, GraphProject& project)
       : graph(platform),
         acquisition(graph, menu, std::move(port)),
         file_commands(graph, menu, display, files, printer, project) {

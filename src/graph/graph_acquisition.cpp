@@ -15,8 +15,6 @@ namespace {
 
 constexpr int kWatch = 2000;  // ms
 constexpr int kSilentExpiries = 5;
-constexpr int kLowestSpeed = 1200;
-constexpr int kLastSpeed = 10;  // doublings, far beyond every port
 constexpr int kQuietTick = 20;  // ms
 
 // The test mode command: a write of class 1, to slave "0" whatever the lines' slaves are.
@@ -38,7 +36,7 @@ std::int64_t DaysBetween(Date from, Date to) {
 
 }  // namespace
 
-GraphAcquisition::GraphAcquisition(frmGraphic& graph, frmContextMenu& menu, GraphPort options)
+GraphAcquisition::GraphAcquisition(frmGraphic& graph, frmContextMenu& menu, ServiceLine options)
     : graph_(graph),
       menu_(menu),
       options_(std::move(options)),
@@ -62,9 +60,8 @@ void GraphAcquisition::InitCom() {
   bool is_free = false;
   try {
     if (port.PortOpen()) port.SetPortOpen(false);
-    port.SetCommPort(options_.ComPortNumber());
+    SetServiceLine(port, options_);
     port.SetRThreshold(zolt_frame::kLength);
-    port.SetSettings(Str(Speed()) + "n,8,1");
     graph_.LinePointer = -1;
     graph_.CommWatch->SetInterval(kWatch);
     is_free = IsPortFree();
@@ -78,14 +75,10 @@ void GraphAcquisition::InitCom() {
   SendOrRetry();
 }
 
-int GraphAcquisition::Speed() const {
-  return kLowestSpeed << std::clamp(options_.Baudrate(), 0, kLastSpeed);
-}
-
 // Of request and answer on the line, in ms.
 int GraphAcquisition::TimeOfExchange() const {
   constexpr int kBits = 2 * zolt_frame::kLength * 10;
-  return kBits * 1000 / Speed();
+  return kBits * 1000 / SpeedOf(options_);
 }
 
 void GraphAcquisition::SayBusy() {

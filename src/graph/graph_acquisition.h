@@ -12,20 +12,15 @@
 #include "graph/frm_context_menu.h"
 #include "graph/frm_graphic.h"
 #include "protocols/line_doubt.h"
+#include "protocols/service_line.h"
 #include "protocols/zolt_message.h"
 
 namespace tarnlink {
 
-// What the options say of the line.
-struct GraphPort {
-  std::function<int()> ComPortNumber;
-  std::function<int()> Baudrate;  // as it is stored: how often 1200 is doubled
-};
-
 class GraphAcquisition {
  public:
   // Both forms outlive this; it binds the port, the watch timer and the menu's entry.
-  GraphAcquisition(frmGraphic& graph, frmContextMenu& menu, GraphPort options);
+  GraphAcquisition(frmGraphic& graph, frmContextMenu& menu, ServiceLine options);
 
   // Begins anew with the first line; without a port it says so, and nothing is sent.
   void InitCom();
@@ -71,12 +66,11 @@ class GraphAcquisition {
   bool IsPolled(int index) const;
   std::string NextFrame();
   void SendOrRetry();
-  int Speed() const;
   int TimeOfExchange() const;
 
   frmGraphic& graph_;
   frmContextMenu& menu_;
-  GraphPort options_;
+  ServiceLine options_;
   std::optional<Key> request_;  // the request that is out, or the last one
   int repeated_ = 0;            // how often it went out before, one time after the other
   int trusted_ = 0;             // answers that may be sooner than the line can bring them

@@ -214,6 +214,10 @@ class frm_Main : public RunFields {
   // The tools that a project's files open: those of parameters and of graphs hook in here.
   std::function<void()> ShowParameters;
   std::function<void()> ShowGraphic;
+  std::function<void(int Index)> GoControlPanel;  // on the slave of this number
+  std::function<void()> ShowScanSlaves;
+  std::function<void()> ShowSniffer;
+  std::function<void()> ShowErrorGenerator;
 
   // The screen is another one, or begins anew: nothing of it can be undone.
   std::function<void()> ForgetEdits;

@@ -13,7 +13,6 @@ namespace {
 
 constexpr int kAddressDigits = 4;
 constexpr int kLongestDecimal = 5;
-constexpr int kLastColumn = 16'384;
 constexpr int kLastZoltSlave = 0xF;
 constexpr int kLastModbusSlave = 247;
 
@@ -233,10 +232,7 @@ void frm_Settings::DecimalAddressLeft() {
 }
 
 void frm_Settings::StepColumn(int step) {
-  const int column = ValInt(txt_ExcelColumn.Text.get(), 0, kLastColumn);
-  // 0 is no column: the arrow leaves it, but does not come to it.
-  txt_ExcelColumn.Text =
-      std::to_string(std::clamp(column + step, std::min(column, 1), kLastColumn));
+  txt_ExcelColumn.Text = SteppedColumn(txt_ExcelColumn.Text.get(), step);
 }
 
 void frm_Settings::StepSlave(int step) {

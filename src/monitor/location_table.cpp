@@ -40,6 +40,13 @@ std::string FixedAddress(std::string_view text) {
   return address;
 }
 
+std::string SteppedColumn(std::string_view column, int step) {
+  constexpr int kLast = 16'384;
+  const int from = ValInt(column, 0, kLast);
+  // 0 is no column: the arrow leaves it, but does not come to it.
+  return std::to_string(std::clamp(from + step, std::min(from, 1), kLast));
+}
+
 void LocationTable::InitLocations(const SettingsStore& settings) {
   Location initial;
   const std::string protocol = settings.GetSetting("Communication", "Protocol", "1");

@@ -68,6 +68,9 @@ struct Location {
 // Exactly four characters: blanks behind a shorter text, a longer one is cut.
 std::string FixedAddress(std::string_view text);
 
+// The column of a spreadsheet one step up or down from that of a text.
+std::string SteppedColumn(std::string_view column, int step);
+
 class LocationTable {
  public:
   // An index outside 0 to 512 throws RunTimeError 9.

@@ -17,6 +17,14 @@ ToolCommands::ToolCommands(frm_Main& main) {
     main.GraphicFile.clear();
     OpenTool(main, main.ShowGraphic);
   };
+  main.M_ControlPanel.Click = [&main] {
+    OpenTool(main, [&main] {
+      if (main.GoControlPanel) main.GoControlPanel(0);
+    });
+  };
+  main.mnuScanSlaves.Click = [&main] { OpenTool(main, main.ShowScanSlaves); };
+  main.mnuSniffer.Click = [&main] { OpenTool(main, main.ShowSniffer); };
+  main.M_errgen.Click = [&main] { OpenTool(main, main.ShowErrorGenerator); };
 }
 
 }  // namespace tarnlink

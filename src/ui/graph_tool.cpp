@@ -7,7 +7,7 @@
 
 namespace tarnlink {
 
-GraphTool::GraphTool(Platform& platform, GraphPort port, GraphProject project, QWidget* parent)
+GraphTool::GraphTool(Platform& platform, ServiceLine port, GraphProject project, QWidget* parent)
     : platform_(platform), port_(std::move(port)), project_(std::move(project)), parent_(parent) {}
 
 void GraphTool::Show(const std::string& properties) {

@@ -18,7 +18,7 @@ namespace tarnlink {
 class GraphTool {
  public:
   // `platform` and `parent`, the window that it opens over, outlive it.
-  GraphTool(Platform& platform, GraphPort port, GraphProject project, QWidget* parent);
+  GraphTool(Platform& platform, ServiceLine port, GraphProject project, QWidget* parent);
 
   // With the properties of a file, if one is named. One that was left and still writes its files is
   // waited for.
@@ -39,7 +39,7 @@ class GraphTool {
   void Drop();
 
   Platform& platform_;
-  GraphPort port_;
+  ServiceLine port_;
   GraphProject project_;
   QWidget* parent_;
   QByteArray place_;  // of the window when it was last open

@@ -14,7 +14,7 @@ namespace tarnlink {
 inline constexpr double kMinute = 1.0 / 1440;
 inline constexpr double kSecond = 1.0 / 86'400;
 
-inline GraphPort PortOne() {
+inline ServiceLine PortOne() {
   return {.ComPortNumber = [] { return 1; }, .Baudrate = [] { return 3; }};
 }
 

@@ -73,5 +73,23 @@ TEST_F(ToolCommandsTest, WithoutTheToolNothingHappens) {
   EXPECT_EQ(world.dialogs().shown().size(), 0U);
 }
 
+TEST_F(ToolCommandsTest, TheServiceToolsOpenByTheirEntries) {
+  std::string opened;
+  main.GoControlPanel = [&](int slave) { opened += "panel" + std::to_string(slave) + " "; };
+  main.ShowScanSlaves = [&] { opened += "scan "; };
+  main.ShowSniffer = [&] { opened += "sniffer "; };
+  main.ShowErrorGenerator = [&] { opened += "errors "; };
+  for (MenuEntry* entry :
+       {&main.M_ControlPanel, &main.mnuScanSlaves, &main.mnuSniffer, &main.M_errgen}) {
+    entry->Press();
+  }
+  EXPECT_EQ(opened, "panel0 scan sniffer errors ");
+  Run();
+  for (MenuEntry* entry :
+       {&main.M_ControlPanel, &main.mnuScanSlaves, &main.mnuSniffer, &main.M_errgen}) {
+    EXPECT_FALSE(entry->Enabled);
+  }
+}
+
 }  // namespace
 }  // namespace tarnlink

@@ -18,7 +18,7 @@ boiler::SimulatedBoiler::Options BoilerOptions() {
   return options;
 }
 
-GraphPort Port() {
+ServiceLine Port() {
   return {.ComPortNumber = [] { return 1; }, .Baudrate = [] { return kDoublings; }};
 }
 

@@ -1,0 +1,20 @@
+#include "protocols/service_line.h"
+
+#include <algorithm>
+
+#include "common/numbers.h"
+
+namespace tarnlink {
+
+int SpeedOf(const ServiceLine& line) {
+  constexpr int kLowestSpeed = 1200;
+  constexpr int kLastSpeed = 10;  // doublings, far beyond every port
+  return kLowestSpeed << std::clamp(line.Baudrate(), 0, kLastSpeed);
+}
+
+void SetServiceLine(SerialPort& port, const ServiceLine& line) {
+  port.SetCommPort(line.ComPortNumber());
+  port.SetSettings(Str(SpeedOf(line)) + "n,8,1");
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,23 @@
+// The line that the graph and the service tools share: ZOLT at the options' port and speed.
+#pragma once
+
+#include <functional>
+
+#include "platform/serial_port.h"
+
+namespace tarnlink {
+
+// What the options say of it whenever they are asked.
+struct ServiceLine {
+  std::function<int()> ComPortNumber;
+  std::function<int()> Baudrate;  // as it is stored: how often 1200 is doubled
+};
+
+// Bits in a second.
+int SpeedOf(const ServiceLine& line);
+
+// Number, speed and framing for a port that is closed. Throws RunTimeError for a number or a speed
+// that no port has.
+void SetServiceLine(SerialPort& port, const ServiceLine& line);
+
+}  // namespace tarnlink

@@ -1,0 +1,40 @@
+// Finds the answer of a slave in what comes in behind a request of 16 bytes, and says how far it
+// can be trusted to be the only one.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tarnlink {
+
+enum class AnswerKind {
+  kNone,     // nothing yet: only what some adapters send back of a request, or a part
+  kGood,     // a frame whose check holds
+  kCorrupt,  // one that begins and ends as a frame does, but whose check does not hold
+  kTorn,     // bytes too many or too few: the next answer would be torn as well
+};
+
+// Whether the check digits, of either case, have the value that the body says. Digits that are none
+// are no value.
+bool HasGoodCheck(std::string_view frame);
+
+class AnswerFrames {
+ public:
+  // A request goes out: what came before it counts no more.
+  void Clear() { rest_.clear(); }
+
+  AnswerKind Take(std::string_view bytes);
+  // Of the answer that was taken last.
+  const std::string& frame() const { return frame_; }
+  // More came than one answer, so that more may be on its way; or it does not look as a frame does.
+  bool IsDoubtful() const { return is_doubtful_; }
+  // How many bytes are missing before there can be an answer.
+  int Missing() const;
+
+ private:
+  std::string rest_;
+  std::string frame_;
+  bool is_doubtful_ = false;
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,67 @@
+// The control panel: a service screen for one ZOLT slave that knows its data IDs by heart. It has
+// its own port and works off what is pending, one request at a time.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string_view>
+
+#include "protocols/line_doubt.h"
+#include "tools/answer_frames.h"
+#include "tools/panel_answers.h"
+#include "tools/panel_form.h"
+#include "tools/tool_host.h"
+
+namespace tarnlink {
+
+class frm_ContPanel : public PanelForm {
+ public:
+  // `host` outlives it.
+  explicit frm_ContPanel(ToolHost& host);
+
+  // On the host's slave. Nothing is asked for until the user asks; shown already, it stays as it
+  // is.
+  void Show();
+  // Closes the port.
+  void Unload();
+  std::function<void()> Unloaded;
+
+  // What an update of this tab asks for, in place of all other reads. The commands stay.
+  void RequestTab(int Tab);
+  void RequestCurrentTab();
+  // The lowest that is pending; with continuous update the tab in view begins anew.
+  void SendNextRequest();
+  // Opens the port. What goes wrong is not told in a box: the time-out follows.
+  void SendKEM3Message(std::uint8_t Class, std::int32_t Id, std::uint8_t DataHi,
+                       std::uint8_t DataLo);
+  // Applies one answer of 16 bytes whose check holds.
+  void ProcessKEM3Message(std::string_view Raw);
+
+  const std::unique_ptr<SerialPort> comm_CtrlPanel;
+  const std::unique_ptr<Timer> tim_CommTimeout;
+
+ private:
+  void BindEvents();
+  void ShowSlave();
+  void Update(int tab);
+  void UpdateCurrentTab();
+  void SetPending(int index);
+  int FirstPending() const;
+  void Received(int event);
+  void TakeGood();
+  void AwaitQuiet();
+  void QuietTick();
+  void TimedOut();
+
+  ToolHost& host_;
+  PanelAnswers answers_;
+  AnswerFrames frames_;
+  PanelRequest request_;  // the one that is out, or the last one
+  bool is_out_ = false;
+  bool is_repeated_ = false;  // it went out before, without an answer: that may still come
+  LineDoubt doubt_;
+  std::unique_ptr<Timer> quiet_watch_;  // runs while the next request waits for a quiet line
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,453 @@
+#include "tools/frm_sniffer.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/paths.h"
+#include "common/text.h"
+#include "common/text_file.h"
+#include "platform/path_resolver.h"
+#include "protocols/frame_bytes.h"
+#include "protocols/zolt_frame.h"
+#include "tools/answer_frames.h"
+#include "tools/tool_port.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr int kReopenInterval = 1000;  // ms
+constexpr int kTellSoon = 1;           // ms
+constexpr const char* kTitle = "Sniffer";
+
+std::string CountText(int frames, int bad) {
+  return "Frames: " + std::to_string(frames) + ", bad: " + std::to_string(bad);
+}
+
+// Of the sniffer text file, which stands beside the ID file.
+std::string SnifferFilePath(std::string path) {
+  constexpr std::size_t kExtensionLength = 3;
+  path.resize(path.size() - std::min(path.size(), kExtensionLength));
+  return path + "snf";
+}
+
+}  // namespace
+
+frmSniffer::frmSniffer(ToolHost& host)
+    : Comm(host.platform.CreatePort()),
+      tim_Reopen(host.platform.CreateTimer()),
+      host_(host),
+      log_(host.platform),
+      tell_(host.platform.CreateTimer()) {
+  form.Visible = false;
+  txt_Messages.Locked = true;
+  Comm->SetOnComm([this](int event) { OnComm(event); });
+  tim_Reopen->SetInterval(kReopenInterval);
+  tim_Reopen->SetOnTimer([this] { OpenByOptions(); });
+  tell_->SetInterval(kTellSoon);
+  tell_->SetOnTimer([this] {
+    tell_->SetEnabled(false);
+    if (const auto failure = std::exchange(log_failure_, std::nullopt)) log_.Tell(*failure);
+  });
+  BindText();
+  BindItems();
+  Reset();
+}
+
+void frmSniffer::BindText() {
+  Command1.Click = [this] { SetSniffing(true); };
+  Command2.Click = [this] { SetSniffing(false); };
+  cmd_Clear.Click = [this] {
+    text_.Clear();
+    ShowText();
+  };
+  cmd_Find.Click = [this] { Find(); };
+  txt_Find.Change = [this] { lbl_Find.Caption = ""; };
+  LogCheck.Click = [this] { LogClicked(); };
+}
+
+void frmSniffer::BindItems() {
+  RAM_TEXT.MouseDown = [this](int index, const MousePress& press) {
+    if (press.button == MouseButton::kLeft) hold_ = Hold{index, press.X, press.Y};
+  };
+  RAM_TEXT.DblClick = [this](int index) {
+    hold_.reset();
+    if (HasItem(index) && ShowSettings) ShowSettings(index);
+  };
+  RAM_TEXT.Arrow = [this](int index, const ArrowStep& step) {
+    layout_.Step(index, step.right, step.down);
+    LayOut();
+  };
+  Items.DragDrop = [this](float X, float Y) {
+    const auto hold = std::exchange(hold_, std::nullopt);
+    if (!hold) return;
+    layout_.MoveTo(hold->index, {X - hold->X, Y - hold->Y});
+    LayOut();
+  };
+  Items.DragCancel = [this] { hold_.reset(); };
+  Items.Resized = [this](float width) {
+    layout_.SetWidth(width);
+    LayOut();
+  };
+  List_DisplayDetectedID.DblClick = [this](int row) { PlaceDetected(row); };
+}
+
+// --- Opening and leaving -------------------------------------------------------------------------
+
+void frmSniffer::Show() {
+  if (form.Visible) return;
+  Reset();
+  form.Visible = true;
+  ReadIDItems();
+  if (!form.Visible) return;
+  if (host_.LoadErrorTexts) host_.LoadErrorTexts();
+  if (!OpenByOptions()) TellBusy();
+}
+
+void frmSniffer::Reset() {
+  InitSniffLocations();
+  for (ControlArray<TextBox>* const boxes : Boxes()) {
+    for (int i = 1; i <= kLastItem; ++i) boxes->Unload(i);
+  }
+  layout_.Clear();
+  LayOut();
+  hold_.reset();
+  detected_.clear();
+  placed_.clear();
+  last_item_ = 0;
+  from_master_ = false;
+  List_DetectedID.List = {};
+  List_DisplayDetectedID.List = {};
+  rest_.clear();
+  frames_ = bad_frames_ = 0;
+  lbl_Frames.Caption = CountText(frames_, bad_frames_);
+  lbl_Port.Caption = "";
+  text_.Clear();
+  txt_Find.Text = "";
+  SetSniffing(true);
+}
+
+void frmSniffer::Unload() {
+  if (!form.Visible) return;
+  tim_Reopen->SetEnabled(false);
+  LogCheck.Value = false;
+  CloseQuietly(*Comm);
+  if (CloseSettings) CloseSettings();
+  form.Visible = false;
+  if (Unloaded) Unloaded();
+}
+
+// --- The sniffer text file -----------------------------------------------------------------------
+
+void frmSniffer::ReadIDItems() {
+  const Files& files = host_.platform.files();
+  const std::string path = UsableFile(SnifferFilePath(host_.IdFile()), files);
+  MessageBoxRequest box{.text = "", .title = kTitle, .icon = Icon::kExclamation};
+  file_ = {};
+  try {
+    file_ = ReadSnifferFile(DecodeText(host_.platform.files().ReadWhole(path)));
+    if (file_.failure) {
+      box.text = StripFileFromPath(path) + ", line " + std::to_string(file_.failure->line) + ": " +
+                 file_.failure->reason;
+      box.detail = "The lines from there on are left out.";
+    }
+  } catch (const RunTimeError& error) {
+    box.text = "Sniffer text file not found.";
+    box.detail = error.what();
+  }
+  lbl_Revision.Caption = file_.Revision;
+  if (!box.text.empty()) host_.platform.dialogs().MessageBox(box);
+}
+
+void frmSniffer::InitSniffLocations() { SniffItems.fill(InitialSniffLocation()); }
+
+void frmSniffer::CheckNameAndValueWithFile(const std::string& Id, std::int32_t Value, int Index) {
+  SniffLocation& item = SniffItems.at(static_cast<std::size_t>(Index));
+  item.Address = Id;
+  item.RawValue = Value;
+  const SnifferRecord* const record = FindRecord(file_, HexNumber(Id));
+  item.Alias = record != nullptr ? record->Name : " No name ";
+  item.Representation = record != nullptr ? record->Representation : std::int32_t{kHexadecimal};
+  item.SnifferType = record != nullptr ? record->Type : std::int32_t{kSniffUnsignedWord};
+  ShowItem(Index, record != nullptr ? record->Name : std::to_string(Index) + " Name ");
+}
+
+// --- The port ------------------------------------------------------------------------------------
+
+// The options may name another port by now.
+bool frmSniffer::OpenByOptions() {
+  try {
+    if (!Comm->PortOpen()) SetServiceLine(*Comm, host_.line);
+  } catch (const RunTimeError& error) {
+    AwaitPort(error.what());
+    return false;
+  }
+  return OpenPort();
+}
+
+bool frmSniffer::OpenPort() {
+  try {
+    if (!Comm->PortOpen()) Comm->SetPortOpen(true);
+  } catch (const RunTimeError& error) {
+    AwaitPort(error.what());
+    return false;
+  }
+  Comm->SetRThreshold(zolt_frame::kLength);
+  rest_.clear();
+  in_step_ = true;
+  lbl_Port.Caption = "";
+  tim_Reopen->SetEnabled(false);
+  return true;
+}
+
+void frmSniffer::AwaitPort(const std::string& reason) {
+  lbl_Port.Caption = reason;
+  tim_Reopen->SetEnabled(true);
+}
+
+void frmSniffer::TellBusy() {
+  host_.platform.dialogs().MessageBox({.text = "Com port busy.",
+                                       .title = "Communication port",
+                                       .icon = Icon::kCritical,
+                                       .detail = lbl_Port.Caption});
+}
+
+// What was on its way when the form was left says nothing any more.
+void frmSniffer::OnComm(int event) {
+  if (!form.Visible) return;
+  if (event == kCommDeviceGone) AwaitPort(Comm->LossReason());
+  if (event != kCommReceive) return;
+  try {
+    TakeInput();
+  } catch (const RunTimeError&) {
+    // The next event goes on with what it finds.
+  }
+}
+
+// Adapters hand over more than one frame at once, and parts of them. Behind a bad frame nothing
+// says where the next one begins: what waits is dropped with the port, and from then on a frame
+// begins at the next start byte.
+void frmSniffer::TakeInput() {
+  std::string bytes = Comm->Input();
+  bytes.insert(0, std::exchange(rest_, {}));
+  const auto drop_to_start = [&bytes](std::size_t from) {
+    bytes.erase(0, std::min(bytes.find(zolt_frame::kStart, from), bytes.size()));
+  };
+  while (bytes.size() >= zolt_frame::kLength) {
+    const std::string frame = bytes.substr(0, zolt_frame::kLength);
+    if (HasGoodCheck(frame)) {
+      in_step_ = true;
+      CountFrames(1, 0);
+      bytes.erase(0, zolt_frame::kLength);
+      drop_to_start(0);
+      ProcessSnifferMessage(frame);
+      continue;
+    }
+    const bool has_start = bytes.find(zolt_frame::kStart, 1) != std::string::npos;
+    if (in_step_ || !has_start) {
+      CountFrames(0, 1);
+      Comm->SetPortOpen(false);
+      OpenPort();
+      in_step_ = false;
+      return;
+    }
+    if (frame.front() == zolt_frame::kStart) CountFrames(0, 1);
+    drop_to_start(1);
+  }
+  if (!in_step_) drop_to_start(0);
+  rest_ = bytes;
+  Comm->SetRThreshold(zolt_frame::kLength - static_cast<int>(rest_.size()));
+}
+
+void frmSniffer::CountFrames(int good, int bad) {
+  frames_ += good + bad;
+  bad_frames_ += bad;
+  lbl_Frames.Caption = CountText(frames_, bad_frames_);
+}
+
+// --- Frames --------------------------------------------------------------------------------------
+
+void frmSniffer::ProcessSnifferMessage(std::string_view Raw) {
+  if (Raw.size() < 2 || Raw.front() != zolt_frame::kStart) return;
+  const SniffedFrame frame = TakeApart(Raw);
+  if (zolt_frame::KindOf(frame.type) != zolt_frame::kOutsideRange) {
+    from_master_ = KindOfFrame(frame.type).from_master.value_or(from_master_);
+    Detect(frame);
+    if (!from_master_) ShowAnswer(frame.id, Raw);
+  }
+  WriteText(frame);
+}
+
+void frmSniffer::Detect(const SniffedFrame& frame) {
+  if (detected_.insert(frame.id).second) {
+    for (ListBox* const list : {&List_DetectedID, &List_DisplayDetectedID}) {
+      std::vector<std::string> rows = list->List;
+      rows.push_back(frame.id);
+      list->List = rows;
+    }
+  }
+  // Also of an ID whose answer was heard before its first request.
+  if (!from_master_ || placed_.contains(frame.id)) return;
+  PlaceItem(frame.id, static_cast<std::int32_t>(HexNumber(frame.high + frame.low)));
+}
+
+void frmSniffer::ShowAnswer(const std::string& id, std::string_view raw) {
+  for (int i = 1; i <= last_item_; ++i) {
+    SniffLocation& item = SniffItems.at(static_cast<std::size_t>(i));
+    if (HasItem(i) && item.Address == id) RAM_VALUE(i).Text = TakeSniffedValue(item, raw);
+  }
+}
+
+// --- Items ---------------------------------------------------------------------------------------
+
+void frmSniffer::PlaceItem(const std::string& id, std::int32_t value) {
+  const int index = NextFreeItem();
+  if (index == 0) return;
+  placed_.insert(id);
+  last_item_ = std::max(last_item_, index);
+  layout_.Add(index);
+  CheckNameAndValueWithFile(id, value, index);
+}
+
+// The numbers of deleted items come again when all have been given. 0 if there is none.
+int frmSniffer::NextFreeItem() {
+  if (last_item_ < kLastItem) return last_item_ + 1;
+  for (int i = 1; i <= kLastItem; ++i) {
+    if (!HasItem(i)) return i;
+  }
+  return 0;
+}
+
+// At its place before it is seen.
+void frmSniffer::ShowItem(int Index, const std::string& name) {
+  const std::string& id = SniffItems.at(static_cast<std::size_t>(Index)).Address;
+  const auto fill = [&](ControlArray<TextBox>& boxes, const std::string& text, float width) {
+    TextBox& box = boxes.Load(Index);
+    box.Locked = true;
+    box.Text = text;
+    box.ToolTipText = text;  // whole where the box is too narrow
+    box.Width = width;
+    box.Height = kItemHeight;
+  };
+  fill(RAM_TEXT, name, kItemNameWidth);
+  fill(RAM_ID, id, kItemIdWidth);
+  fill(RAM_VALUE, RAM_VALUE.Has(Index) ? RAM_VALUE(Index).Text.get() : "", kItemValueWidth);
+  LayOut();
+  for (ControlArray<TextBox>* const boxes : Boxes()) (*boxes)(Index).Visible = HasItem(Index);
+}
+
+void frmSniffer::ChangeItem(int Index, const SniffLocation& item) {
+  if (!HasItem(Index)) return;
+  SniffLocation& known = SniffItems.at(static_cast<std::size_t>(Index));
+  const bool shows_the_same =
+      known.Address == item.Address && known.SnifferType == item.SnifferType &&
+      known.BitAddress == item.BitAddress && known.Representation == item.Representation;
+  known = item;
+  ShowItem(Index, item.Alias);
+  // Until the next answer there is nothing of that kind to show.
+  if (!shows_the_same) RAM_VALUE(Index).Text = "";
+}
+
+void frmSniffer::DeleteItem(int Index) {
+  if (!HasItem(Index)) return;
+  layout_.Remove(Index);
+  SniffItems.at(static_cast<std::size_t>(Index)) = InitialSniffLocation();
+  ShowItem(Index, SniffItems.at(static_cast<std::size_t>(Index)).Alias);
+  RAM_VALUE(Index).Text = "";
+}
+
+void frmSniffer::PlaceDetected(int row) {
+  const std::vector<std::string>& ids = List_DisplayDetectedID.List;
+  if (row < 0 || row >= static_cast<int>(ids.size())) return;
+  const std::string id = ids.at(static_cast<std::size_t>(row));
+  for (int i = 1; i <= last_item_; ++i) {
+    if (HasItem(i) && SniffItems.at(static_cast<std::size_t>(i)).Address == id) return;
+  }
+  PlaceItem(id, 0);
+}
+
+std::array<ControlArray<TextBox>*, 3> frmSniffer::Boxes() {
+  return {&RAM_TEXT, &RAM_ID, &RAM_VALUE};
+}
+
+void frmSniffer::LayOut() {
+  for (int i = 1; i <= last_item_; ++i) {
+    if (!HasItem(i) || !RAM_TEXT.Has(i)) continue;
+    const ItemPlace place = layout_.PlaceOf(i);
+    float left = place.Left;
+    for (ControlArray<TextBox>* const boxes : Boxes()) {
+      TextBox& box = (*boxes)(i);
+      box.Left = left;
+      box.Top = place.Top;
+      left += box.Width + kItemGap;
+    }
+  }
+  Items.ContentHeight = layout_.Height();
+}
+
+// --- The running text ----------------------------------------------------------------------------
+
+void frmSniffer::WriteText(const SniffedFrame& frame) {
+  const Date now = host_.platform.clock().Now();
+  text_.Append(TextLine(frame, now, host_.platform.locale()));
+  if (sniffing) ShowText();
+  if (LogCheck.Value) WriteLog(frame, now);
+}
+
+// With the caret at its end.
+void frmSniffer::ShowText() {
+  txt_Messages.Text = text_.get();
+  txt_Messages.Marked = TextPiece{CharacterCount(text_.get()), 0};
+}
+
+void frmSniffer::SetSniffing(bool on) {
+  sniffing = on;
+  Command1.Enabled = !on;
+  Command2.Enabled = on;
+  if (on) ShowText();
+}
+
+// In a box that runs on, what was found would be gone with the next frame.
+void frmSniffer::Find() {
+  if (txt_Find.Text->empty()) return;
+  SetSniffing(false);
+  const TextPiece marked = txt_Messages.Marked;
+  const auto found =
+      FindInText(txt_Messages.Text.get(), txt_Find.Text.get(), marked.start + marked.length);
+  lbl_Find.Caption = found ? "" : "Not found.";
+  if (found) txt_Messages.Marked = *found;
+}
+
+// --- The log -------------------------------------------------------------------------------------
+
+void frmSniffer::LogClicked() {
+  if (LogCheck.Value) {
+    BeginLog();
+  } else {
+    log_.Close();
+  }
+}
+
+void frmSniffer::BeginLog() {
+  const std::string path = log_.AskPath(host_.LogPath());
+  try {
+    // The form may have been left, or the box unticked, while the dialog was up.
+    if (LogCheck.Value && !path.empty()) log_.Open(path, host_.platform.clock().Now());
+  } catch (const RunTimeError& error) {
+    log_.Close();
+    log_.Tell(error);
+  }
+  if (!log_.IsOpen()) LogCheck.Value = false;
+}
+
+void frmSniffer::WriteLog(const SniffedFrame& frame, Date now) {
+  try {
+    log_.Write(LogRow(frame, now, host_.platform.locale()));
+  } catch (const RunTimeError& error) {
+    log_failure_ = error;
+    tell_->SetEnabled(true);
+    LogCheck.Value = false;
+  }
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,160 @@
+// The sniffer: listens on the link between another master and a slave, and sends nothing. It shows
+// the values of the IDs that go by, each as an item of its own, and a running text of all frames.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/control_array.h"
+#include "common/dialog_controls.h"
+#include "tools/sniffer_items.h"
+#include "tools/sniffer_log.h"
+#include "tools/sniffer_text.h"
+#include "tools/tool_host.h"
+
+namespace tarnlink {
+
+// The part of the form that the items stand on. The view scrolls over it.
+class ItemArea : public Control {
+ public:
+  using Control::Control;
+
+  Property<float> ContentHeight{this, 0.0F};  // of all rows
+
+  // Reported by the view, in units on the whole area: what is being dragged was let go, or the drag
+  // ends without that; the area has another width.
+  std::function<void(float X, float Y)> DragDrop;
+  std::function<void()> DragCancel;
+  std::function<void(float width)> Resized;
+};
+
+// A text whose marked piece is state; an empty piece is the caret.
+class MarkedText : public TextBox {
+ public:
+  using TextBox::TextBox;
+
+  Property<TextPiece> Marked{this, TextPiece{}};
+};
+
+class frmSniffer {
+ public:
+  // Outlives it.
+  explicit frmSniffer(ToolHost& host);
+
+  Control form{"frmSniffer"};
+  Label caption{"frmSniffer.Caption", "Sniffer"};
+
+  ItemArea Items{"Items"};
+  ControlArray<TextBox> RAM_TEXT{"RAM_TEXT"};
+  ControlArray<TextBox> RAM_ID{"RAM_ID"};
+  ControlArray<TextBox> RAM_VALUE{"RAM_VALUE"};
+
+  Label lbl_Detected{"lbl_Detected", "Detected IDs"};
+  ListBox List_DetectedID{"List_DetectedID"};  // never shown
+  ListBox List_DisplayDetectedID{"List_DisplayDetectedID"};
+
+  MarkedText txt_Messages{"txt_Messages"};
+  CommandButton Command1{"Command1", "Continue"};
+  CommandButton Command2{"Command2", "Pause"};
+  CommandButton cmd_Clear{"cmd_Clear", "Clear"};
+  TextBox txt_Find{"txt_Find"};
+  CommandButton cmd_Find{"cmd_Find", "Find next"};
+  Label lbl_Find{"lbl_Find"};  // "Not found."
+  CheckBox LogCheck{"LogCheck", "Log to file"};
+  Label lbl_Frames{"lbl_Frames"};      // "Frames: 12, bad: 1"
+  Label lbl_Port{"lbl_Port"};          // why nothing is heard; empty while the port is open
+  Label lbl_Revision{"lbl_Revision"};  // of the sniffer text file
+
+  std::unique_ptr<SerialPort> Comm;
+  std::unique_ptr<Timer> tim_Reopen;  // while the port cannot be had
+
+  bool sniffing = true;  // the box follows the running text
+  SniffLocations SniffItems;
+
+  void Show();
+  void Unload();
+  std::function<void()> Unloaded;
+
+  // Tells of a file that is missing or broken.
+  void ReadIDItems();
+  void InitSniffLocations();
+  void CheckNameAndValueWithFile(const std::string& Id, std::int32_t Value, int Index);
+  // One frame whose CRC is good.
+  void ProcessSnifferMessage(std::string_view Raw);
+
+  bool HasItem(int Index) const { return layout_.Has(Index); }
+  // What the settings dialog has made of an item.
+  void ChangeItem(int Index, const SniffLocation& item);
+  void DeleteItem(int Index);
+  // Gives an ID of the list an item, unless it has one or there is no more room.
+  void PlaceDetected(int row);
+
+  int frames() const { return frames_; }
+  int bad_frames() const { return bad_frames_; }
+  const std::string& running_text() const { return text_.get(); }
+
+  std::function<void(int Index)> ShowSettings;
+  std::function<void()> CloseSettings;
+
+ private:
+  struct Hold {
+    int index = 0;
+    float X = 0.0F;
+    float Y = 0.0F;
+  };
+
+  void BindText();
+  void BindItems();
+  void Reset();
+
+  bool OpenByOptions();
+  bool OpenPort();
+  void AwaitPort(const std::string& reason);
+  void TellBusy();
+  void OnComm(int event);
+  void TakeInput();
+  void CountFrames(int good, int bad);
+
+  void Detect(const SniffedFrame& frame);
+  void PlaceItem(const std::string& id, std::int32_t value);
+  int NextFreeItem();
+  void ShowAnswer(const std::string& id, std::string_view raw);
+  std::array<ControlArray<TextBox>*, 3> Boxes();
+  void LayOut();
+  void ShowItem(int Index, const std::string& name);
+
+  void WriteText(const SniffedFrame& frame);
+  void ShowText();
+  void SetSniffing(bool on);
+  void Find();
+  void LogClicked();
+  void BeginLog();
+  void WriteLog(const SniffedFrame& frame, Date now);
+
+  ToolHost& host_;
+  SnifferFile file_;
+  SnifferLayout layout_;
+  std::optional<Hold> hold_;  // of the item that is being dragged
+  std::set<std::string> detected_;
+  std::set<std::string> placed_;  // IDs that were given an item once
+  int last_item_ = 0;
+  bool from_master_ = false;  // the last frame whose kind says it
+
+  std::string rest_;     // the beginning of a frame whose end has not come yet
+  bool in_step_ = true;  // what comes next begins with a frame's first byte
+  int frames_ = 0;
+  int bad_frames_ = 0;
+
+  RunningText text_;
+  SnifferLog log_;
+  std::optional<RunTimeError> log_failure_;  // to be told when the port event is over
+  std::unique_ptr<Timer> tell_;
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,28 @@
+// What a service tool has of the program around it.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "files/error_texts.h"
+#include "platform/platform.h"
+#include "protocols/service_line.h"
+
+namespace tarnlink {
+
+// Outlives the tools.
+struct ToolHost {
+  Platform& platform;
+  ServiceLine line;
+  // The option that keeps errors of communication from being told in boxes.
+  std::function<bool()> IgnoresErrors;
+  // Reads the error description anew.
+  std::function<const ErrorTexts&()> LoadErrorTexts;
+  std::function<std::string()> IdFile;   // the ID file of the options, with its path
+  std::function<std::string()> LogPath;  // the folder of the options for logs
+  // The control panel on the slave of this number, 0 to 15; comes back when it is closed.
+  std::function<void(int Index)> GoControlPanel;
+  std::string SlaveAddress = "0";  // of the slave that the control panel shows
+};
+
+}  // namespace tarnlink

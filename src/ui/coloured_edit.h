@@ -1,0 +1,48 @@
+// A line edit in the colours of its control, and a lamp: what service tools show at a glance.
+#pragma once
+
+#include <QAbstractButton>
+#include <QLineEdit>
+#include <QWidget>
+
+#include "common/controls.h"
+
+namespace tarnlink {
+
+// As `Bind`, with the control's background; letters take the colour that can be read on it.
+void BindColoured(QLineEdit* edit, TextBox& control);
+
+// A round lamp in the background colour of its control, which outlives it.
+class Lamp final : public QWidget {
+ public:
+  Lamp(PlacedControl& control, const QString& name, QWidget* parent);
+  ~Lamp() override;
+
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  PlacedControl& control_;
+};
+
+// A bit that is only looked at: a lamp that is lit while the box is ticked, and its caption. A
+// click is reported as one on the box.
+class BitLamp final : public QAbstractButton {
+ public:
+  BitLamp(CheckBox& control, QWidget* parent);
+  ~BitLamp() override;
+
+  QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void ShowControl();
+
+  CheckBox& control_;
+};
+
+}  // namespace tarnlink

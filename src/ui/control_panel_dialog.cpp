@@ -1,0 +1,282 @@
+#include "ui/control_panel_dialog.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include "platform/qt/qt_colour.h"
+#include "platform/qt/qt_text.h"
+#include "ui/binders.h"
+#include "ui/coloured_edit.h"
+#include "ui/palette.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr int kNumberWidth = 80;  // pixels
+constexpr int kTextWidth = 220;   // pixels
+
+// The parts of a tab, one under or beside the other, and its button at the foot.
+QWidget* Page(QLayout* parts, QWidget* button) {
+  auto* page = new QWidget;
+  auto* layout = new QVBoxLayout(page);
+  layout->addLayout(parts);
+  layout->addStretch();
+  layout->addWidget(button, 0, Qt::AlignRight);
+  return page;
+}
+
+QHBoxLayout* Beside(const std::vector<QWidget*>& parts) {
+  auto* row = new QHBoxLayout;
+  for (QWidget* part : parts) row->addWidget(part, 0, Qt::AlignTop);
+  row->addStretch();
+  return row;
+}
+
+}  // namespace
+
+ControlPanelDialog::ControlPanelDialog(frm_ContPanel& form, QWidget* parent)
+    : QDialog(parent), form_(form), tabs_(new QTabWidget(this)) {
+  setObjectName(ToQt(form_.form.name()));
+  setModal(true);
+  BuildTabs();
+  auto* foot = new QHBoxLayout;
+  auto* continuous = new QCheckBox(this);
+  Bind(continuous, form_.chkContinuousUpdate);
+  foot->addWidget(continuous);
+  auto* line = new QLabel(this);
+  Bind(line, form_.lblLine);
+  line->setWordWrap(true);
+  foot->addWidget(line, 1);
+  auto* close = new QPushButton(tr("Close"), this);
+  close->setObjectName(QStringLiteral("cmdClose"));
+  close->setAutoDefault(false);
+  connect(close, &QPushButton::clicked, this, [this] { done(Accepted); });
+  foot->addWidget(close);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(tabs_);
+  layout->addLayout(foot);
+  form_.form.SetView([this] { ShowForm(); });
+  form_.caption.SetView([this] { setWindowTitle(ToQt(form_.caption.Caption.get())); });
+  setWindowTitle(ToQt(form_.caption.Caption.get()));
+  ShowForm();
+}
+
+ControlPanelDialog::~ControlPanelDialog() {
+  form_.form.SetView({});
+  form_.caption.SetView({});
+  form_.SSTab1.SetView({});
+  form_.lblSlave.SetView({});
+}
+
+void ControlPanelDialog::done(int) { form_.Unload(); }
+
+void ControlPanelDialog::ShowForm() {
+  if (form_.form.MousePointer == PointerForm::kDefaultPointer) {
+    unsetCursor();
+  } else {
+    setCursor(Qt::WaitCursor);
+  }
+  if (form_.form.Visible != isVisible()) setVisible(form_.form.Visible);
+}
+
+// --- Tabs ----------------------------------------------------------------------------------------
+
+void ControlPanelDialog::BuildTabs() {
+  tabs_->setObjectName(ToQt(form_.SSTab1.name()));
+  const std::vector<QWidget*> pages = {StatusTab(), ConfigTab(), SensorTab(), ErrorTab(),
+                                       StatisticsTab()};
+  for (std::size_t i = 0; i < pages.size(); ++i) {
+    tabs_->addTab(pages[i], ToQt(form_.SSTab1.Captions.at(i)));
+  }
+  connect(tabs_, &QTabWidget::currentChanged, this, [this](int tab) { form_.SSTab1.Tab = tab; });
+  form_.SSTab1.SetView([this] { tabs_->setCurrentIndex(form_.SSTab1.Tab); });
+}
+
+QWidget* ControlPanelDialog::StatusTab() {
+  auto* parts = new QVBoxLayout;
+  slave_ = new QLabel;
+  slave_->setObjectName(ToQt(form_.lblSlave.name()));
+  form_.lblSlave.SetView([this] { ShowSlave(); });
+  ShowSlave();
+  parts->addWidget(slave_);
+  auto* right = new QWidget;
+  auto* column = new QVBoxLayout(right);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(Flame());
+  column->addWidget(Acknowledge());
+  parts->addLayout(Beside({Bits({}, form_.chk_StatusH), Bits({}, form_.chk_StatusL), right}));
+  parts->addWidget(Versions());
+  return Page(parts, Button(form_.cmdUpdateStatus));
+}
+
+QWidget* ControlPanelDialog::ConfigTab() {
+  auto* parts = new QVBoxLayout;
+  parts->addLayout(Beside({Bits({}, form_.chk_configL), Bits({}, form_.chk_configH)}));
+  QGroupBox* safety = Frame(form_.fraSafety);
+  auto* rows = new QGridLayout(safety);
+  constexpr int kRows = 4;
+  for (int i = 0; i <= form_.txtSafety.last(); ++i) {
+    AddText(*rows, i % kRows, form_.txtSafety(i), i / kRows * 2);
+  }
+  parts->addWidget(safety, 0, Qt::AlignLeft);
+  return Page(parts, Button(form_.cmdUpdateConfig));
+}
+
+QWidget* ControlPanelDialog::SensorTab() {
+  auto* rows = new QGridLayout;
+  for (int i = 0; i <= form_.lblSensorColumn.last(); ++i) {
+    auto* heading = new QLabel;
+    Bind(heading, form_.lblSensorColumn(i));
+    rows->addWidget(heading, 0, i + 1);
+  }
+  int row = 1;
+  for (SensorBoxes& sensor : form_.sensors) {
+    auto* label = new QLabel;
+    Bind(label, sensor.label);
+    rows->addWidget(label, row, 0);
+    int column = 1;
+    for (PanelText* text : {&sensor.txt_8bit, &sensor.txt_16bit, &sensor.txt_temp}) {
+      auto* edit = new QLineEdit;
+      edit->setMaximumWidth(kNumberWidth);
+      edit->setAccessibleName(ToQt(sensor.label.Caption.get() + ", " + text->Caption));
+      BindColoured(edit, *text);
+      rows->addWidget(edit, row, column++);
+    }
+    ++row;
+  }
+  rows->setColumnStretch(4, 1);
+  return Page(rows, Button(form_.cmdUpdateSensors));
+}
+
+QWidget* ControlPanelDialog::ErrorTab() {
+  auto* parts = new QVBoxLayout;
+  QGroupBox* codes = Frame(form_.fraErrorCodes);
+  auto* rows = new QGridLayout(codes);
+  AddText(*rows, 0, form_.txt_Error);
+  AddText(*rows, 1, form_.txt_ErrorDescription);
+  rows->setColumnStretch(1, 1);
+  parts->addWidget(codes);
+  parts->addWidget(History());
+  return Page(parts, Button(form_.cmdUpdateError));
+}
+
+QWidget* ControlPanelDialog::StatisticsTab() {
+  auto* parts = new QVBoxLayout;
+  QGroupBox* history = Frame(form_.fraBurnerHistory);
+  auto* rows = new QGridLayout(history);
+  int row = 0;
+  for (PanelText* text : form_.Statistics()) AddText(*rows, row++, *text);
+  parts->addWidget(history, 0, Qt::AlignLeft);
+  return Page(parts, Button(form_.cmdUpdateStatistics));
+}
+
+// --- Parts ---------------------------------------------------------------------------------------
+
+QWidget* ControlPanelDialog::Flame() {
+  QGroupBox* flame = Frame(form_.fraFlameCurrent);
+  auto* rows = new QGridLayout(flame);
+  auto* heading = new QLabel;
+  Bind(heading, form_.lblFlameCurrentADCs);
+  rows->addWidget(heading, 0, 0, 1, 2);
+  AddText(*rows, 1, form_.txt_FlameAD10bit);
+  AddText(*rows, 2, form_.txt_FlameCurrentADC);
+  AddText(*rows, 3, form_.txt_FlameCurrentuA);
+  return flame;
+}
+
+QWidget* ControlPanelDialog::Acknowledge() {
+  QGroupBox* frame = Frame(form_.fraAcknowledge);
+  auto* rows = new QGridLayout(frame);
+  rows->addWidget(new BitLamp(form_.chk_HeatDemand, frame), 0, 0);
+  rows->addWidget(Button(form_.cmdHeadDemand), 0, 1);
+  rows->addWidget(new BitLamp(form_.chk_Reset, frame), 1, 0);
+  rows->addWidget(Button(form_.cmdResetError), 1, 1);
+  return frame;
+}
+
+QWidget* ControlPanelDialog::Versions() {
+  QGroupBox* versions = Frame(form_.fraSoftwareVersion);
+  auto* rows = new QGridLayout(versions);
+  AddText(*rows, 0, form_.txt_softwareversionROMHUP);
+  AddText(*rows, 0, form_.txt_HUPCRC, 2);
+  AddText(*rows, 1, form_.txt_softwareversionROMLUP);
+  AddText(*rows, 1, form_.txt_LUPCRC, 2);
+  AddText(*rows, 2, form_.txt_softwareversion_EEPROM);
+  AddText(*rows, 2, form_.txt_OSNumber, 2);
+  return versions;
+}
+
+QWidget* ControlPanelDialog::History() {
+  QGroupBox* history = Frame(form_.fraErrorHistory);
+  auto* rows = new QGridLayout(history);
+  constexpr int kRows = 4;
+  for (int i = 0; i < kHistoryEntries; ++i) {
+    const int column = i / kRows * 3;
+    const int row = i % kRows + 1;
+    rows->addWidget(new QLabel(QString::number(i + 1)), row, column);
+    int offset = 1;
+    for (PanelText* text : {&form_.txt_ErrBufCode(i), &form_.txt_ErrBuffTime(i)}) {
+      if (row == 1) rows->addWidget(new QLabel(ToQt(text->Caption)), 0, column + offset);
+      auto* edit = new QLineEdit;
+      edit->setMaximumWidth(kNumberWidth);
+      edit->setAccessibleName(tr("%1, entry %2").arg(ToQt(text->Caption)).arg(i + 1));
+      BindColoured(edit, *text);
+      rows->addWidget(edit, row, column + offset++);
+    }
+  }
+  rows->setColumnStretch(6, 1);
+  return history;
+}
+
+QGroupBox* ControlPanelDialog::Frame(GroupBox& frame) {
+  auto* box = new QGroupBox;
+  Bind(box, frame);
+  return box;
+}
+
+QWidget* ControlPanelDialog::Bits(const QString& title, BitBoxes& boxes) {
+  auto* frame = new QGroupBox(title);
+  auto* rows = new QVBoxLayout(frame);
+  for (int bit = boxes.first(); bit <= boxes.last(); ++bit) {
+    rows->addWidget(new BitLamp(boxes(bit), frame));
+  }
+  return frame;
+}
+
+void ControlPanelDialog::AddText(QGridLayout& rows, int row, PanelText& text, int column) {
+  auto* label = new QLabel(ToQt(text.Caption));
+  auto* edit = new QLineEdit;
+  const bool is_text = &text == &form_.txt_ErrorDescription || &text == &form_.txt_OSNumber;
+  edit->setMinimumWidth(is_text ? kTextWidth : kNumberWidth);
+  if (!is_text) edit->setMaximumWidth(kNumberWidth);
+  label->setBuddy(edit);
+  BindColoured(edit, text);
+  rows.addWidget(label, row, column);
+  rows.addWidget(edit, row, column + 1);
+}
+
+QWidget* ControlPanelDialog::Button(CommandButton& control) {
+  auto* button = new QPushButton;
+  Bind(button, control);
+  button->setAutoDefault(false);
+  return button;
+}
+
+void ControlPanelDialog::ShowSlave() {
+  slave_->setText(ToQt(form_.lblSlave.Caption.get()));
+  const QColor ground = palette().color(QPalette::Window);
+  const bool is_usual = form_.lblSlave.ForeColor == kBlack;
+  SetColours(slave_, ground,
+             is_usual ? palette().color(QPalette::WindowText)
+                      : ReadableShade(ToQColor(form_.lblSlave.ForeColor), ground));
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,110 @@
+#include "ui/sniff_settings_dialog.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "platform/qt/qt_text.h"
+#include "ui/binders.h"
+#include "ui/coloured_edit.h"
+#include "ui/frames.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr int kNumberWidth = 70;  // pixels
+
+}  // namespace
+
+SniffSettingsDialog::SniffSettingsDialog(frm_Sniff_Settings& form, QWidget* parent)
+    : QDialog(parent), form_(form) {
+  setObjectName(ToQt(form_.form.name()));
+  setWindowTitle(ToQt(form_.caption.Caption.get()));
+  setModal(true);
+  QGroupBox* types = RadioFrame(QString(), form_.opt_sniff_storage_type, 2);
+  Bind(types, form_.frm_storage_type);
+  QGroupBox* looks = RadioFrame(QString(), form_.opt_Representation, 2);
+  Bind(looks, form_.frm_Representation);
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(BuildFields());
+  layout->addWidget(types);
+  layout->addWidget(looks);
+  layout->addWidget(BuildLog());
+  auto* foot = new QHBoxLayout;
+  auto* remove = new QPushButton(this);
+  Bind(remove, form_.cmdDeleteLocation);
+  remove->setAutoDefault(false);
+  foot->addWidget(remove);
+  foot->addWidget(OkCancelRow(this, form_.cmd_Ok, form_.cmd_Cancel), 1);
+  layout->addLayout(foot);
+  form_.form.SetView([this] { ShowForm(); });
+  ShowForm();
+}
+
+SniffSettingsDialog::~SniffSettingsDialog() { form_.form.SetView({}); }
+
+void SniffSettingsDialog::done(int) { form_.Close(); }
+
+void SniffSettingsDialog::ShowForm() {
+  if (form_.form.Visible == isVisible()) return;
+  setVisible(form_.form.Visible);
+  auto* name = findChild<QLineEdit*>(ToQt(form_.txt_SniffAlias.name()));
+  if (form_.form.Visible && name != nullptr) name->setFocus();
+}
+
+QWidget* SniffSettingsDialog::BuildFields() {
+  auto* fields = new QWidget(this);
+  auto* rows = new QGridLayout(fields);
+  rows->setContentsMargins(0, 0, 0, 0);
+  const auto add = [&](int row, Label& caption, TextBox& text, bool is_number) {
+    auto* label = new QLabel(fields);
+    Bind(label, caption);
+    auto* edit = new QLineEdit(fields);
+    if (is_number) edit->setMaximumWidth(kNumberWidth);
+    BindColoured(edit, text);
+    label->setBuddy(edit);
+    rows->addWidget(label, row, 0);
+    rows->addWidget(edit, row, 1);
+  };
+  add(0, form_.lbl_SniffAlias, form_.txt_SniffAlias, false);
+  add(1, form_.lbl_SniffAddress, form_.txt_SniffAddress, true);
+  add(2, form_.lbl_SniffBitAddress, form_.txt_SniffBitAddress, true);
+  return fields;
+}
+
+QWidget* SniffSettingsDialog::BuildLog() {
+  auto* parts = new QWidget(this);
+  auto* row = new QHBoxLayout(parts);
+  row->setContentsMargins(0, 0, 0, 0);
+  for (CheckBox* control : {&form_.chk_Log, &form_.chk_UseDDE}) {
+    auto* box = new QCheckBox(parts);
+    Bind(box, *control);
+    row->addWidget(box);
+  }
+  auto* column = new QLineEdit(parts);
+  column->setMaximumWidth(kNumberWidth);
+  column->setAccessibleName(tr("Column"));
+  Bind(column, form_.txt_ExcelColumn);
+  row->addWidget(column);
+  auto* arrows = new QVBoxLayout;
+  arrows->setSpacing(0);
+  auto* up = new QToolButton(parts);
+  up->setArrowType(Qt::UpArrow);
+  auto* down = new QToolButton(parts);
+  down->setArrowType(Qt::DownArrow);
+  Bind(up, down, form_.ud_Col);
+  arrows->addWidget(up);
+  arrows->addWidget(down);
+  row->addLayout(arrows);
+  row->addStretch();
+  return parts;
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,184 @@
+// The control panel on a line that is bad in every way: what it shows is what came in with a sound
+// check, and when the line is sound again, everything is worked off.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "simulator/damage.h"
+#include "tools/line_faults.h"
+#include "tools/panel_on_line.h"
+
+namespace tarnlink {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int kTabs = 5;
+constexpr int kFrame = 16;
+
+// A user who presses whatever there is.
+class FaultyPanel : public PanelOnLine {
+ public:
+  FaultyPanel(const boiler::LineOptions& line, std::uint64_t seed)
+      : PanelOnLine(line, seed), random_(seed) {}
+
+  // So many requests go out, each before the time-out of the one before is long over.
+  void Exchange(int count) {
+    const int goal = asked + count;
+    while (asked < goal && !::testing::Test::HasFailure()) {
+      if (random_.Below(20) == 0) Touch();
+      const int before = asked;
+      EnsureAsked();
+      if (AwaitRequest(before)) continue;
+      EXPECT_FALSE(world.port(0).PortOpen()) << "No request after " << before;
+      world.port(0).PlugIn();
+      EXPECT_TRUE(AwaitRequest(before)) << "No request after " << before;
+    }
+    EXPECT_EQ(Unfounded(), "");
+    world.port(0).Forget();
+  }
+
+  // The line is sound from now on, but for what is still on its way.
+  void ExpectRecovery(const std::string& what, Micros on_its_way = 0s) {
+    world.Advance(1s);  // the cable may still be pulled by what was struck last
+    world.port(0).PlugIn();
+    panel.chkContinuousUpdate.Value = false;
+    // A slow boiler gets through with all that it was asked.
+    EXPECT_TRUE(Finish(60s + 150 * on_its_way)) << what;
+    world.Advance(20s);
+    ForgetSaid();
+    for (int tab = 0; tab < kTabs; ++tab) {
+      Update(tab);
+      EXPECT_TRUE(Finish(10s)) << what << ", tab " << tab;
+    }
+    EXPECT_EQ(Difference(), "") << what;
+    const int before = asked;
+    world.Advance(1h);
+    EXPECT_EQ(asked, before) << what;
+  }
+
+ private:
+  void Touch() {
+    switch (random_.Below(6)) {
+      case 0:
+        return panel.cmdHeadDemand.Press();
+      case 1:
+        return panel.cmdResetError.Press();
+      case 2:
+        panel.chkContinuousUpdate.Value = !panel.chkContinuousUpdate.Value;
+        return;
+      case 3:
+        panel.SSTab1.Tab = random_.Below(kTabs);
+        return;
+      default:
+        return Update(random_.Below(kTabs));
+    }
+  }
+  // The time-out comes after three seconds.
+  bool AwaitRequest(int before) {
+    return world.RunUntil([&] { return asked > before || IsDone(); }, 4s);
+  }
+  void EnsureAsked() {
+    if (IsDone()) Update(random_.Below(kTabs));
+  }
+
+  boiler::Random random_;
+};
+
+const std::vector<boiler::LineOptions>& Lines() {
+  static const std::vector<boiler::LineOptions> lines = {
+      {.pace = {.baud = 9600}, .answer_delay_us = 20'000}, {.answer_delay_us = 5'000}};
+  return lines;
+}
+
+// What the fault has put on its way may go on for so long.
+Micros LengthOf(const std::string& fault) {
+  const boiler::Fault kind = boiler::ParseFaultPlan(fault).fault;
+  const std::string_view unit = boiler::InfoOf(kind.kind).unit;
+  if (unit == "bytes") return kind.number * 2ms;
+  if (unit.substr(0, 2) != "ms") return 0ms;
+  return kind.number * (kind.kind == boiler::FaultKind::kSlowBytes ? kFrame : 1) * 1ms;
+}
+
+class ControlPanelFault : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(ControlPanelFault, ShowsOnlyWhatCameInAndPasses) {
+  for (const boiler::LineOptions& line : Lines()) {
+    for (const char* rate : {"@0.02", "@0.2", "@0.6"}) {
+      if (HasFailure()) return;
+      FaultyPanel one(line, 7);
+      one.boiler.line().AddFault(GetParam() + rate);
+      one.Exchange(200);
+      EXPECT_GT(one.struck, 0);
+      one.boiler.line().ClearFaults();
+      one.ExpectRecovery(rate, LengthOf(GetParam()));
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, ControlPanelFault, ::testing::ValuesIn(LineFaults()), LineFaultName);
+
+// One fault gives way to another, without a pause.
+TEST(ControlPanelFaults, TenThousandExchangesEndWithNothingPending) {
+  FaultyPanel one(Lines()[0], 3);
+  while (one.asked < 10'000 && !::testing::Test::HasFailure()) {
+    for (const std::string& fault : LineFaults()) {
+      one.boiler.line().ClearFaults();
+      one.boiler.line().AddFault(fault + "@0.3");
+      one.Exchange(40);
+    }
+  }
+  EXPECT_GT(one.struck, 1'000);
+  one.boiler.line().ClearFaults();
+  one.world.Advance(1min);
+  one.ExpectRecovery("all of them");
+}
+
+// One call of the port after the other fails, beside what the line does.
+TEST(ControlPanelFaults, TenThousandExchangesWithCallsThatFailEndWithNothingPending) {
+  FaultyPanel one(Lines()[0], 5);
+  one.boiler.line().AddFault("no_reply@0.02");
+  one.boiler.line().AddFault("byte_drop@0.02");
+  int turn = 0;
+  while (one.asked < 10'000 && !::testing::Test::HasFailure()) {
+    if (one.world.faults().Spent()) BreakACall(one.world.faults(), turn++);
+    one.Exchange(10);
+  }
+  EXPECT_GT(turn, 500);
+  one.world.faults().Clear();
+  one.boiler.line().ClearFaults();
+  one.ExpectRecovery("calls that fail");
+}
+
+// Noise of any length at any time.
+TEST(ControlPanelFaults, NoiseMakesNoValues) {
+  for (std::uint64_t seed = 1; seed <= 10; ++seed) {
+    FaultyPanel one(Lines()[0], seed);
+    boiler::Random random(seed);
+    one.panel.chkContinuousUpdate.Value = true;
+    for (int i = 0; i < 300; ++i) {
+      one.world.Advance(1ms * random.Below(700));
+      one.world.port(0).Receive(boiler::NoiseBytes(1 + random.Below(40), random));
+    }
+    EXPECT_EQ(one.Unfounded(), "");
+    one.ExpectRecovery("seed " + std::to_string(seed));
+  }
+}
+
+// The box is told each time, and nothing else comes of it.
+TEST(ControlPanelFaults, SilenceIsToldEachTime) {
+  FaultyPanel one(Lines()[0], 1);
+  one.ignores_errors = false;
+  one.boiler.line().AddFault("no_reply#5");
+  for (int i = 0; i < 5; ++i) {
+    one.world.dialogs().ExpectMessageBox("No communication with slave", "Communication Timeout");
+  }
+  one.Update(4);
+  EXPECT_TRUE(one.Finish(20s));
+  EXPECT_EQ(one.asked, 9 + 5);
+}
+
+}  // namespace
+}  // namespace tarnlink
