@@ -212,7 +212,7 @@ void frm_IPMsgErr::Send() {
     txtStatus.Text = PortTrouble(error);
     return;
   }
-  Restart(*tim_IPMsgErr);
+  tim_IPMsgErr->SetEnabled(true);
   shp_Tx.BackColor = kTxLit;
   Restart(*tim_TxRxLed);
 }

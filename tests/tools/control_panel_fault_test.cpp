@@ -18,6 +18,18 @@ using namespace std::chrono_literals;
 constexpr int kTabs = 5;
 constexpr int kFrame = 16;
 
+// The commands are written.
+const std::vector<std::string>& Faults() {
+  static const std::vector<std::string> faults = [] {
+    std::vector<std::string> all = LineFaults();
+    for (const boiler::FaultInfo& info : boiler::AllFaults()) {
+      if (boiler::NeedsWrite(info.kind)) all.emplace_back(info.name);
+    }
+    return all;
+  }();
+  return faults;
+}
+
 // A user who presses whatever there is.
 class FaultyPanel : public PanelOnLine {
  public:
@@ -76,9 +88,9 @@ class FaultyPanel : public PanelOnLine {
         return Update(random_.Below(kTabs));
     }
   }
-  // The time-out comes after three seconds.
+  // After three seconds the time-out comes, and after it a call of the port may fail.
   bool AwaitRequest(int before) {
-    return world.RunUntil([&] { return asked > before || IsDone(); }, 4s);
+    return world.RunUntil([&] { return asked > before || IsDone(); }, 7s);
   }
   void EnsureAsked() {
     if (IsDone()) Update(random_.Below(kTabs));
@@ -105,26 +117,28 @@ Micros LengthOf(const std::string& fault) {
 class ControlPanelFault : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(ControlPanelFault, ShowsOnlyWhatCameInAndPasses) {
+  int struck = 0;
   for (const boiler::LineOptions& line : Lines()) {
     for (const char* rate : {"@0.02", "@0.2", "@0.6"}) {
       if (HasFailure()) return;
       FaultyPanel one(line, 7);
       one.boiler.line().AddFault(GetParam() + rate);
       one.Exchange(200);
-      EXPECT_GT(one.struck, 0);
+      struck += one.struck;
       one.boiler.line().ClearFaults();
       one.ExpectRecovery(rate, LengthOf(GetParam()));
     }
   }
+  EXPECT_GT(struck, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, ControlPanelFault, ::testing::ValuesIn(LineFaults()), LineFaultName);
+INSTANTIATE_TEST_SUITE_P(Each, ControlPanelFault, ::testing::ValuesIn(Faults()), LineFaultName);
 
 // One fault gives way to another, without a pause.
 TEST(ControlPanelFaults, TenThousandExchangesEndWithNothingPending) {
   FaultyPanel one(Lines()[0], 3);
   while (one.asked < 10'000 && !::testing::Test::HasFailure()) {
-    for (const std::string& fault : LineFaults()) {
+    for (const std::string& fault : Faults()) {
       one.boiler.line().ClearFaults();
       one.boiler.line().AddFault(fault + "@0.3");
       one.Exchange(40);
@@ -138,15 +152,17 @@ TEST(ControlPanelFaults, TenThousandExchangesEndWithNothingPending) {
 
 // One call of the port after the other fails, beside what the line does.
 TEST(ControlPanelFaults, TenThousandExchangesWithCallsThatFailEndWithNothingPending) {
+  const std::vector<std::string> calls = {"Port.Open", "Port.Output", "Port.Input", "Port.Close",
+                                          "Port.Settings"};
   FaultyPanel one(Lines()[0], 5);
   one.boiler.line().AddFault("no_reply@0.02");
   one.boiler.line().AddFault("byte_drop@0.02");
   int turn = 0;
   while (one.asked < 10'000 && !::testing::Test::HasFailure()) {
-    if (one.world.faults().Spent()) BreakACall(one.world.faults(), turn++);
+    if (one.world.faults().Spent()) BreakACall(one.world.faults(), calls, turn++);
     one.Exchange(10);
   }
-  EXPECT_GT(turn, 500);
+  EXPECT_GT(turn, 100);
   one.world.faults().Clear();
   one.boiler.line().ClearFaults();
   one.ExpectRecovery("calls that fail");

@@ -104,7 +104,10 @@ TEST_F(ControlPanelLine, ALateAnswerThatLeavesNothingPendingEndsTheTimeouts) {
 TEST_F(ControlPanelLine, LeftWhileTheBoxIsUpThePortStaysClosed) {
   ignores_errors = false;
   panel.cmdUpdateStatus.Press();
-  ExpectTimeout().While([&] { panel.Unload(); });
+  ExpectTimeout().While([&] {
+    panel.Unload();
+    panel.chkContinuousUpdate.Value = true;
+  });
   world.Advance(1h);
   EXPECT_EQ(Sent(), Requests{"1 1 0000"});
   EXPECT_FALSE(world.port().PortOpen());
@@ -137,6 +140,22 @@ TEST_F(ControlPanelLine, ABusyPortIsToldAndTriedAgainUntilItIsFree) {
   world.Advance(3s);
   EXPECT_EQ(Sent(), Requests{"2 84 0000"});
   EXPECT_EQ(panel.lblLine.Caption.get(), "");
+}
+
+TEST_F(ControlPanelLine, WhatIsToldOfThePortIsGoneWhenThePanelIsOpenedAgain) {
+  world.port().MakeBusy();
+  panel.cmdUpdateConfig.Press();
+  panel.Unload();
+  panel.Show();
+  EXPECT_EQ(panel.lblLine.Caption.get(), "");
+}
+
+TEST_F(ControlPanelLine, ThePortOfTheOptionsIsTakenWhenItIsOpened) {
+  com_port = 7;
+  baudrate = 4;
+  panel.cmdUpdateConfig.Press();
+  EXPECT_EQ(world.port().CommPort(), 7);
+  EXPECT_EQ(world.port().opened_with().speed, 19'200);
 }
 
 TEST_F(ControlPanelLine, APortThatBecameFreeServesTheNextPress) {
@@ -343,6 +362,15 @@ TEST_F(ControlPanelLine, TheRequestComingBackIsNoAnswer) {
   EXPECT_EQ(Pending(), std::vector<int>{});
   Begin(panel.cmdUpdateStatus);
   Receive(world.port().frames().back().bytes + Good());
+  EXPECT_TRUE(panel.chk_StatusH(7).Value);
+  EXPECT_EQ(Sent(), Requests{"4 868 0000"});
+}
+
+TEST_F(ControlPanelLine, TheRestOfAnAnswerBehindTheRequestIsWaitedFor) {
+  Begin(panel.cmdUpdateStatus);
+  Receive(world.port().frames().back().bytes + Good().substr(0, 6));
+  EXPECT_EQ(Sent(), Requests{});
+  Receive(Good().substr(6));
   EXPECT_TRUE(panel.chk_StatusH(7).Value);
   EXPECT_EQ(Sent(), Requests{"4 868 0000"});
 }

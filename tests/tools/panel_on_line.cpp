@@ -142,7 +142,11 @@ void PanelOnLine::Take(const boiler::LogEntry& entry) {
 void PanelOnLine::TakeInput(std::string_view bytes) {
   tail_ += bytes;
   for (std::size_t at = 0; at + kFrame <= tail_.size(); ++at) {
-    const std::string_view frame = std::string_view(tail_).substr(at, kFrame);
+    std::string frame = tail_.substr(at, kFrame);
+    // The check is a value: damage that makes a small letter of a digit leaves it.
+    for (std::size_t digit = 11; digit < 15; ++digit) {
+      if (frame[digit] >= 'a' && frame[digit] <= 'f') frame[digit] -= 'a' - 'A';
+    }
     if (boiler::ZoltCheckHolds(frame)) came_in_.insert({IdOf(frame), WordOf(frame)});
   }
   tail_.erase(0, tail_.size() - std::min(tail_.size(), kFrame - 1));

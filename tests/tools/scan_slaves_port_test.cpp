@@ -283,6 +283,16 @@ TEST_F(ScanSlavesTest, ARequestThatComesBackIsNoAnswer) {
   EXPECT_EQ(Asked(), "slave 0 step 1");
 }
 
+TEST_F(ScanSlavesTest, TheRestOfAnAnswerBehindSomethingElseIsWaitedFor) {
+  scan.Show();
+  const std::string request = world.port().TakeSent().back();
+  const std::string answer = AnswerFrame(kScanRead, 5, 2);
+  Receive(request + answer.substr(0, 9));
+  EXPECT_EQ(Row(0), " |  |  | ");
+  Receive(answer.substr(9));
+  EXPECT_EQ(Row(0), "R1865CM |  |  | ");
+}
+
 TEST_F(ScanSlavesTest, AForeignAnswerDoesNotKeepTheWalkUp) {
   scan.Show();
   const std::string foreign = BuildZoltMessage(0x11, "0", 1, 2, 3);

@@ -20,8 +20,11 @@ class SnifferLogTest : public OpenSnifferTest {
   SnifferLogTest() { world.disk().MakeFolder("/logs"); }
 
   void Tick(const std::string& path = kPath) {
-    world.dialogs().ExpectSaveFile(kAsk).Give(path);
+    ExpectQuestion(path);
     sniffer.LogCheck.Value = true;
+  }
+  void ExpectQuestion(const std::string& path = kPath) {
+    world.dialogs().ExpectSaveFile(kAsk).Give(path);
   }
   void ExpectFailure(int code, const std::string& detail) {
     world.dialogs().ExpectMessageBox(
@@ -78,7 +81,7 @@ TEST_F(SnifferLogTest, HasARowForEachFrame) {
   EXPECT_EQ(Log(),
             kHeading + kReadRow +
                 "5-Mar-2024 .14:07:10 .  000F12D1AFD13  .0x00F1 .45 .26 .14 S->M Read ACK\r\n"
-                "5-Mar-2024 .14:07:10 .  000F1FF01B0DD  .0x00F1 .255 .1 .44 *->* Limits\r\n"
+                "5-Mar-2024 .14:07:10 . D000F1FF01B0DD  .0x00F1 .255 .1 .44 *->* Limits\r\n"
                 "5-Mar-2024 .14:07:10 . 4000F10102674B  .0x00F1 .1 .2 .34 \r\n");
 }
 
@@ -131,15 +134,17 @@ TEST_F(SnifferLogTest, MissesTheFramesThatComeWhileItIsAskedFor) {
 
 TEST_F(SnifferLogTest, IsUntickedWhenItCannotBeHad) {
   world.disk().Forbid("/logs");
+  ExpectQuestion();
   ExpectFailure(70, "");
-  Tick();
+  sniffer.LogCheck.Value = true;
   EXPECT_FALSE(sniffer.LogCheck.Value);
 }
 
 TEST_F(SnifferLogTest, IsUntickedWhenTheDiskHasNoRoomForItsHeading) {
   world.disk().SetFreeSpace(10);
+  ExpectQuestion();
   ExpectFailure(61, "");
-  Tick();
+  sniffer.LogCheck.Value = true;
   EXPECT_FALSE(sniffer.LogCheck.Value);
 }
 

@@ -62,6 +62,11 @@ TEST_F(WrongMessageTest, BytesBehindTheFrameAreInTheRawDataOnly) {
   EXPECT_EQ(Received(), "0D 61 0 0 0 0 1 1 2 3 4 A B C D 0A");
 }
 
+TEST_F(WrongMessageTest, TwoBytesOfTheRawDataAreNeverOneCharacter) {
+  SendAndReceive("0123456789ABCD\xC3\xA9");
+  EXPECT_EQ(tool.txt_ReturnedData.Text.get(), "0123456789ABCDÃ©");
+}
+
 TEST_F(WrongMessageTest, ShowsAsMuchAsThereIsOfAShortMessage) {
   tool.ShowReceivedMessage(
       "\r\x21"

@@ -232,7 +232,7 @@ TEST_F(WrongMessageTest, AFrameThatCanNotBeBuiltLeavesThePortClosedWithoutAWord)
                                                 {0, " D"},
                                                 {0, "100"},
                                                 {0, "-1"},
-                                                {0, "1000000000D"},
+                                                {0, "0000000000D"},
                                                 {1, "x"},
                                                 {1, ""},
                                                 {15, "0 "},

@@ -63,6 +63,7 @@ class ServiceToolsTest : public ::testing::Test {
   static boiler::SimulatedBoiler::Options Zolt() {
     boiler::SimulatedBoiler::Options options;
     options.protocol = "zolt";
+    options.slave.answers_corrupted = true;
     return options;
   }
 
