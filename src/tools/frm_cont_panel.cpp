@@ -208,7 +208,6 @@ void frm_ContPanel::ProcessKEM3Message(std::string_view Raw) {
 // --- A line in doubt -----------------------------------------------------------------------------
 
 void frm_ContPanel::AwaitQuiet() {
-  if (FirstPending() == kNothingPending && !chkContinuousUpdate.Value) return SendNextRequest();
   comm_CtrlPanel->SetRThreshold(zolt_frame::kLength);
   doubt_.Raise();
   quiet_watch_->SetEnabled(true);

@@ -140,9 +140,9 @@ void frm_ScanSlaves::OpenPanel(int index) {
     quiet_watch_->SetEnabled(false);
     Restart(*ScanSlavesTimer);
   }
+  if (!host_.GoControlPanel) return;
   is_in_panel_ = true;
-  if (host_.GoControlPanel) host_.GoControlPanel(index);
-  is_in_panel_ = false;
+  host_.GoControlPanel(index, [this] { is_in_panel_ = false; });
 }
 
 // --- Requests ------------------------------------------------------------------------------------

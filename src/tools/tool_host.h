@@ -20,8 +20,8 @@ struct ToolHost {
   std::function<const ErrorTexts&()> LoadErrorTexts;
   std::function<std::string()> IdFile;   // the ID file of the options, with its path
   std::function<std::string()> LogPath;  // the folder of the options for logs
-  // The control panel on the slave of this number, 0 to 15; comes back when it is closed.
-  std::function<void(int Index)> GoControlPanel;
+  // Shows the control panel on the slave of this number, 0 to 15; `closed` comes when it has been.
+  std::function<void(int Index, std::function<void()> closed)> GoControlPanel;
   std::string SlaveAddress = "0";  // of the slave that the control panel shows
 };
 

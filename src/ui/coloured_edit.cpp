@@ -71,13 +71,8 @@ void Lamp::paintEvent(QPaintEvent*) {
            palette().color(QPalette::Dark));
 }
 
-BitLamp::BitLamp(CheckBox& control, QWidget* parent) : QAbstractButton(parent), control_(control) {
-  setCheckable(true);
+BitLamp::BitLamp(CheckBox& control, QWidget* parent) : QWidget(parent), control_(control) {
   setObjectName(ToQt(control_.name()));
-  connect(this, &QAbstractButton::clicked, this, [this](bool checked) {
-    control_.Value = checked;
-    ShowControl();  // whatever the form has made of it
-  });
   control_.SetView([this] { ShowControl(); });
   ShowControl();
 }
@@ -86,25 +81,23 @@ BitLamp::~BitLamp() { control_.SetView({}); }
 
 void BitLamp::ShowControl() {
   ShowCommon(this, control_);
-  setText(ToQt(control_.Caption.get()));
-  setAccessibleName(text());
-  setChecked(control_.Value);
+  setAccessibleName(ToQt(control_.Caption.get()));
+  setAccessibleDescription(control_.Value ? tr("on") : tr("off"));
   update();
 }
 
 QSize BitLamp::sizeHint() const {
-  return {kLamp + kGap + fontMetrics().horizontalAdvance(text()) + kGap,
+  return {kLamp + kGap + fontMetrics().horizontalAdvance(accessibleName()) + kGap,
           std::max(kLamp, fontMetrics().height()) + kAir};
 }
 
 void BitLamp::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   DrawLamp(painter, QRect(0, (height() - kLamp) / 2, kLamp, kLamp),
-           isChecked() ? kLit : palette().color(QPalette::Mid), palette().color(QPalette::Dark));
+           control_.Value ? kLit : palette().color(QPalette::Mid), palette().color(QPalette::Dark));
   painter.setPen(palette().color(QPalette::WindowText));
-  const QRect rest = rect().adjusted(kLamp + kGap, 0, 0, 0);
-  painter.drawText(rest, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text());
-  if (hasFocus()) DrawFocusFrame(painter, rect(), FocusFrame::kThin);
+  painter.drawText(rect().adjusted(kLamp + kGap, 0, 0, 0),
+                   Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, accessibleName());
 }
 
 }  // namespace tarnlink

@@ -1,7 +1,6 @@
 // A line edit in the colours of its control, and a lamp: what service tools show at a glance.
 #pragma once
 
-#include <QAbstractButton>
 #include <QLineEdit>
 #include <QWidget>
 
@@ -27,9 +26,8 @@ class Lamp final : public QWidget {
   PlacedControl& control_;
 };
 
-// A bit that is only looked at: a lamp that is lit while the box is ticked, and its caption. A
-// click is reported as one on the box.
-class BitLamp final : public QAbstractButton {
+// A bit that is only looked at: a lamp that is lit while the box is ticked, and its caption.
+class BitLamp final : public QWidget {
  public:
   BitLamp(CheckBox& control, QWidget* parent);
   ~BitLamp() override;

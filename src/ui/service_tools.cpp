@@ -1,6 +1,6 @@
 #include "ui/service_tools.h"
 
-#include <QEventLoop>
+#include <utility>
 
 #include "common/numbers.h"
 #include "ui/on_demand.h"
@@ -9,7 +9,9 @@ namespace tarnlink {
 
 ServiceTools::ServiceTools(ToolHost& host, QWidget* parent)
     : panel(host), scan(host), errors(host), sniffer(host), host_(host) {
-  host_.GoControlPanel = [this](int index) { GoControlPanel(index); };
+  host_.GoControlPanel = [this](int index, std::function<void()> closed) {
+    GoControlPanel(index, std::move(closed));
+  };
   MakeOnDemand(scan.form,
                [this, parent] { scan_dialog_ = std::make_unique<ScanSlavesDialog>(scan, parent); });
   MakeOnDemand(panel.form, [this, parent] {
@@ -26,13 +28,10 @@ ServiceTools::ServiceTools(ToolHost& host, QWidget* parent)
   });
 }
 
-void ServiceTools::GoControlPanel(int Index) {
+void ServiceTools::GoControlPanel(int Index, std::function<void()> closed) {
   host_.SlaveAddress = Hex(Index);
-  QEventLoop open;
-  panel.Unloaded = [&open] { open.quit(); };
+  panel.Unloaded = std::move(closed);
   panel.Show();
-  open.exec();
-  panel.Unloaded = {};
 }
 
 }  // namespace tarnlink

@@ -23,8 +23,8 @@ class ServiceTools {
   // `GoControlPanel`.
   ServiceTools(ToolHost& host, QWidget* parent);
 
-  // Comes back when the panel is closed.
-  void GoControlPanel(int Index);
+  // On the slave of this number; `closed` comes when the panel has been.
+  void GoControlPanel(int Index, std::function<void()> closed = {});
   void ShowScanSlaves() { scan.Show(); }
   void ShowErrorGenerator() { errors.Show(); }
   void ShowSniffer() { sniffer.Show(); }

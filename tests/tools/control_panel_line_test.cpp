@@ -224,6 +224,15 @@ TEST_F(ControlPanelLine, AnAnswerWithABadCheckIsDroppedAndTheRequestRepeatedAtOn
   }
 }
 
+TEST_F(ControlPanelLine, TheAnswerBehindACorruptOneGoesOnAtOnce) {
+  Begin(panel.cmdUpdateStatus);
+  std::string frame = Good();
+  frame[12] = '!';
+  Receive(frame);
+  Receive(Good());
+  EXPECT_EQ(Sent(), (Requests{"1 1 0000", "4 868 0000"}));
+}
+
 TEST_F(ControlPanelLine, CheckDigitsThatAreNoneCountAsUnequal) {
   Begin(panel.cmdUpdateStatus);
   for (const std::string digits : {"    ", "&H00", "0x00", "00-1", "GGGG", " 123"}) {

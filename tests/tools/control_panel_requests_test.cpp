@@ -178,6 +178,7 @@ TEST_F(ControlPanelTest, LoadsEmptyAgain) {
   EXPECT_EQ(unloaded, 1);
   EXPECT_FALSE(world.port().PortOpen());
   EXPECT_FALSE(panel.form.Visible);
+  EXPECT_EQ(Pending(), std::vector<int>{});
   Sent();
   world.Advance(1h);
   panel.Show();

@@ -13,7 +13,7 @@ struct PlainHost {
              [this]() -> const ErrorTexts& { return texts; },
              [] { return std::string(); },
              [] { return std::string(); },
-             [](int) {},
+             {},
              "0"} {}
 
   int com_port = 1;

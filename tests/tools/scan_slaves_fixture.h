@@ -32,9 +32,10 @@ inline std::string RowText(const frm_ScanSlaves& scan, int row) {
 class ScanSlavesTest : public ::testing::Test {
  protected:
   ScanSlavesTest() {
-    plain.host.GoControlPanel = [this](int index) {
+    plain.host.GoControlPanel = [this](int index, const std::function<void()>& closed) {
       panels.push_back(index);
       if (in_panel) in_panel();
+      closed();
     };
   }
 

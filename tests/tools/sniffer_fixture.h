@@ -90,7 +90,7 @@ class SnifferTest : public ::testing::Test {
                 },
                 .IdFile = [this] { return id_file; },
                 .LogPath = [this] { return log_path; },
-                .GoControlPanel = [](int) {}};
+                .GoControlPanel = {}};
   frmSniffer sniffer{host};
   frm_Sniff_Settings settings{sniffer};
 };

@@ -11,7 +11,6 @@
 #include <QLineEdit>
 #include <QTabWidget>
 #include <QTest>
-#include <QTimer>
 #include <QWindow>
 #include <stdexcept>
 #include <string>
@@ -50,16 +49,6 @@ class ServiceToolsTest : public ::testing::Test {
   static std::string Text(QWidget& form, const std::string& name) {
     return In<QLineEdit>(form, name).text().toStdString();
   }
-  // The panel comes back only when it is closed.
-  void WithPanel(std::function<void(QWidget& panel)> act) {
-    QTimer::singleShot(0, [act] {
-      QWidget& panel = Form("frm_ContPanel");
-      act(panel);
-      panel.close();
-    });
-    tools.GoControlPanel(0);
-  }
-
   static boiler::SimulatedBoiler::Options Zolt() {
     boiler::SimulatedBoiler::Options options;
     options.protocol = "zolt";
@@ -81,7 +70,9 @@ class ServiceToolsTest : public ::testing::Test {
 };
 
 TEST_F(ServiceToolsTest, ThePanelFillsItsTabsByClicks) {
-  WithPanel([this](QWidget& panel) {
+  tools.GoControlPanel(0);
+  QWidget& panel = Form("frm_ContPanel");
+  {
     Click(panel, "cmdUpdateStatus");
     world.Advance(5s);
     EXPECT_NE(Text(panel, "txt_OSNumber"), "");
@@ -97,7 +88,8 @@ TEST_F(ServiceToolsTest, ThePanelFillsItsTabsByClicks) {
       EXPECT_NE(Text(panel, box), "") << box;
       SavePicture(panel, "control-panel-" + std::to_string(tab));
     }
-  });
+  }
+  panel.close();
   EXPECT_FALSE(world.port().PortOpen());
 }
 
@@ -108,12 +100,12 @@ TEST_F(ServiceToolsTest, TheScanShowsWhoAnswersAndOpensThePanel) {
   EXPECT_NE(Text(scan, "txtType(0)"), "");
   EXPECT_EQ(Text(scan, "txtType(1)"), "-");
   SavePicture(scan, "scan-slaves");
-  QTimer::singleShot(0, [] {
-    QWidget& panel = Form("frm_ContPanel");
-    EXPECT_NE(In<QLabel>(panel, "lblSlave").text().indexOf("3"), -1);
-    panel.close();
-  });
   Click(scan, "cmdControlPanel(3)");
+  QWidget& panel = Form("frm_ContPanel");
+  EXPECT_EQ(QApplication::activeModalWidget(), &panel);
+  EXPECT_NE(In<QLabel>(panel, "lblSlave").text().indexOf("3"), -1);
+  panel.close();
+  EXPECT_EQ(QApplication::activeModalWidget(), &scan);
   Click(scan, "cmdCopy");
   EXPECT_NE(QGuiApplication::clipboard()->text().indexOf("OS number"), -1);
   scan.close();
