@@ -98,10 +98,11 @@ void SnifferLayout::MoveTo(int item, ItemPlace place) {
   };
   const int column = nearest(place.Left - kCellGap, kCellWidth, columns_ - 1);
   const int row = nearest(place.Top - kCellGap, kCellHeight, Rows());
-  const auto to = static_cast<std::size_t>(row * columns_ + column);
-  const int other = to < cells_.size() ? cells_[to] : 0;
+  const int to = row * columns_ + column;
+  const bool is_taken = to < static_cast<int>(cells_.size());
+  const int other = is_taken ? cells_[static_cast<std::size_t>(to)] : 0;
   cells_[static_cast<std::size_t>(from)] = other;
-  Put(item, static_cast<int>(to));
+  Put(item, to);
   DropEmptyEnd();
 }
 
@@ -115,8 +116,10 @@ void SnifferLayout::Step(int item, int right, int down) {
 
 ItemPlace SnifferLayout::PlaceOf(int item) const {
   const int cell = std::max(CellOf(item), 0);
-  return {kCellGap + static_cast<float>(cell % columns_) * kCellWidth,
-          kCellGap + static_cast<float>(cell / columns_) * kCellHeight};
+  const int row = cell / columns_;
+  const int column = cell - row * columns_;
+  return {kCellGap + static_cast<float>(column) * kCellWidth,
+          kCellGap + static_cast<float>(row) * kCellHeight};
 }
 
 float SnifferLayout::Height() const { return kCellGap + static_cast<float>(Rows()) * kCellHeight; }
