@@ -10,6 +10,12 @@ namespace {
 using Query = DataIdQuery;
 
 constexpr int kErrorEntries = 8;
+// The names of the controllers, of which each slave address has another: so many types and
+// products, and those of address 0.
+constexpr int kTypes = 14;
+constexpr int kProducts = 3;
+constexpr int kFirstType = 5;
+constexpr int kFirstProduct = 2;
 // What a master must write to reset, so that no stray write does it.
 constexpr int kResetHigh = 0xAA;
 constexpr int kResetLow = 0x55;
@@ -23,6 +29,9 @@ std::uint16_t Bytes(int high, int low) {
   return static_cast<std::uint16_t>((high & 0xFF) << 8 | (low & 0xFF));
 }
 
+// One of the codes 1 to `count`, from `first` on and round again.
+int CodeAt(int slave, int first, int count) { return 1 + (first - 1 + slave) % count; }
+
 // The sensor's divider, converted with 8 bits: 255 at -20 degrees, 0 at 120.
 int SensorAd8(int tenths) { return std::clamp(255 - (tenths + 200) * 255 / 1400, 0, 255); }
 
@@ -31,6 +40,13 @@ int WholeDegrees(int tenths) { return (tenths + (tenths < 0 ? -5 : 5)) / 10; }
 DataId Value(int data_class, std::uint16_t id, std::string_view name, std::string_view meaning,
              std::function<std::uint16_t(const Query&)> read) {
   return {data_class, id, name, meaning, 0, std::move(read), "", nullptr, nullptr};
+}
+
+// A version, behind whose point the slave address is added.
+DataId Version(std::uint16_t id, std::string_view name, std::string_view major,
+               std::string_view minor) {
+  return Value(2, id, name, "high: before the point; low: behind it and the slave address together",
+               [=](const Query& q) { return Bytes(q.Value(major), q.Value(minor) + q.slave); });
 }
 
 // The memory item of the same name as a word.
@@ -76,7 +92,12 @@ DataId ErrorList(std::uint16_t id, std::string_view name, std::string_view meani
   return {6, id, name, meaning, kErrorEntries, std::move(read), "", nullptr, nullptr};
 }
 
-int Entry(const Query& q, const char* list) { return q.Value(list + std::to_string(q.position)); }
+// The newest errors of the boiler are unknown to slaves behind the first: one more to each. An
+// entry that a slave does not have is 0.
+int Entry(const Query& q, const char* list) {
+  const int entry = q.position + q.slave;
+  return entry < kErrorEntries ? q.Value(list + std::to_string(entry)) : 0;
+}
 
 // A parameter in the high byte, within the range of its item. It takes effect at once and is
 // stored.
@@ -112,8 +133,12 @@ std::vector<DataId> Status() {
       Pair(1, 1, "status", "status_high", "status_low", "high: status_high; low: status_low"),
       HeatDemand(),
       High(1, 50, "error_code", "error_code", "high: present error, 0 none"),
-      Constant(1, 61, "os_name", "high: code of the type, 5; low: code of the product, 2",
-               Bytes(5, 2)),
+      Value(1, 61, "os_name",
+            "high: code of the type, 5 at slave address 0; low: code of the product, 2 there",
+            [](const Query& q) {
+              return Bytes(CodeAt(q.slave, kFirstType, kTypes),
+                           CodeAt(q.slave, kFirstProduct, kProducts));
+            }),
       High(1, 4011, "control_setpoint", "flow_target",
            "high: present target of the flow temperature, degrees"),
       Value(1, 5337, "os_number", "word: number of the software and the slave address together",
@@ -146,11 +171,11 @@ std::vector<DataId> Configuration() {
       Pair(2, 104, "postpurge_and_retries", "postpurge_time", "retries",
            "high: postpurge_time, fifths of a second; low: retries"),
       Constant(2, 151, "air_switch_times", "high: on; low: off, fifths of a second", Bytes(50, 25)),
-      Pair(2, 152, "version_rom_low", "version_major", "version_minor",
-           "high: before the point; low: behind it"),
-      Pair(2, 164, "version_eeprom", "eeprom_major", "eeprom_minor",
-           "high: before the point; low: behind it"),
-      Constant(2, 1284, "version_rom_high", "high: before the point; low: behind it", Bytes(4, 12)),
+      Version(152, "version_rom_low", "version_major", "version_minor"),
+      Version(164, "version_eeprom", "eeprom_major", "eeprom_minor"),
+      Value(2, 1284, "version_rom_high",
+            "high: before the point; low: behind it and the slave address together",
+            [](const Query& q) { return Bytes(4, 12 + q.slave); }),
       Reset(),
   };
 }

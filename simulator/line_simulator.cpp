@@ -16,6 +16,8 @@ enum Purpose : std::uint64_t { kWhichFault = 200, kShapeOfFault, kBabble };
 constexpr std::int64_t kLateGapUs = 5'000;
 // Above 19200 baud a silence of 3.5 characters is held to be this long.
 constexpr std::int64_t kShortestSilenceUs = 1'750;
+// So long the second master waits for an answer to begin.
+constexpr std::int64_t kPollPatienceUs = 200'000;
 
 }  // namespace
 
@@ -45,18 +47,29 @@ std::optional<std::int64_t> LineSimulator::NextDue() const {
     if (time_us) next = next ? std::min(*next, *time_us) : *time_us;
   };
   consider(endless_.NextDue());
+  if (polling_) consider(polling_->due_us);
   if (slave_.Waiting()) consider(SilentAt());
   return next;
 }
 
 std::string LineSimulator::TakeDue(std::int64_t now_us) {
   EndSilence(now_us);
+  std::string bytes;
+  while (polling_ && polling_->due_us <= now_us && !port_action_) {
+    bytes += TakeOutgoing(polling_->due_us);
+    if (!port_action_) Poll();
+  }
+  bytes += TakeOutgoing(now_us);
+  bytes += endless_.TakeDue(now_us);
+  return bytes;
+}
+
+std::string LineSimulator::TakeOutgoing(std::int64_t now_us) {
   std::string bytes = outgoing_.TakeDue(now_us);
   if (const auto action = outgoing_.TakePortAction()) {
     port_action_ = action;
     Cut(now_us);
   }
-  bytes += endless_.TakeDue(now_us);
   return bytes;
 }
 
@@ -96,6 +109,35 @@ void LineSimulator::Cut(std::int64_t now_us) {
   held_.clear();
   slave_.Forget();
   heard_until_us_ = now_us;
+  if (polling_) {
+    polling_->asked.clear();
+    polling_->due_us = now_us + polling_->master.gap_us();
+  }
+}
+
+void LineSimulator::Join(SecondMaster master) {
+  const std::int64_t first_us = outgoing_.FreeAt() + master.gap_us();
+  polling_ = Polling{std::move(master), first_us, ""};
+}
+
+// A request goes out when the line is free. The slave hears it when its last byte is out; the next
+// one follows behind the answer, or when none has come.
+void LineSimulator::Poll() {
+  Polling& polling = *polling_;
+  const std::int64_t time_us = polling.due_us;
+  if (polling.asked.empty()) {
+    const SecondRequest& request = polling.master.Next();
+    polling.asked = request.bytes;
+    outgoing_.Add({request.bytes, {}, 0, Check::kHolds, request.meaning, {}}, time_us);
+    polling.due_us = outgoing_.FreeAt();
+    return;
+  }
+  for (const char byte : std::exchange(polling.asked, "")) {
+    if (const auto heard = slave_.Hear(byte)) Handle(*heard, time_us);
+  }
+  const bool is_answered = outgoing_.NextDue().has_value();
+  polling.due_us = std::max(outgoing_.FreeAt(), time_us + (is_answered ? 0 : kPollPatienceUs)) +
+                   polling.master.gap_us();
 }
 
 std::int64_t LineSimulator::SilentAt() const {

@@ -8,7 +8,7 @@
 //   }
 //
 // TakeDue may have no bytes, where a silence has ended or the port is asked for something. With an
-// endless stream there is always a next time.
+// endless stream or a second master there is always a next time.
 #pragma once
 
 #include <cstdint>
@@ -24,6 +24,7 @@
 #include "simulator/outgoing.h"
 #include "simulator/pace.h"
 #include "simulator/reply.h"
+#include "simulator/second_master.h"
 #include "simulator/slave.h"
 
 namespace boiler {
@@ -62,9 +63,20 @@ class LineSimulator {
   // The cable is out: what is under way in either direction is lost.
   void Cut(std::int64_t now_us);
 
+  // From now on this master is on the line too: its requests reach whoever listens, and the answers
+  // to them.
+  void Join(SecondMaster master);
+
   int Exchanges() const { return exchanges_; }
 
  private:
+  // What the second master does at `due_us`: a request begins, or has been heard by the slave.
+  struct Polling {
+    SecondMaster master;
+    std::int64_t due_us = 0;
+    std::string asked;  // empty between two requests
+  };
+
   struct Held {
     Piece piece;
     Hold hold;
@@ -77,6 +89,9 @@ class LineSimulator {
   void Exchange(const Request& request, std::int64_t time_us);
   void Send(const Request& request, const Reply& reply, const std::string& meaning,
             std::int64_t time_us);
+  // The bytes that are out by then, and what a fault asks of the port behind them.
+  std::string TakeOutgoing(std::int64_t now_us);
+  void Poll();
   // Whether anything was held so.
   bool Release(Hold hold, std::int64_t start_us);
 
@@ -90,6 +105,7 @@ class LineSimulator {
   EndlessNoise endless_;
   std::vector<Held> held_;
   std::optional<PortAction> port_action_;
+  std::optional<Polling> polling_;
   std::int64_t heard_until_us_ = 0;
   std::int64_t deaf_until_us_ = 0;
   int exchanges_ = 0;

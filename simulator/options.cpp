@@ -19,9 +19,13 @@ constexpr std::string_view kHelp =
     "  --device PATH    use this serial device instead, at the speed of --baud\n"
     "  --link PATH      name the pseudo terminal by a symbolic link\n"
     "  --protocol NAME  tarnlink (the default), zolt, modbus, or any: whichever is spoken\n"
-    "  --slaves LIST    addresses with commas between them: zolt 0 to F, 0 when not given; modbus\n"
-    "                   1 to 247, 1 when not given\n"
-    "  --corrupted      zolt: answers a request whose check is wrong as corrupted\n"
+    "  --slaves LIST    addresses with commas between them: zolt and any 0 to F, 0 when not "
+    "given;\n"
+    "                   modbus 1 to 247, 1 when not given\n"
+    "  --corrupted      zolt, any: answers a ZOLT request whose check is wrong as corrupted\n"
+    "  --poll LIST      zolt, any: a second master on the line asks these slaves for all data IDs\n"
+    "                   in turn, again and again\n"
+    "  --poll-gap MS    of silence ahead of each of its requests, 20 when not given\n"
     "  --baud N         speed of the line, 9600 when not given\n"
     "  --bits N         bits per byte on the line, 10 (the default) or 11\n"
     "  --at-once        bytes take no time\n"
@@ -67,6 +71,11 @@ std::map<std::string, std::function<void(Value)>> OptionsWithValue(ProgramOption
        }},
       {"--delay",
        [&](Value text) { line.answer_delay_us = Number("--delay", text, 0, 3'600'000) * 1000; }},
+      {"--poll", [&](Value text) { options.boiler.second_master.addresses = text; }},
+      {"--poll-gap",
+       [&](Value text) {
+         options.boiler.second_master.gap_us = Number("--poll-gap", text, 1, 3'600'000) * 1000;
+       }},
       {"--fault", [&](Value text) { options.faults.push_back(text); }},
       {"--seed",
        [&](Value text) {

@@ -71,20 +71,19 @@ std::unique_ptr<Slave> MakeModbus(const SlaveOptions& options) {
 }
 
 std::unique_ptr<Slave> MakeAny(const SlaveOptions& options) {
-  if (!options.addresses.empty()) throw Problem("Slave addresses need one protocol.");
-  return std::make_unique<AnySlave>(MakeTarnlink({}), MakeZolt({}), MakeModbus({}));
+  return std::make_unique<AnySlave>(MakeTarnlink({}), MakeZolt(options), MakeModbus({}));
 }
 
 }  // namespace
 
 std::unique_ptr<Slave> MakeSlave(std::string_view protocol, const SlaveOptions& options) {
   if (protocol == "zolt") return MakeZolt(options);
+  if (protocol == "any") return MakeAny(options);
   if (options.answers_corrupted) {
     throw Problem("Only a ZOLT slave can answer that a request is corrupted.");
   }
   if (protocol == "tarnlink") return MakeTarnlink(options);
   if (protocol == "modbus") return MakeModbus(options);
-  if (protocol == "any") return MakeAny(options);
   throw Problem("The boiler does not speak the protocol \"" + std::string(protocol) +
                 "\"; it speaks tarnlink, zolt, modbus, or any.");
 }
@@ -92,6 +91,13 @@ std::unique_ptr<Slave> MakeSlave(std::string_view protocol, const SlaveOptions& 
 SimulatedBoiler::SimulatedBoiler(const Options& options, LogSink log)
     : controller_(options.seed),
       slave_(MakeSlave(options.protocol, options.slave)),
-      line_(controller_, *slave_, options.line, options.seed, std::move(log)) {}
+      line_(controller_, *slave_, options.line, options.seed, std::move(log)) {
+  const auto& [addresses, gap_us] = options.second_master;
+  if (addresses.empty()) return;
+  if (options.protocol != "zolt" && options.protocol != "any") {
+    throw Problem("A second master speaks ZOLT, which this boiler does not.");
+  }
+  line_.Join(SecondMaster(ZoltAddresses(addresses), gap_us));
+}
 
 }  // namespace boiler

@@ -16,7 +16,7 @@ namespace boiler {
 // What can be chosen of a slave beside its protocol.
 struct SlaveOptions {
   // Under which addresses it answers, with commas between them: 0 to F for ZOLT, 1 to 247 for
-  // Modbus; empty for the protocol's first.
+  // Modbus; empty for the protocol's first. A slave of any protocol takes those of ZOLT.
   std::string addresses;
   bool answers_corrupted = false;  // ZOLT: says so when the check of a request is wrong
 };
@@ -25,16 +25,24 @@ struct SlaveOptions {
 // that the protocol does not have. Each protocol that comes along is made here.
 std::unique_ptr<Slave> MakeSlave(std::string_view protocol, const SlaveOptions& options = {});
 
+// Another master on the line, which asks ZOLT slaves for all their data IDs in turn.
+struct SecondMasterOptions {
+  std::string addresses;         // which ones, as those of the slave; empty for no such master
+  std::int64_t gap_us = 20'000;  // of silence ahead of each of its requests
+};
+
 class SimulatedBoiler {
  public:
   struct Options {
     std::string protocol = "tarnlink";
     SlaveOptions slave{};
     LineOptions line{};
+    SecondMasterOptions second_master{};
     std::uint64_t seed = 1;
   };
 
-  // Without a sink the log is thrown away.
+  // Without a sink the log is thrown away. Throws Problem as MakeSlave does, and for a second
+  // master where ZOLT is not spoken.
   explicit SimulatedBoiler(
       const Options& options, LogSink log = [](const LogEntry&) {});
 

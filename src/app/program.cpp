@@ -5,6 +5,7 @@
 #include "common/numbers.h"
 #include "common/text.h"
 #include "monitor/project_paths.h"
+#include "monitor/tool_commands.h"
 #include "ui/on_demand.h"
 
 namespace tarnlink {
@@ -69,10 +70,14 @@ Program::Program() : tool_host_(ToolHostOf(platform_, monitor_)) {
   monitor_.main.ShowErrorGenerator = [this] { tools_->ShowErrorGenerator(); };
   monitor_.main.ShowGraphic = [this] { graph_->Show(monitor_.main.GraphicFile); };
   monitor_.main.Unload = [this] {
-    graph_->Leave([this] {
-      window_.LetGo();
-      QCoreApplication::quit();
-    });
+    window_.LetGo();
+    QCoreApplication::quit();
+  };
+  graph_->ShowAgain = [this](const std::string& properties) {
+    OpenTool(monitor_.main, [&] { graph_->Show(properties); });
+  };
+  monitor_.main.MayEnd = [this](std::function<void()> again) {
+    return graph_->Leave(std::move(again));
   };
 }
 

@@ -5,6 +5,7 @@
 #include "common/numbers.h"
 #include "common/run_time_error.h"
 #include "common/text.h"
+#include "common/text_file.h"
 #include "files/line_fields.h"
 #include "monitor/location_table.h"
 
@@ -33,31 +34,46 @@ std::int32_t TypeOf(std::string_view field) {
   return kSniffSignedWord;
 }
 
-SnifferRecord RecordOf(std::string_view line) {
+bool IsBlank(std::string_view line) {
+  return line.find_first_not_of(" \t") == std::string_view::npos;
+}
+
+void TakeLine(std::string_view line, SnifferFile& file) {
+  if (IsBlank(line)) return;
+  if (line.starts_with(kRevisionMark)) {
+    file.Revision = line.substr(1);
+    return;
+  }
+  if (file.records.size() == kMostSnifferRecords) {
+    throw RunTimeError(kSubscript, "The file holds more than " +
+                                       std::to_string(kMostSnifferRecords) + " records.");
+  }
   LineFields fields(line);
   SnifferRecord record;
   record.Name = fields.Next("The name");
   record.ID = IdOfField(fields.Next("The ID"));
-  record.Representation = RepresentationOf(fields.Next("The representation"));
+  const std::string_view representation = fields.Next("The representation");
   record.Type = TypeOf(fields.Rest());
-  return record;
+  record.Representation = kHexadecimal;
+  file.records.push_back(record);
+  // One that is none of the four costs neither name nor value.
+  file.records.back().Representation = RepresentationOf(representation);
 }
 
 }  // namespace
 
 SnifferFile ReadSnifferFile(std::string_view text) {
   SnifferFile file;
-  file.failure = TakeLines(text, [&file](std::string_view line) {
-    if (line.starts_with(kRevisionMark)) {
-      file.Revision = line.substr(1);
-      return;
+  int number = 0;
+  LineReader lines(text);
+  for (std::string_view line; lines.Next(line);) {
+    ++number;
+    try {
+      TakeLine(line, file);
+    } catch (const RunTimeError& error) {
+      if (!file.failure) file.failure = BadLine{number, error.what()};
     }
-    if (file.records.size() == kMostSnifferRecords) {
-      throw RunTimeError(kSubscript, "The file holds more than " +
-                                         std::to_string(kMostSnifferRecords) + " records.");
-    }
-    file.records.push_back(RecordOf(line));
-  });
+  }
   return file;
 }
 

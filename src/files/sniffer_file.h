@@ -34,9 +34,9 @@ struct SnifferRecord {
 };
 
 struct SnifferFile {
-  std::string Revision = "Unknown revision";  // as far as the file was read
-  std::vector<SnifferRecord> records;         // those before the failure stay
-  std::optional<BadLine> failure;
+  std::string Revision = "Unknown revision";
+  std::vector<SnifferRecord> records;
+  std::optional<BadLine> failure;  // the first line that could not be read; all others have been
 };
 
 SnifferFile ReadSnifferFile(std::string_view text);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "graph/frm_context_menu.h"
@@ -23,13 +24,20 @@ class AutoSave {
 
   // Writes the file of the day that has passed or, as the graph is left, is under way.
   std::function<void()> AutoSaveMeasurements;
+  // Tries once more if the file of a day has failed. Called every ten minutes.
+  std::function<void()> SaveLostDay;
 
  private:
   void AutoSaveTimer();
+  void Later(void (AutoSave::*save)());
+  void Run(void (AutoSave::*save)());
   void Save();
+  void Retry();
 
   frmGraphic& graph_;
   frmContextMenu& menu_;
+  int ticks_ = 0;
+  std::unique_ptr<Timer> save_timer_;  // a new one each time: below a box the next day comes
 };
 
 }  // namespace tarnlink

@@ -75,12 +75,6 @@ void GraphAcquisition::InitCom() {
   SendOrRetry();
 }
 
-// Of request and answer on the line, in ms.
-int GraphAcquisition::TimeOfExchange() const {
-  constexpr int kBits = 2 * zolt_frame::kLength * 10;
-  return kBits * 1000 / SpeedOf(options_);
-}
-
 void GraphAcquisition::SayBusy() {
   graph_.CommWatch->SetEnabled(false);
   graph_.ZOLTCommunication = false;
@@ -261,7 +255,7 @@ bool GraphAcquisition::MayBeOneTooMany() const {
 // trusted for a while.
 bool GraphAcquisition::IsTooEarly() const {
   constexpr int kTwoLines = 1;  // may share an ID
-  return repeated_ > kTwoLines && Milliseconds() - sent_ < TimeOfExchange();
+  return repeated_ > kTwoLines && Milliseconds() - sent_ < TimeOfExchange(options_);
 }
 
 void GraphAcquisition::GiveUpRequest() {
@@ -302,7 +296,7 @@ void GraphAcquisition::QuietTick() {
     return;
   }
   if (graph_.Comm->InBufferCount() > 0) DropWhatComes();
-  if (!doubt_.AllowsRequest(kQuietTick, TimeOfExchange())) return;
+  if (!doubt_.AllowsRequest(kQuietTick, TimeOfExchange(options_))) return;
   quiet_watch_->SetEnabled(false);
   given_up_.clear();
   constexpr int kTrusted = 200;  // answers: less than a minute on a usual line

@@ -66,7 +66,6 @@ class GraphAcquisition {
   bool IsPolled(int index) const;
   std::string NextFrame();
   void SendOrRetry();
-  int TimeOfExchange() const;
 
   frmGraphic& graph_;
   frmContextMenu& menu_;

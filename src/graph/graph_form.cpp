@@ -54,6 +54,7 @@ void GraphForm::ComeBack() {
   menu_.mnuAutoSave.Checked = false;
   menu_.SetTimeScroll(false);
   menu_.SetCommunication(false);
+  if (files_.DrawAgain) files_.DrawAgain();
   graph_.form.Visible = true;
   if (Returned) Returned();
 }

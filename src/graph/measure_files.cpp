@@ -1,5 +1,6 @@
 #include "graph/measure_files.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string_view>
@@ -54,6 +55,7 @@ MeasureFiles::MeasureFiles(frmGraphic& graph, frmContextMenu& menu, AutoSave& au
       auto_save_(auto_save),
       show_timer_(graph.platform().CreateTimer()) {
   auto_save_.AutoSaveMeasurements = [this] { AutoSaveMeasurements(); };
+  auto_save_.SaveLostDay = [this] { SaveLostDay(); };
   progress.cmdCancel.Click = [this] { Cancel(); };
   show_timer_->SetInterval(kShowInterval);
   show_timer_->SetOnTimer([this] {
@@ -98,12 +100,25 @@ void MeasureFiles::AutoSaveMeasurements() {
     auto_save_waits_ = false;
     AutoSaveMeasurements();
   });
-  if (auto_save_waits_) return;
+  if (!auto_save_waits_) SaveDay(false);
+}
+
+void MeasureFiles::SaveLostDay() {
+  if (lost_since_ != kNever && !IsBusy()) SaveDay(true);
+}
+
+void MeasureFiles::SaveDay(bool is_retry) {
   Graphic& data = graph_.Data;
-  const std::string name = auto_save_.GetNewFileName(data.AutoSaveDir, data.AutoSaveDay);
-  const std::int64_t newer_than = ToSeconds(data.AutoSaveDay);
-  data.AutoSaveDay = std::floor(graph_.Now());
-  Save({.kind = Kind::kSave, .name = name, .with_measurements = true, .is_asked_for = false},
+  const std::int64_t newer_than =
+      std::min(ToSeconds(data.AutoSaveDay), std::exchange(lost_since_, kNever));
+  const std::string name = auto_save_.GetNewFileName(data.AutoSaveDir, FromSeconds(newer_than));
+  if (!is_retry) data.AutoSaveDay = std::floor(graph_.Now());
+  Save({.kind = Kind::kSave,
+        .name = name,
+        .with_measurements = true,
+        .is_asked_for = false,
+        .newer_than = newer_than,
+        .is_told = !is_retry},
        newer_than);
 }
 
@@ -200,9 +215,10 @@ void MeasureFiles::Begin(Task task, std::unique_ptr<FileJob> job) {
   progress.caption.Caption = kTexts.at(static_cast<std::size_t>(task.kind)).caption;
   progress.lblFile.Caption = task.name;
   progress.prgShare.Value = 0;
-  progress.TakesFocus = task.is_asked_for;
-  // A day that is stopped would be missing.
-  progress.cmdCancel.Enabled = task.is_asked_for;
+  progress.TakesFocus = task.is_asked_for || is_awaited_;
+  // A day that is stopped would be missing. But a disk that does not answer must not keep a graph
+  // that was left.
+  progress.cmdCancel.Enabled = task.is_asked_for || when_idle_;
   task_ = std::move(task);
   job_ = std::move(job);
   step_timer_ = graph_.platform().CreateTimer();
@@ -210,6 +226,7 @@ void MeasureFiles::Begin(Task task, std::unique_ptr<FileJob> job) {
   step_timer_->SetOnTimer([this] { Step(); });
   step_timer_->SetEnabled(true);
   show_timer_->SetEnabled(true);
+  if (is_awaited_) progress.form.Visible = true;
 }
 
 void MeasureFiles::Step() {
@@ -242,7 +259,12 @@ MeasureFiles::Task MeasureFiles::EndJob() {
 
 void MeasureFiles::Cancel() {
   if (!IsBusy()) return;
-  if (EndJob().kind == Kind::kLoad) RestoreLink();
+  const Task task = EndJob();
+  if (task.kind == Kind::kLoad) {
+    RestoreLink();
+  } else {
+    NoteFailed(task);
+  }
   DoNext();
 }
 
@@ -254,15 +276,28 @@ void MeasureFiles::RestoreLink() {
 }
 
 void MeasureFiles::StopLoads() {
-  std::erase_if(waiting_, [](const auto& each) { return each.first == Kind::kLoad; });
+  DropLoads();
   if (!IsBusy() || task_->kind != Kind::kLoad) return;
   EndJob();
   reader_.reset();
   DoNext();
 }
 
+void MeasureFiles::DropLoads() {
+  std::erase_if(waiting_, [](const auto& each) { return each.first == Kind::kLoad; });
+}
+
+void MeasureFiles::AwaitEnd() {
+  is_awaited_ = true;
+  if (!IsBusy()) return;
+  progress.form.Visible = false;  // modal windows are so from the beginning
+  progress.TakesFocus = true;
+  progress.form.Visible = true;
+}
+
 void MeasureFiles::WhenIdle(std::function<void()> call) {
   when_idle_ = std::move(call);
+  progress.cmdCancel.Enabled = true;
   DoNext();
 }
 
@@ -289,6 +324,7 @@ void MeasureFiles::Take(const Task& task) {
   if (task.kind == Kind::kLoad) {
     if (task.with_measurements) StayStopped();
     HandOver();
+    lost_since_ = kNever;
     if (task.with_measurements) graph_.BaseTime = graph_.CursorTime = graph_.Data.LastTime;
     if (DrawAgain) DrawAgain();
   }
@@ -307,11 +343,20 @@ void MeasureFiles::Tell(const Task& task, const RunTimeError& error) {
   if (task.kind == Kind::kLoad) {
     HandOver();
   } else {
-    has_failed_write_ = true;
+    NoteFailed(task);
   }
+  if (!task.is_told) return;
   const Texts& texts = kTexts.at(static_cast<std::size_t>(task.kind));
   graph_.platform().dialogs().MessageBox(
       {.text = texts.error, .title = texts.title, .icon = Icon::kCritical, .detail = error.what()});
+  if (task.kind != Kind::kLoad) DropLoads();
+}
+
+// A load that was to come behind it would replace what is in memory only.
+void MeasureFiles::NoteFailed(const Task& task) {
+  has_failed_write_ = true;
+  lost_since_ = std::min(lost_since_, task.newer_than);
+  DropLoads();
 }
 
 // They may have been started again while the file was read.
@@ -333,6 +378,7 @@ void MeasureFiles::DoNext() {
     next();
   }
   if (IsBusy() || endings_ > 0 || !when_idle_) return;
+  is_awaited_ = false;
   const std::function<void()> call = std::exchange(when_idle_, {});
   call();
 }

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -42,8 +43,10 @@ class MeasureFiles {
   // What was there is replaced in the end, by as much as could be read; a stopped load leaves it
   // all, and acquisition and scrolling as they were before.
   void LoadMeasureFile(const std::string& FileName, bool WithMeasurements, Then then = {});
-  // The file of the day that has passed.
+  // The file of the day that has passed. After one that failed it begins there, and has that name.
   void AutoSaveMeasurements();
+  // The same at once if one has failed; without a word if it fails again.
+  void SaveLostDay();
   // A text, or a workbook if the name ends in ".xlsx".
   void ExportMeasureFile(const std::string& FileName, Then then = {});
 
@@ -53,12 +56,15 @@ class MeasureFiles {
 
   // A file is being read or written. What comes now waits for it.
   bool IsBusy() const { return job_ != nullptr; }
-  // Stops what is under way, as the window's button does; what waits comes next.
+  // Stops what is under way, as the window's button does; what waits comes next. What was to be
+  // written counts as failed, without a word.
   void Cancel();
   // The graph is left: loads are stopped, and nothing becomes of them. All else goes on.
   void StopLoads();
+  // Somebody waits for the end: from now on the window comes at once, and takes the focus.
+  void AwaitEnd();
   // Calls once nothing is under way, nothing waits and no box of a file stands, which may be at
-  // once.
+  // once. Until then everything can be stopped.
   void WhenIdle(std::function<void()> call);
   // The same, but all else is finished here. Waits for the disk.
   void FinishNow();
@@ -69,13 +75,16 @@ class MeasureFiles {
 
  private:
   enum class Kind { kLoad, kSave, kExport };
+  static constexpr std::int64_t kNever = std::numeric_limits<std::int64_t>::max();
   // What is to be done, or under way.
   struct Task {
     Kind kind;
     std::string name;
     bool with_measurements = false;
     Then then = {};
-    bool is_asked_for = true;  // by the user, now
+    bool is_asked_for = true;          // by the user, now
+    std::int64_t newer_than = kNever;  // of a day
+    bool is_told = true;               // if it fails
   };
   // How acquisition and scrolling were before a load.
   struct Link {
@@ -84,6 +93,7 @@ class MeasureFiles {
     Date cursor = 0;
   };
 
+  void SaveDay(bool is_retry);
   void Save(Task task, std::optional<std::int64_t> newer_than);
   void Write(Task task, std::unique_ptr<PieceSource> source, bool is_sheet);
   void Load(Task task);
@@ -101,8 +111,10 @@ class MeasureFiles {
   void Take(const Task& task);
   void Fail(const Task& task, const RunTimeError& error);
   void Tell(const Task& task, const RunTimeError& error);
+  void NoteFailed(const Task& task);
   void StayStopped();
   void HandOver();
+  void DropLoads();
   void DoNext();
   void RestoreLink();
 
@@ -117,9 +129,11 @@ class MeasureFiles {
   std::unique_ptr<Timer> show_timer_;
   std::deque<std::pair<Kind, std::function<void()>>> waiting_;
   bool auto_save_waits_ = false;
+  std::int64_t lost_since_ = kNever;  // the beginning of the first day whose file has failed
   bool has_failed_write_ = false;
   int endings_ = 0;  // under way: each may have a box standing, with more files behind it
   std::function<void()> when_idle_;
+  bool is_awaited_ = false;
   bool is_left_ = false;  // what the files were for is gone
 };
 

@@ -222,7 +222,9 @@ class frm_Main : public RunFields {
   // The screen is another one, or begins anew: nothing of it can be undone.
   std::function<void()> ForgetEdits;
 
-  // Ends the program after leaving; the composition hooks in here.
+  // What the composition hooks in for leaving the program. False if a tool still writes a file; if
+  // that comes to its end, `again` is called. And the end itself.
+  std::function<bool(std::function<void()> again)> MayEnd;
   std::function<void()> Unload;
 
  private:

@@ -103,6 +103,8 @@ void StartAndLeave::LoadFolders() {
 
 void StartAndLeave::M_exit() {
   if (!SaveWhatChanged()) return;
+  // What is asked here is asked once more then: the window stays at work meanwhile.
+  if (main_.MayEnd && !main_.MayEnd([this] { M_exit(); })) return;
   main_.tmr_noresponse->SetEnabled(false);
   main_.Comm_Timer->SetEnabled(false);
   main_.tmr_MsgTimeout->SetEnabled(false);

@@ -2,12 +2,24 @@
 
 namespace tarnlink {
 
+namespace {
+
+// A run that ended for a silent slave opens its port once more, for nothing but Stop. The tool
+// would find it in use, by this program.
+void LetPortGo(frm_Main& main) {
+  main.tmr_noresponse->SetEnabled(false);
+  if (main.Comm->PortOpen()) main.Comm->SetPortOpen(false);
+}
+
+}  // namespace
+
 void OpenTool(frm_Main& main, const std::function<void()>& show) {
   if (main.CommRunning) {
     main.platform().dialogs().MessageBox({.text = "Stop Communication First",
                                           .title = "Communication Error",
                                           .icon = Icon::kCritical});
   } else if (show) {
+    LetPortGo(main);
     show();
   }
 }

@@ -7,7 +7,7 @@
 
 namespace tarnlink {
 
-// Shows a tool, or says that the run must be stopped first.
+// Shows a tool, with the port let go, or says that the run must be stopped first.
 void OpenTool(frm_Main& main, const std::function<void()>& show);
 
 class ToolCommands {

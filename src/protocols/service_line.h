@@ -16,6 +16,9 @@ struct ServiceLine {
 // Bits in a second.
 int SpeedOf(const ServiceLine& line);
 
+// How long a request and its answer of one frame each take on the line, in ms.
+int TimeOfExchange(const ServiceLine& line);
+
 // Number, speed and framing for a port that is closed. Throws RunTimeError for a number or a speed
 // that no port has.
 void SetServiceLine(SerialPort& port, const ServiceLine& line);

@@ -1,7 +1,9 @@
 #include "tools/frm_cont_panel.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "common/dates.h"
 #include "common/run_time_error.h"
 #include "protocols/zolt_frame.h"
 #include "protocols/zolt_message.h"
@@ -14,12 +16,6 @@ namespace {
 constexpr int kTimeout = 3000;  // ms
 constexpr int kQuietTick = 20;  // ms
 constexpr const char* kTitle = "Customer Control Panel";
-
-// Of request and answer on the line, in ms.
-int TimeOfExchange(const ServiceLine& line) {
-  constexpr int kBits = 2 * zolt_frame::kLength * 10;
-  return kBits * 1000 / SpeedOf(line);
-}
 
 }  // namespace
 
@@ -58,6 +54,7 @@ void frm_ContPanel::Show() {
   Clear();
   caption.Caption = kTitle;
   error_texts = host_.LoadErrorTexts();
+  is_fast_ = false;
   ShowSlave();
   try {
     SetServiceLine(*comm_CtrlPanel, host_.line);
@@ -79,7 +76,7 @@ void frm_ContPanel::Unload() {
   Pending.fill(false);
   is_out_ = false;
   tim_CommTimeout->SetEnabled(false);
-  quiet_watch_->SetEnabled(false);
+  EndQuiet();
   CloseQuietly(*comm_CtrlPanel);
   if (Unloaded) Unloaded();
 }
@@ -89,7 +86,7 @@ void frm_ContPanel::Unload() {
 void frm_ContPanel::Update(int tab) {
   if (!form.Visible) return;
   RequestTab(tab);
-  SendNextRequest();
+  Ask();
 }
 
 void frm_ContPanel::UpdateCurrentTab() { Update(SSTab1.Tab); }
@@ -97,6 +94,12 @@ void frm_ContPanel::UpdateCurrentTab() { Update(SSTab1.Tab); }
 void frm_ContPanel::SetPending(int index) {
   if (!form.Visible) return;
   Pending.at(static_cast<std::size_t>(index)) = true;
+  Ask();
+}
+
+// What the user asks for has its own time.
+void frm_ContPanel::Ask() {
+  tim_CommTimeout->SetEnabled(false);
   SendNextRequest();
 }
 
@@ -116,15 +119,20 @@ int frm_ContPanel::FirstPending() const {
                           Pending.begin());
 }
 
+// While an answer may come that would pass for an entry of the history, the error code is asked for
+// before the entry: its answer comes behind.
+PanelRequest frm_ContPanel::NextRequest() {
+  const PanelRequest request = RequestOf(FirstPending(), chk_HeatDemand.Value);
+  if (!request.IsOfHistory() || !open_.HasOther(request)) return request;
+  Pending[kErrorCodeIndex] = true;
+  return RequestOf(kErrorCodeIndex, chk_HeatDemand.Value);
+}
+
 void frm_ContPanel::SendNextRequest() {
   // It goes out when the line is quiet.
   if (quiet_watch_->Enabled()) return;
-  int index = FirstPending();
-  if (index == kNothingPending && chkContinuousUpdate.Value) {
-    RequestCurrentTab();
-    index = FirstPending();
-  }
-  const PanelRequest request = RequestOf(index, chk_HeatDemand.Value);
+  if (FirstPending() == kNothingPending && chkContinuousUpdate.Value) RequestCurrentTab();
+  const PanelRequest request = NextRequest();
   if (request.Class == 0) {
     // Nothing is waited for, such as behind a late answer to what was given up.
     tim_CommTimeout->SetEnabled(false);
@@ -148,6 +156,7 @@ void frm_ContPanel::SendKEM3Message(std::uint8_t Class, std::int32_t Id, std::ui
     }
     port.SetRThreshold(zolt_frame::kLength);
     port.ClearInBuffer();
+    open_.Add({.Class = Class, .Id = Id, .DataHi = DataHi, .DataLo = DataLo}, Milliseconds());
     port.Output(BuildZoltMessage(Class, host_.SlaveAddress, Id, DataHi, DataLo));
     is_out_ = true;
     lblLine.Caption = "";
@@ -166,28 +175,58 @@ void frm_ContPanel::Received(int event) {
   try {
     const std::string bytes = comm_CtrlPanel->Input();
     if (quiet_watch_->Enabled()) return doubt_.Raise();
-    switch (frames_.Take(bytes)) {
-      case AnswerKind::kNone:
-        return comm_CtrlPanel->SetRThreshold(frames_.Missing());
-      case AnswerKind::kGood:
-        return TakeGood();
-      case AnswerKind::kCorrupt:
-        is_out_ = false;
-        return SendNextRequest();
-      case AnswerKind::kTorn:
-        return AwaitQuiet();
-    }
+    AnswerKind kind = frames_.Take(bytes);
+    while (kind == AnswerKind::kGood && !IsOurs(frames_.frame())) kind = frames_.Take({});
+    TakeAnswer(kind);
   } catch (const RunTimeError&) {
     // The time-out follows.
   }
 }
 
+void frm_ContPanel::TakeAnswer(AnswerKind kind) {
+  switch (kind) {
+    case AnswerKind::kNone:
+      return comm_CtrlPanel->SetRThreshold(frames_.Missing());
+    case AnswerKind::kGood:
+      return TakeGood();
+    case AnswerKind::kCorrupt:
+      is_out_ = false;
+      return SendNextRequest();
+    case AnswerKind::kTorn:
+      return AwaitQuiet();
+  }
+}
+
+// The answer of another slave is not for this panel: its own is still to come.
+bool frm_ContPanel::IsOurs(std::string_view frame) const {
+  return zolt_frame::Text(frame, zolt_frame::kSlave) == host_.SlaveAddress;
+}
+
+double frm_ContPanel::Milliseconds() const {
+  return host_.platform.clock().Now() * kSecondsPerDay * 1000;
+}
+
+// Sooner than the line can bring it.
+bool frm_ContPanel::IsEarly(int id) const {
+  return open_.IsEarly(id, Milliseconds(), TimeOfExchange(host_.line));
+}
+
 // After an answer to something else, or to the first of two equal requests, another one may be on
-// its way. All entries of the error history have one ID: its answers count only when asked for.
+// its way. An entry of the error history counts only when it is asked for, and not when it is early
+// and the same as the answer before: that one has come twice.
 void frm_ContPanel::TakeGood() {
   const std::string& frame = frames_.frame();
   const PanelRequest answered{.Id = zolt_frame::Number(frame, zolt_frame::kId)};
   const bool is_asked = is_out_ && answered.Id == request_.Id;
+  const bool is_early = is_asked && IsEarly(answered.Id);
+  const bool is_same = std::exchange(last_answer_, frame) == frame;
+  if (answered.IsOfHistory() && is_early && is_same && !is_fast_) {
+    Pending[kErrorCodeIndex] = true;
+    return AwaitQuiet();
+  }
+  // Some adapters bring every answer as soon as that.
+  is_fast_ = is_fast_ || (is_early && !is_same);
+  open_.Answered(answered.Id);
   if (is_asked || !answered.IsOfHistory()) ProcessKEM3Message(frame);
   if (is_asked) is_out_ = false;
   if (!is_asked || is_repeated_ || frames_.IsDoubtful()) return AwaitQuiet();
@@ -219,16 +258,21 @@ void frm_ContPanel::QuietTick() {
     doubt_.Raise();
   }
   if (!doubt_.AllowsRequest(kQuietTick, TimeOfExchange(host_.line))) return;
-  quiet_watch_->SetEnabled(false);
+  EndQuiet();
   is_out_ = false;  // what was to come has come by now
   SendNextRequest();
+}
+
+void frm_ContPanel::EndQuiet() {
+  quiet_watch_->SetEnabled(false);
+  doubt_.Clear();
 }
 
 // --- Silence -------------------------------------------------------------------------------------
 
 void frm_ContPanel::TimedOut() {
   tim_CommTimeout->SetEnabled(false);
-  quiet_watch_->SetEnabled(false);
+  EndQuiet();
   form.MousePointer = PointerForm::kDefaultPointer;
   if (!host_.IgnoresErrors()) {
     host_.platform.dialogs().MessageBox({.text = "No communication with slave",
@@ -238,8 +282,8 @@ void frm_ContPanel::TimedOut() {
     if (!form.Visible) return;
   }
   CloseQuietly(*comm_CtrlPanel);
-  quiet_watch_->SetEnabled(false);
-  tim_CommTimeout->SetEnabled(true);
+  EndQuiet();
+  Restart(*tim_CommTimeout);
   SendNextRequest();
 }
 

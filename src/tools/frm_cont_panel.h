@@ -5,12 +5,14 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "protocols/line_doubt.h"
 #include "tools/answer_frames.h"
 #include "tools/panel_answers.h"
 #include "tools/panel_form.h"
+#include "tools/panel_open_requests.h"
 #include "tools/tool_host.h"
 
 namespace tarnlink {
@@ -47,11 +49,18 @@ class frm_ContPanel : public PanelForm {
   void Update(int tab);
   void UpdateCurrentTab();
   void SetPending(int index);
+  void Ask();
   int FirstPending() const;
+  PanelRequest NextRequest();
   void Received(int event);
+  void TakeAnswer(AnswerKind kind);
+  bool IsOurs(std::string_view frame) const;
+  bool IsEarly(int id) const;
   void TakeGood();
+  double Milliseconds() const;
   void AwaitQuiet();
   void QuietTick();
+  void EndQuiet();
   void TimedOut();
 
   ToolHost& host_;
@@ -60,6 +69,9 @@ class frm_ContPanel : public PanelForm {
   PanelRequest request_;  // the one that is out, or the last one
   bool is_out_ = false;
   bool is_repeated_ = false;  // it went out before, without an answer: that may still come
+  PanelOpenRequests open_;
+  std::string last_answer_;
+  bool is_fast_ = false;  // answers may be sooner than the line can bring them
   LineDoubt doubt_;
   std::unique_ptr<Timer> quiet_watch_;  // runs while the next request waits for a quiet line
 };

@@ -206,6 +206,8 @@ void frm_IPMsgErr::Send() {
     if (!frame) return GiveUp();
     comm_ErrMsg->SetRThreshold(zolt_frame::kLength);
     comm_ErrMsg->ClearInBuffer();
+    sent_ = *frame;
+    received_.clear();
     comm_ErrMsg->Output(*frame);
   } catch (const RunTimeError& error) {
     GiveUp();
@@ -272,9 +274,12 @@ void frm_IPMsgErr::CommEvent(int event) {
 }
 
 void frm_IPMsgErr::Received() {
-  const std::string raw = comm_ErrMsg->Input();
-  txt_ReturnedData.Text = ShownBytes(raw);
-  ShowReceivedMessage(raw);
+  received_ += comm_ErrMsg->Input();
+  if (received_.starts_with(sent_)) received_.erase(0, std::exchange(sent_, {}).size());
+  const int missing = zolt_frame::kLength - static_cast<int>(received_.size());
+  if (missing > 0) return comm_ErrMsg->SetRThreshold(missing);
+  txt_ReturnedData.Text = ShownBytes(received_);
+  ShowReceivedMessage(received_);
   GiveUp();
   shp_Rx.BackColor = kRxLit;
   Restart(*tim_TxRxLed);

@@ -95,6 +95,8 @@ class frm_IPMsgErr {
   ToolHost& host_;
   RandomSource random_;
   bool is_loaded_ = false;
+  std::string sent_;      // which some adapters send back before the answer; empty when they have
+  std::string received_;  // without it
 };
 
 }  // namespace tarnlink

@@ -14,8 +14,6 @@ namespace {
 constexpr int kAnswerTime = 2500;  // ms
 constexpr int kMostRetries = 2;    // time-outs after which a known slave is given up
 constexpr int kQuietTick = 20;     // ms
-// Request and answer at 1200 baud. A faster line waits no less for quiet: few answers are bad.
-constexpr int kLongestExchange = 2 * zolt_frame::kLength * 10 * 1000 / 1200;
 
 constexpr int kNameStep = 0;
 constexpr int kNumberStep = 1;
@@ -24,6 +22,11 @@ constexpr int kHuPStep = 3;
 
 std::string VersionText(std::uint8_t major, std::uint8_t minor) {
   return std::to_string(major) + "." + Right("00" + std::to_string(minor), 2);
+}
+
+bool IsAddress(std::string_view character) {
+  constexpr std::string_view kCharacters = "0123456789ABCDEF";
+  return kCharacters.find(character) != std::string_view::npos;
 }
 
 }  // namespace
@@ -106,7 +109,9 @@ void frm_ScanSlaves::Begin() {
     // What no port has is told when it is opened.
   }
   ScanSlavesCom->SetRThreshold(zolt_frame::kLength);
-  ScanSendRequest();
+  if (!is_in_panel_) return ScanSendRequest();
+  Restart(*ScanSlavesTimer);
+  ShowState();
 }
 
 void frm_ScanSlaves::Halt() {
@@ -142,7 +147,12 @@ void frm_ScanSlaves::OpenPanel(int index) {
   }
   if (!host_.GoControlPanel) return;
   is_in_panel_ = true;
-  host_.GoControlPanel(index, [this] { is_in_panel_ = false; });
+  try {
+    host_.GoControlPanel(index, [this] { is_in_panel_ = false; });
+  } catch (...) {
+    is_in_panel_ = false;
+    throw;
+  }
 }
 
 // --- Requests ------------------------------------------------------------------------------------
@@ -233,6 +243,8 @@ void frm_ScanSlaves::Received() {
     doubt_.Raise();
     return;
   }
+  // What comes when nothing has gone out is no answer.
+  if (!is_out_) return;
   for (auto kind = frames_.Take(bytes); kind != AnswerKind::kNone; kind = frames_.Take({})) {
     if (kind == AnswerKind::kGood && !IsForUs(frames_.frame())) continue;
     ScanProcessResponse(frames_.frame());
@@ -245,10 +257,13 @@ void frm_ScanSlaves::Received() {
 // False for an answer that came late, or another slave's: the right one is still to come.
 bool frm_ScanSlaves::IsForUs(std::string_view frame) const {
   const ZoltMessage message = ParseZoltMessage(frame);
-  // One that says that the request was damaged need not know whom it was for.
-  if (message.Ack == 0 || message.Ack == zolt_frame::kCorruptedMessage) return true;
-  return message.Id == Request().id &&
-         zolt_frame::Text(frame, zolt_frame::kSlave) == Hex(ScanAddress);
+  if (message.Ack == 0) return true;
+  const std::string_view slave = zolt_frame::Text(frame, zolt_frame::kSlave);
+  // One that says that the request was damaged need not know what it was and whom it was for.
+  if (message.Ack == zolt_frame::kCorruptedMessage) {
+    return slave == Hex(ScanAddress) || !IsAddress(slave);
+  }
+  return message.Id == Request().id && slave == Hex(ScanAddress);
 }
 
 // What is still on its way would shift every answer from the next one on.
@@ -261,7 +276,7 @@ void frm_ScanSlaves::AwaitQuiet() {
 }
 
 void frm_ScanSlaves::QuietTick() {
-  if (doubt_.AllowsRequest(kQuietTick, kLongestExchange)) ScanSendRequest();
+  if (doubt_.AllowsRequest(kQuietTick, TimeOfExchange(host_.line))) ScanSendRequest();
 }
 
 void frm_ScanSlaves::DeviceGone() {

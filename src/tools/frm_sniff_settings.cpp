@@ -10,7 +10,7 @@ namespace tarnlink {
 
 namespace {
 
-constexpr int kIdDigits = 4;
+constexpr std::size_t kIdDigits = 4;
 constexpr int kLastBit = 7;  // of the low byte
 
 // A line end of either form is one blank.
@@ -35,9 +35,15 @@ frm_Sniff_Settings::frm_Sniff_Settings(frmSniffer& sniffer)
   txt_SniffAddress.ToolTipText = "ID in HEX format !";
   sniffer_.ShowSettings = [this](int Index) { Show(Index); };
   sniffer_.CloseSettings = [this] { Close(); };
-  opt_sniff_storage_type.Click = [this](int type) { TypeClicked(type); };
+  opt_sniff_storage_type.Click = [this](int type) {
+    TypeClicked(type);
+    lbl_Wrong.Caption = "";
+  };
   ud_Col.Step = [this](int step) { StepColumn(step); };
+  txt_SniffAddress.Change = txt_SniffBitAddress.Change = [this] { lbl_Wrong.Caption = ""; };
   cmd_Ok.Click = [this] {
+    lbl_Wrong.Caption = WhatIsWrong();
+    if (!lbl_Wrong.Caption->empty()) return;
     TakeOver();
     Close();
   };
@@ -56,6 +62,7 @@ void frm_Sniff_Settings::Show(int Index) {
   opt_sniff_storage_type.Choose(item.SnifferType);
   if (item.SnifferType == kSniffBit) txt_SniffBitAddress.Text = std::to_string(item.BitAddress);
   opt_Representation.Select(item.Representation);
+  lbl_Wrong.Caption = "";
   chk_Log.Value = item.LogEnable != 0;
   chk_UseDDE.Value = item.DDEEnable != 0;
   txt_ExcelColumn.Text = item.ExcelColumn;
@@ -76,9 +83,28 @@ void frm_Sniff_Settings::StepColumn(int step) {
   txt_ExcelColumn.Text = SteppedColumn(txt_ExcelColumn.Text.get(), step);
 }
 
+// As long as it is the item's, an ID is right whatever it is: it has come by.
+bool frm_Sniff_Settings::HasOtherId() const {
+  return txt_SniffAddress.Text.get() !=
+         sniffer_.SniffItems.at(static_cast<std::size_t>(index_)).Address;
+}
+
+std::string frm_Sniff_Settings::WhatIsWrong() const {
+  const std::string id = Trim(txt_SniffAddress.Text.get());
+  const bool is_id = !id.empty() && id.size() <= kIdDigits &&
+                     id.find_first_not_of("0123456789ABCDEFabcdef") == std::string::npos;
+  if (HasOtherId() && !is_id) {
+    return "The ID is 1 to " + std::to_string(kIdDigits) + " hexadecimal digits.";
+  }
+  const std::string bit = Trim(txt_SniffBitAddress.Text.get());
+  const bool is_bit = bit.size() == 1 && bit.front() >= '0' && bit.front() <= '0' + kLastBit;
+  if (!is_bit) return "The bit is 0 to " + std::to_string(kLastBit) + ".";
+  return "";
+}
+
 void frm_Sniff_Settings::TakeOver() {
   SniffLocation item = sniffer_.SniffItems.at(static_cast<std::size_t>(index_));
-  item.Address = FormatHex(txt_SniffAddress.Text.get(), kIdDigits);
+  if (HasOtherId()) item.Address = FormatHex(Trim(txt_SniffAddress.Text.get()), kIdDigits);
   item.Alias = InOneLine(txt_SniffAlias.Text.get());
   item.SnifferType = opt_sniff_storage_type.Selected();
   item.BitAddress = static_cast<std::uint8_t>(ValInt(txt_SniffBitAddress.Text.get(), 0, kLastBit));

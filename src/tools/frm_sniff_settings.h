@@ -1,6 +1,8 @@
 // The dialog for one item of the sniffer: its ID, its name, and what is shown of its value.
 #pragma once
 
+#include <string>
+
 #include "common/controls.h"
 #include "common/dialog_controls.h"
 #include "tools/frm_sniffer.h"
@@ -32,6 +34,7 @@ class frm_Sniff_Settings {
   CheckBox chk_UseDDE{"chk_UseDDE", "DDE"};
   TextBox txt_ExcelColumn{"txt_ExcelColumn"};
   SpinButton ud_Col{"ud_Col"};
+  Label lbl_Wrong{"lbl_Wrong"};  // why Ok has taken nothing over
   CommandButton cmd_Ok{"cmd_Ok", "Ok"};
   CommandButton cmd_Cancel{"cmd_Cancel", "Cancel"};
   CommandButton cmdDeleteLocation{"cmdDeleteLocation", "Delete Location"};
@@ -43,6 +46,9 @@ class frm_Sniff_Settings {
  private:
   void TypeClicked(int type);
   void StepColumn(int step);
+  bool HasOtherId() const;
+  // Empty if all can be taken over.
+  std::string WhatIsWrong() const;
   void TakeOver();
 
   frmSniffer& sniffer_;

@@ -60,6 +60,7 @@ void frmSniffer::BindText() {
   cmd_Clear.Click = [this] {
     text_.Clear();
     ShowText();
+    lbl_Find.Caption = "";
   };
   cmd_Find.Click = [this] { Find(); };
   txt_Find.Change = [this] { lbl_Find.Caption = ""; };
@@ -77,6 +78,7 @@ void frmSniffer::BindItems() {
   RAM_TEXT.Arrow = [this](int index, const ArrowStep& step) {
     layout_.Step(index, step.right, step.down);
     LayOut();
+    BringIntoView(index);
   };
   Items.DragDrop = [this](float X, float Y) {
     const auto hold = std::exchange(hold_, std::nullopt);
@@ -114,6 +116,7 @@ void frmSniffer::Reset() {
   hold_.reset();
   detected_.clear();
   placed_.clear();
+  last_answers_.clear();
   last_item_ = 0;
   from_master_ = false;
   List_DetectedID.List = {};
@@ -149,7 +152,7 @@ void frmSniffer::ReadIDItems() {
     if (file_.failure) {
       box.text = StripFileFromPath(path) + ", line " + std::to_string(file_.failure->line) + ": " +
                  file_.failure->reason;
-      box.detail = "The lines from there on are left out.";
+      box.detail = "The rest of the file has been read.";
     }
   } catch (const RunTimeError& error) {
     box.text = "Sniffer text file not found.";
@@ -279,7 +282,8 @@ void frmSniffer::ProcessSnifferMessage(std::string_view Raw) {
 }
 
 void frmSniffer::Detect(const SniffedFrame& frame) {
-  if (detected_.insert(frame.id).second) {
+  const std::string id = ToUpper(frame.id);
+  if (detected_.insert(id).second) {
     for (ListBox* const list : {&List_DetectedID, &List_DisplayDetectedID}) {
       std::vector<std::string> rows = list->List;
       rows.push_back(frame.id);
@@ -287,26 +291,48 @@ void frmSniffer::Detect(const SniffedFrame& frame) {
     }
   }
   // Also of an ID whose answer was heard before its first request.
-  if (!from_master_ || placed_.contains(frame.id)) return;
+  if (!from_master_ || placed_.contains(id)) return;
   PlaceItem(frame.id, static_cast<std::int32_t>(HexNumber(frame.high + frame.low)));
 }
 
 void frmSniffer::ShowAnswer(const std::string& id, std::string_view raw) {
+  last_answers_[ToUpper(id)] = raw;
   for (int i = 1; i <= last_item_; ++i) {
-    SniffLocation& item = SniffItems.at(static_cast<std::size_t>(i));
-    if (HasItem(i) && item.Address == id) RAM_VALUE(i).Text = TakeSniffedValue(item, raw);
+    if (IsOn(i, id)) ShowLastAnswer(i);
   }
+}
+
+// Nothing until there has been one.
+void frmSniffer::ShowLastAnswer(int index) {
+  SniffLocation& item = SniffItems.at(static_cast<std::size_t>(index));
+  const auto answer = last_answers_.find(ToUpper(item.Address));
+  SetText(RAM_VALUE, index,
+          answer == last_answers_.end() ? "" : TakeSniffedValue(item, answer->second));
 }
 
 // --- Items ---------------------------------------------------------------------------------------
 
-void frmSniffer::PlaceItem(const std::string& id, std::int32_t value) {
+int frmSniffer::PlaceItem(const std::string& id, std::int32_t value) {
   const int index = NextFreeItem();
-  if (index == 0) return;
-  placed_.insert(id);
+  if (index == 0) return 0;
+  placed_.insert(ToUpper(id));
   last_item_ = std::max(last_item_, index);
   layout_.Add(index);
   CheckNameAndValueWithFile(id, value, index);
+  return index;
+}
+
+bool frmSniffer::IsOn(int index, const std::string& id) const {
+  const std::string& address = SniffItems.at(static_cast<std::size_t>(index)).Address;
+  return HasItem(index) && ToUpper(address) == ToUpper(id);
+}
+
+// The first; 0 without one.
+int frmSniffer::ItemOf(const std::string& id) const {
+  for (int i = 1; i <= last_item_; ++i) {
+    if (IsOn(i, id)) return i;
+  }
+  return 0;
 }
 
 // The numbers of deleted items come again when all have been given. 0 if there is none.
@@ -324,8 +350,7 @@ void frmSniffer::ShowItem(int Index, const std::string& name) {
   const auto fill = [&](ControlArray<TextBox>& boxes, const std::string& text, float width) {
     TextBox& box = boxes.Load(Index);
     box.Locked = true;
-    box.Text = text;
-    box.ToolTipText = text;  // whole where the box is too narrow
+    SetText(boxes, Index, text);
     box.Width = width;
     box.Height = kItemHeight;
   };
@@ -336,16 +361,25 @@ void frmSniffer::ShowItem(int Index, const std::string& name) {
   for (ControlArray<TextBox>* const boxes : Boxes()) (*boxes)(Index).Visible = HasItem(Index);
 }
 
+// The tool tip shows it whole where the box is too narrow.
+void frmSniffer::SetText(ControlArray<TextBox>& boxes, int index, const std::string& text) {
+  TextBox& box = boxes(index);
+  box.Text = text;
+  box.ToolTipText = text;
+}
+
+void frmSniffer::BringIntoView(int index) {
+  if (Items.BringIntoView) Items.BringIntoView(index);
+}
+
 void frmSniffer::ChangeItem(int Index, const SniffLocation& item) {
   if (!HasItem(Index)) return;
   SniffLocation& known = SniffItems.at(static_cast<std::size_t>(Index));
-  const bool shows_the_same =
-      known.Address == item.Address && known.SnifferType == item.SnifferType &&
-      known.BitAddress == item.BitAddress && known.Representation == item.Representation;
+  // An item without a name is shown under its number as long as it is given none.
+  const std::string name = known.Alias == item.Alias ? RAM_TEXT(Index).Text.get() : item.Alias;
   known = item;
-  ShowItem(Index, item.Alias);
-  // Until the next answer there is nothing of that kind to show.
-  if (!shows_the_same) RAM_VALUE(Index).Text = "";
+  ShowItem(Index, name);
+  ShowLastAnswer(Index);
 }
 
 void frmSniffer::DeleteItem(int Index) {
@@ -353,17 +387,27 @@ void frmSniffer::DeleteItem(int Index) {
   layout_.Remove(Index);
   SniffItems.at(static_cast<std::size_t>(Index)) = InitialSniffLocation();
   ShowItem(Index, SniffItems.at(static_cast<std::size_t>(Index)).Alias);
-  RAM_VALUE(Index).Text = "";
+  SetText(RAM_VALUE, Index, "");
 }
 
 void frmSniffer::PlaceDetected(int row) {
   const std::vector<std::string>& ids = List_DisplayDetectedID.List;
   if (row < 0 || row >= static_cast<int>(ids.size())) return;
   const std::string id = ids.at(static_cast<std::size_t>(row));
-  for (int i = 1; i <= last_item_; ++i) {
-    if (HasItem(i) && SniffItems.at(static_cast<std::size_t>(i)).Address == id) return;
+  int index = ItemOf(id);
+  if (index == 0) {
+    index = PlaceItem(id, 0);
+    if (index == 0) return TellFull();
+    ShowLastAnswer(index);
   }
-  PlaceItem(id, 0);
+  BringIntoView(index);
+}
+
+void frmSniffer::TellFull() {
+  host_.platform.dialogs().MessageBox(
+      {.text = "There is room for " + std::to_string(kLastItem) + " items. Delete one first.",
+       .title = kTitle,
+       .icon = Icon::kInformation});
 }
 
 std::array<ControlArray<TextBox>*, 3> frmSniffer::Boxes() {
@@ -394,28 +438,39 @@ void frmSniffer::WriteText(const SniffedFrame& frame) {
   if (LogCheck.Value) WriteLog(frame, now);
 }
 
-// With the caret at its end.
+// With the caret at its end. At no moment it is beyond that.
 void frmSniffer::ShowText() {
+  const TextPiece end{CharacterCount(text_.get()), 0};
+  const TextPiece marked = txt_Messages.Marked;
+  if (marked.start + marked.length > end.start) txt_Messages.Marked = end;
   txt_Messages.Text = text_.get();
-  txt_Messages.Marked = TextPiece{CharacterCount(text_.get()), 0};
+  txt_Messages.Marked = end;
+  if (!lbl_Find.Caption->empty() && NextPlace()) lbl_Find.Caption = "";
 }
 
 void frmSniffer::SetSniffing(bool on) {
   sniffing = on;
   Command1.Enabled = !on;
   Command2.Enabled = on;
-  if (on) ShowText();
+  if (!on) return;
+  lbl_Find.Caption = "";
+  ShowText();
 }
 
 // In a box that runs on, what was found would be gone with the next frame.
 void frmSniffer::Find() {
   if (txt_Find.Text->empty()) return;
-  SetSniffing(false);
-  const TextPiece marked = txt_Messages.Marked;
-  const auto found =
-      FindInText(txt_Messages.Text.get(), txt_Find.Text.get(), marked.start + marked.length);
+  const auto found = NextPlace();
   lbl_Find.Caption = found ? "" : "Not found.";
-  if (found) txt_Messages.Marked = *found;
+  if (!found) return;
+  SetSniffing(false);
+  txt_Messages.Marked = *found;
+}
+
+// Behind what is marked.
+std::optional<TextPiece> frmSniffer::NextPlace() const {
+  const TextPiece marked = txt_Messages.Marked;
+  return FindInText(txt_Messages.Text.get(), txt_Find.Text.get(), marked.start + marked.length);
 }
 
 // --- The log -------------------------------------------------------------------------------------

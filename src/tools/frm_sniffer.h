@@ -4,6 +4,7 @@
 
 #include <array>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -32,6 +33,9 @@ class ItemArea : public Control {
   std::function<void(float X, float Y)> DragDrop;
   std::function<void()> DragCancel;
   std::function<void(float width)> Resized;
+
+  // Set by the view: scrolls until the item is to be seen.
+  std::function<void(int index)> BringIntoView;
 };
 
 // A text whose marked piece is state; an empty piece is the caret.
@@ -92,7 +96,7 @@ class frmSniffer {
   // What the settings dialog has made of an item.
   void ChangeItem(int Index, const SniffLocation& item);
   void DeleteItem(int Index);
-  // Gives an ID of the list an item, unless it has one or there is no more room.
+  // Gives an ID of the list an item, unless it has one; that is brought into view in any case.
   void PlaceDetected(int row);
 
   int frames() const { return frames_; }
@@ -122,9 +126,16 @@ class frmSniffer {
   void CountFrames(int good, int bad);
 
   void Detect(const SniffedFrame& frame);
-  void PlaceItem(const std::string& id, std::int32_t value);
+  // Its number, or 0 where there is no more room.
+  int PlaceItem(const std::string& id, std::int32_t value);
   int NextFreeItem();
+  int ItemOf(const std::string& id) const;
+  bool IsOn(int index, const std::string& id) const;
   void ShowAnswer(const std::string& id, std::string_view raw);
+  void ShowLastAnswer(int index);
+  void SetText(ControlArray<TextBox>& boxes, int index, const std::string& text);
+  void BringIntoView(int index);
+  void TellFull();
   std::array<ControlArray<TextBox>*, 3> Boxes();
   void LayOut();
   void ShowItem(int Index, const std::string& name);
@@ -133,6 +144,7 @@ class frmSniffer {
   void ShowText();
   void SetSniffing(bool on);
   void Find();
+  std::optional<TextPiece> NextPlace() const;
   void LogClicked();
   void BeginLog();
   void WriteLog(const SniffedFrame& frame, Date now);
@@ -141,8 +153,10 @@ class frmSniffer {
   SnifferFile file_;
   SnifferLayout layout_;
   std::optional<Hold> hold_;  // of the item that is being dragged
+  // By IDs in capital letters: a frame may have small ones.
   std::set<std::string> detected_;
-  std::set<std::string> placed_;  // IDs that were given an item once
+  std::set<std::string> placed_;                     // that were given an item once
+  std::map<std::string, std::string> last_answers_;  // the frames
   int last_item_ = 0;
   bool from_master_ = false;  // the last frame whose kind says it
 

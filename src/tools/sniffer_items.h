@@ -39,7 +39,7 @@ inline constexpr float kItemHeight = 300.0F;
 inline constexpr float kItemGap = 60.0F;
 inline constexpr float kItemNameWidth = 2000.0F;
 inline constexpr float kItemIdWidth = 620.0F;
-inline constexpr float kItemValueWidth = 1900.0F;  // sixteen binary digits
+inline constexpr float kItemValueWidth = 2100.0F;  // sixteen binary digits
 inline constexpr float kCellGap = 180.0F;          // between two items, and at the edge
 inline constexpr float kCellWidth =
     kItemNameWidth + kItemIdWidth + kItemValueWidth + 2 * kItemGap + kCellGap;

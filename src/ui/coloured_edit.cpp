@@ -1,7 +1,9 @@
 #include "ui/coloured_edit.h"
 
-#include <QApplication>
+#include <QEvent>
+#include <QGuiApplication>
 #include <QPainter>
+#include <QRegularExpression>
 #include <algorithm>
 
 #include "platform/qt/qt_colour.h"
@@ -13,44 +15,79 @@ namespace tarnlink {
 
 namespace {
 
-constexpr int kLamp = 14;  // pixels across
-constexpr int kGap = 6;    // pixels between a lamp and its caption
-constexpr int kAir = 4;    // pixels above and below together
+constexpr int kLamp = 14;     // pixels across
+constexpr int kGap = 6;       // pixels between a lamp and its caption
+constexpr int kAir = 4;       // pixels above and below together
+constexpr double kRim = 1.5;  // pixels
+constexpr int kLine = 40;     // average letters to a line of a caption
 
 const QColor kLit(0, 170, 0);
 
-void DrawLamp(QPainter& painter, const QRect& place, const QColor& colour, const QColor& rim) {
+// At the left of `widget`. One that is out is a ring: it is told from a lit one without colours
+// too.
+void DrawLamp(QWidget* widget, bool is_lit, const QColor& colour) {
+  QPainter painter(widget);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(rim);
-  painter.setBrush(colour);
+  painter.setPen(QPen(widget->palette().color(QPalette::PlaceholderText), kRim));
+  if (is_lit) painter.setBrush(colour);
+  const QRect place(0, (widget->height() - kLamp) / 2, kLamp, kLamp);
   painter.drawEllipse(place.adjusted(1, 1, -1, -1));
 }
 
+// What is not set here follows the desktop.
 void ShowColours(QLineEdit* edit, const TextBox& control) {
-  if (control.BackColor == kWindowBackground) {
-    edit->setPalette(QApplication::palette(edit));
-    return;
+  QPalette colours;
+  if (control.BackColor != kWindowBackground) {
+    const QColor background = ToQColor(control.BackColor);
+    colours.setColor(QPalette::Base, background);
+    colours.setColor(QPalette::Text, ReadableShade(ToQColor(control.ForeColor), background));
+  } else if (control.Locked) {
+    colours.setColor(QPalette::Base, QGuiApplication::palette().color(QPalette::Window));
   }
-  const QColor background = ToQColor(control.BackColor);
-  QPalette colours = edit->palette();
-  colours.setColor(QPalette::Base, background);
-  colours.setColor(QPalette::Text, ReadableShade(ToQColor(control.ForeColor), background));
   edit->setPalette(colours);
 }
+
+// The desktop takes other colours while the box is shown.
+class DesktopWatch final : public QObject {
+ public:
+  DesktopWatch(QLineEdit* edit, const TextBox& control)
+      : QObject(edit), edit_(edit), control_(control) {
+    edit->installEventFilter(this);
+  }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::PaletteChange) ShowColours(edit_, control_);
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  QLineEdit* edit_;
+  const TextBox& control_;
+};
 
 }  // namespace
 
 void BindColoured(QLineEdit* edit, TextBox& control) {
   Bind(edit, control);
+  edit->setCursorPosition(0);
+  if (control.Locked) edit->setFocusPolicy(Qt::ClickFocus);
   const auto show = [edit, &control] {
     ShowCommon(edit, control);
-    edit->setReadOnly(control.Locked);
+    if (edit->isReadOnly() != control.Locked.get()) {
+      edit->setReadOnly(control.Locked);
+      edit->setFocusPolicy(control.Locked ? Qt::ClickFocus : Qt::StrongFocus);
+    }
     const QString text = ToQt(control.Text.get());
-    if (edit->text() != text) edit->setText(text);
+    if (edit->text() != text) {
+      edit->setText(text);
+      // A long text is read from its beginning.
+      if (control.Locked) edit->setCursorPosition(0);
+    }
     ShowColours(edit, control);
   };
   control.SetView(show);
   show();
+  new DesktopWatch(edit, control);
 }
 
 Lamp::Lamp(PlacedControl& control, const QString& name, QWidget* parent)
@@ -58,18 +95,22 @@ Lamp::Lamp(PlacedControl& control, const QString& name, QWidget* parent)
   setObjectName(ToQt(control_.name()));
   setAccessibleName(name);
   setToolTip(name);
-  control_.SetView([this] { update(); });
+  control_.SetView([this] { ShowControl(); });
+  ShowControl();
 }
 
 Lamp::~Lamp() { control_.SetView({}); }
 
+void Lamp::ShowControl() {
+  setAccessibleDescription(IsLit() ? tr("on") : tr("off"));
+  update();
+}
+
+bool Lamp::IsLit() const { return control_.BackColor != kFormBackground; }
+
 QSize Lamp::sizeHint() const { return {kLamp, kLamp}; }
 
-void Lamp::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  DrawLamp(painter, QRect(0, (height() - kLamp) / 2, kLamp, kLamp), ToQColor(control_.BackColor),
-           palette().color(QPalette::Dark));
-}
+void Lamp::paintEvent(QPaintEvent*) { DrawLamp(this, IsLit(), ToQColor(control_.BackColor)); }
 
 BitLamp::BitLamp(CheckBox& control, QWidget* parent) : QWidget(parent), control_(control) {
   setObjectName(ToQt(control_.name()));
@@ -86,18 +127,24 @@ void BitLamp::ShowControl() {
   update();
 }
 
+// Several blanks part what stands on two lines.
+QString BitLamp::ShownCaption() const {
+  static const QRegularExpression blanks(QStringLiteral(" {2,}"));
+  return accessibleName().replace(blanks, QStringLiteral("\n"));
+}
+
 QSize BitLamp::sizeHint() const {
-  return {kLamp + kGap + fontMetrics().horizontalAdvance(accessibleName()) + kGap,
-          std::max(kLamp, fontMetrics().height()) + kAir};
+  const QRect room(0, 0, fontMetrics().averageCharWidth() * kLine, 0);
+  const QSize caption = fontMetrics().boundingRect(room, Qt::TextWordWrap, ShownCaption()).size();
+  return {kLamp + kGap + caption.width() + kGap, std::max(kLamp, caption.height()) + kAir};
 }
 
 void BitLamp::paintEvent(QPaintEvent*) {
+  DrawLamp(this, control_.Value, kLit);
   QPainter painter(this);
-  DrawLamp(painter, QRect(0, (height() - kLamp) / 2, kLamp, kLamp),
-           control_.Value ? kLit : palette().color(QPalette::Mid), palette().color(QPalette::Dark));
   painter.setPen(palette().color(QPalette::WindowText));
   painter.drawText(rect().adjusted(kLamp + kGap, 0, 0, 0),
-                   Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, accessibleName());
+                   Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap, ShownCaption());
 }
 
 }  // namespace tarnlink

@@ -8,37 +8,45 @@
 
 namespace tarnlink {
 
-// As `Bind`, with the control's background; letters take the colour that can be read on it.
+// As `Bind`, with the control's background; letters take the colour that can be read on it. One
+// that is locked stands on the ground of the window, and shows the beginning of a long text.
 void BindColoured(QLineEdit* edit, TextBox& control);
 
-// A round lamp in the background colour of its control, which outlives it.
+// A round lamp in the background colour of its control, which outlives it; out in that of a form.
 class Lamp final : public QWidget {
  public:
   Lamp(PlacedControl& control, const QString& name, QWidget* parent);
   ~Lamp() override;
 
   QSize sizeHint() const override;
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-
- private:
-  PlacedControl& control_;
-};
-
-// A bit that is only looked at: a lamp that is lit while the box is ticked, and its caption.
-class BitLamp final : public QWidget {
- public:
-  BitLamp(CheckBox& control, QWidget* parent);
-  ~BitLamp() override;
-
-  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
   void ShowControl();
+  bool IsLit() const;
+
+  PlacedControl& control_;
+};
+
+// A bit that is only looked at: a lamp that is lit while the box is ticked, and its caption, a long
+// one on several lines.
+class BitLamp final : public QWidget {
+ public:
+  BitLamp(CheckBox& control, QWidget* parent);
+  ~BitLamp() override;
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void ShowControl();
+  QString ShownCaption() const;
 
   CheckBox& control_;
 };

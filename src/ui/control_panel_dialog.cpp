@@ -1,6 +1,7 @@
 #include "ui/control_panel_dialog.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -15,6 +16,7 @@
 #include "ui/binders.h"
 #include "ui/coloured_edit.h"
 #include "ui/palette.h"
+#include "ui/scrolled_page.h"
 
 namespace tarnlink {
 
@@ -22,16 +24,8 @@ namespace {
 
 constexpr int kNumberWidth = 80;  // pixels
 constexpr int kTextWidth = 220;   // pixels
-
-// The parts of a tab, one under or beside the other, and its button at the foot.
-QWidget* Page(QLayout* parts, QWidget* button) {
-  auto* page = new QWidget;
-  auto* layout = new QVBoxLayout(page);
-  layout->addLayout(parts);
-  layout->addStretch();
-  layout->addWidget(button, 0, Qt::AlignRight);
-  return page;
-}
+constexpr int kColumnGap = 24;    // pixels
+constexpr int kTabLight = 130;    // % of the window's light
 
 QHBoxLayout* Beside(const std::vector<QWidget*>& parts) {
   auto* row = new QHBoxLayout;
@@ -42,11 +36,42 @@ QHBoxLayout* Beside(const std::vector<QWidget*>& parts) {
 
 }  // namespace
 
-ControlPanelDialog::ControlPanelDialog(frm_ContPanel& form, QWidget* parent)
-    : QDialog(parent), form_(form), tabs_(new QTabWidget(this)) {
-  setObjectName(ToQt(form_.form.name()));
-  setModal(true);
+ControlPanelDialog::ControlPanelDialog(frm_ContPanel& form, SettingsStore& settings,
+                                       QWidget* parent)
+    : ToolDialog(form.form, parent), form_(form), tabs_(new QTabWidget(this)) {
   BuildTabs();
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(tabs_, 1);
+  layout->addLayout(BuildFoot());
+  form_.lblSlave.SetView([this] { ShowSlave(); });
+  ShowSlave();
+  form_.caption.SetView([this] { setWindowTitle(ToQt(form_.caption.Caption.get())); });
+  setWindowTitle(ToQt(form_.caption.Caption.get()));
+  Begin(settings);
+}
+
+ControlPanelDialog::~ControlPanelDialog() {
+  form_.caption.SetView({});
+  form_.SSTab1.SetView({});
+  form_.lblSlave.SetView({});
+}
+
+void ControlPanelDialog::done(int) { form_.Unload(); }
+
+void ControlPanelDialog::FormChanged() {
+  if (form_.form.MousePointer == PointerForm::kDefaultPointer) {
+    unsetCursor();
+  } else {
+    setCursor(Qt::WaitCursor);
+  }
+}
+
+void ControlPanelDialog::changeEvent(QEvent* event) {
+  ToolDialog::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) ShowSlave();
+}
+
+QLayout* ControlPanelDialog::BuildFoot() {
   auto* foot = new QHBoxLayout;
   auto* continuous = new QCheckBox(this);
   Bind(continuous, form_.chkContinuousUpdate);
@@ -55,36 +80,12 @@ ControlPanelDialog::ControlPanelDialog(frm_ContPanel& form, QWidget* parent)
   Bind(line, form_.lblLine);
   line->setWordWrap(true);
   foot->addWidget(line, 1);
-  auto* close = new QPushButton(tr("Close"), this);
+  auto* close = new QPushButton(tr("&Close"), this);
   close->setObjectName(QStringLiteral("cmdClose"));
   close->setAutoDefault(false);
   connect(close, &QPushButton::clicked, this, [this] { done(Accepted); });
   foot->addWidget(close);
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(tabs_);
-  layout->addLayout(foot);
-  form_.form.SetView([this] { ShowForm(); });
-  form_.caption.SetView([this] { setWindowTitle(ToQt(form_.caption.Caption.get())); });
-  setWindowTitle(ToQt(form_.caption.Caption.get()));
-  ShowForm();
-}
-
-ControlPanelDialog::~ControlPanelDialog() {
-  form_.form.SetView({});
-  form_.caption.SetView({});
-  form_.SSTab1.SetView({});
-  form_.lblSlave.SetView({});
-}
-
-void ControlPanelDialog::done(int) { form_.Unload(); }
-
-void ControlPanelDialog::ShowForm() {
-  if (form_.form.MousePointer == PointerForm::kDefaultPointer) {
-    unsetCursor();
-  } else {
-    setCursor(Qt::WaitCursor);
-  }
-  if (form_.form.Visible != isVisible()) setVisible(form_.form.Visible);
+  return foot;
 }
 
 // --- Tabs ----------------------------------------------------------------------------------------
@@ -102,11 +103,6 @@ void ControlPanelDialog::BuildTabs() {
 
 QWidget* ControlPanelDialog::StatusTab() {
   auto* parts = new QVBoxLayout;
-  slave_ = new QLabel;
-  slave_->setObjectName(ToQt(form_.lblSlave.name()));
-  form_.lblSlave.SetView([this] { ShowSlave(); });
-  ShowSlave();
-  parts->addWidget(slave_);
   auto* right = new QWidget;
   auto* column = new QVBoxLayout(right);
   column->setContentsMargins(0, 0, 0, 0);
@@ -114,7 +110,7 @@ QWidget* ControlPanelDialog::StatusTab() {
   column->addWidget(Acknowledge());
   parts->addLayout(Beside({Bits({}, form_.chk_StatusH), Bits({}, form_.chk_StatusL), right}));
   parts->addWidget(Versions());
-  return Page(parts, Button(form_.cmdUpdateStatus));
+  return Page(parts, form_.cmdUpdateStatus);
 }
 
 QWidget* ControlPanelDialog::ConfigTab() {
@@ -127,7 +123,7 @@ QWidget* ControlPanelDialog::ConfigTab() {
     AddText(*rows, i % kRows, form_.txtSafety(i), i / kRows * 2);
   }
   parts->addWidget(safety, 0, Qt::AlignLeft);
-  return Page(parts, Button(form_.cmdUpdateConfig));
+  return Page(parts, form_.cmdUpdateConfig);
 }
 
 QWidget* ControlPanelDialog::SensorTab() {
@@ -144,16 +140,15 @@ QWidget* ControlPanelDialog::SensorTab() {
     rows->addWidget(label, row, 0);
     int column = 1;
     for (PanelText* text : {&sensor.txt_8bit, &sensor.txt_16bit, &sensor.txt_temp}) {
-      auto* edit = new QLineEdit;
+      QLineEdit* edit = Field(*text);
       edit->setMaximumWidth(kNumberWidth);
       edit->setAccessibleName(ToQt(sensor.label.Caption.get() + ", " + text->Caption));
-      BindColoured(edit, *text);
       rows->addWidget(edit, row, column++);
     }
     ++row;
   }
   rows->setColumnStretch(4, 1);
-  return Page(rows, Button(form_.cmdUpdateSensors));
+  return Page(rows, form_.cmdUpdateSensors);
 }
 
 QWidget* ControlPanelDialog::ErrorTab() {
@@ -165,7 +160,7 @@ QWidget* ControlPanelDialog::ErrorTab() {
   rows->setColumnStretch(1, 1);
   parts->addWidget(codes);
   parts->addWidget(History());
-  return Page(parts, Button(form_.cmdUpdateError));
+  return Page(parts, form_.cmdUpdateError);
 }
 
 QWidget* ControlPanelDialog::StatisticsTab() {
@@ -175,7 +170,27 @@ QWidget* ControlPanelDialog::StatisticsTab() {
   int row = 0;
   for (PanelText* text : form_.Statistics()) AddText(*rows, row++, *text);
   parts->addWidget(history, 0, Qt::AlignLeft);
-  return Page(parts, Button(form_.cmdUpdateStatistics));
+  return Page(parts, form_.cmdUpdateStatistics);
+}
+
+// The slave, the parts of a tab, one under or beside the other, and its button, which is in sight
+// also where the parts are scrolled.
+QWidget* ControlPanelDialog::Page(QLayout* parts, CommandButton& update) {
+  auto* slave = new QLabel;
+  slave->setTextFormat(Qt::PlainText);
+  if (slaves_.empty()) slave->setObjectName(ToQt(form_.lblSlave.name()));
+  slaves_.push_back(slave);
+  auto* content = new QWidget;
+  auto* column = new QVBoxLayout(content);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addLayout(parts);
+  column->addStretch();
+  auto* page = new QWidget;
+  auto* layout = new QVBoxLayout(page);
+  layout->addWidget(slave);
+  layout->addWidget(new ScrolledPage(content), 1);
+  layout->addWidget(Button(update), 0, Qt::AlignRight);
+  return page;
 }
 
 // --- Parts ---------------------------------------------------------------------------------------
@@ -221,17 +236,17 @@ QWidget* ControlPanelDialog::History() {
   for (int i = 0; i < kHistoryEntries; ++i) {
     const int column = i / kRows * 3;
     const int row = i % kRows + 1;
-    rows->addWidget(new QLabel(QString::number(i + 1)), row, column);
+    rows->addWidget(new QLabel(QString::number(i + 1)), row, column, Qt::AlignRight);
     int offset = 1;
     for (PanelText* text : {&form_.txt_ErrBufCode(i), &form_.txt_ErrBuffTime(i)}) {
       if (row == 1) rows->addWidget(new QLabel(ToQt(text->Caption)), 0, column + offset);
-      auto* edit = new QLineEdit;
+      QLineEdit* edit = Field(*text);
       edit->setMaximumWidth(kNumberWidth);
       edit->setAccessibleName(tr("%1, entry %2").arg(ToQt(text->Caption)).arg(i + 1));
-      BindColoured(edit, *text);
       rows->addWidget(edit, row, column + offset++);
     }
   }
+  rows->setColumnMinimumWidth(3, kColumnGap);
   rows->setColumnStretch(6, 1);
   return history;
 }
@@ -253,12 +268,11 @@ QWidget* ControlPanelDialog::Bits(const QString& title, BitBoxes& boxes) {
 
 void ControlPanelDialog::AddText(QGridLayout& rows, int row, PanelText& text, int column) {
   auto* label = new QLabel(ToQt(text.Caption));
-  auto* edit = new QLineEdit;
+  QLineEdit* edit = Field(text);
   const bool is_text = &text == &form_.txt_ErrorDescription || &text == &form_.txt_OSNumber;
   edit->setMinimumWidth(is_text ? kTextWidth : kNumberWidth);
   if (!is_text) edit->setMaximumWidth(kNumberWidth);
   label->setBuddy(edit);
-  BindColoured(edit, text);
   rows.addWidget(label, row, column);
   rows.addWidget(edit, row, column + 1);
 }
@@ -270,13 +284,25 @@ QWidget* ControlPanelDialog::Button(CommandButton& control) {
   return button;
 }
 
+QLineEdit* ControlPanelDialog::Field(PanelText& text) {
+  auto* edit = new QLineEdit;
+  BindColoured(edit, text);
+  return edit;
+}
+
+// Each tab says it.
 void ControlPanelDialog::ShowSlave() {
-  slave_->setText(ToQt(form_.lblSlave.Caption.get()));
-  const QColor ground = palette().color(QPalette::Window);
-  const bool is_usual = form_.lblSlave.ForeColor == kBlack;
-  SetColours(slave_, ground,
-             is_usual ? palette().color(QPalette::WindowText)
-                      : ReadableShade(ToQColor(form_.lblSlave.ForeColor), ground));
+  // A tab may stand out a little from the window.
+  const QColor ground = palette().color(QPalette::Window).lighter(kTabLight);
+  QPalette colours;
+  if (form_.lblSlave.ForeColor != kBlack) {
+    colours.setColor(QPalette::WindowText,
+                     ReadableShade(ToQColor(form_.lblSlave.ForeColor), ground));
+  }
+  for (QLabel* slave : slaves_) {
+    slave->setText(ToQt(form_.lblSlave.Caption.get()));
+    slave->setPalette(colours);
+  }
 }
 
 }  // namespace tarnlink

@@ -1,28 +1,36 @@
 // The widget of the control panel.
 #pragma once
 
-#include <QDialog>
 #include <vector>
 
 #include "tools/frm_cont_panel.h"
+#include "ui/tool_dialog.h"
 
 class QGridLayout;
 class QGroupBox;
 class QLabel;
+class QLayout;
+class QLineEdit;
 class QTabWidget;
 
 namespace tarnlink {
 
-class ControlPanelDialog final : public QDialog {
+class ControlPanelDialog final : public ToolDialog {
  public:
   // Shows `form`, which outlives it, while that is visible. Closing it ends the tool.
-  ControlPanelDialog(frm_ContPanel& form, QWidget* parent);
+  ControlPanelDialog(frm_ContPanel& form, SettingsStore& settings, QWidget* parent);
   ~ControlPanelDialog() override;
 
   void done(int result) override;
 
+ protected:
+  void FormChanged() override;
+  void changeEvent(QEvent* event) override;
+
  private:
   void BuildTabs();
+  QLayout* BuildFoot();
+  QWidget* Page(QLayout* parts, CommandButton& update);
   QWidget* StatusTab();
   QWidget* ConfigTab();
   QWidget* SensorTab();
@@ -38,12 +46,12 @@ class ControlPanelDialog final : public QDialog {
   // A text behind its caption.
   void AddText(QGridLayout& rows, int row, PanelText& text, int column = 0);
   QWidget* Button(CommandButton& control);
-  void ShowForm();
+  QLineEdit* Field(PanelText& text);
   void ShowSlave();
 
   frm_ContPanel& form_;
   QTabWidget* tabs_;
-  QLabel* slave_ = nullptr;
+  std::vector<QLabel*> slaves_;  // one on each tab
 };
 
 }  // namespace tarnlink

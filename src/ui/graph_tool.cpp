@@ -1,5 +1,6 @@
 #include "ui/graph_tool.h"
 
+#include <QThread>
 #include <QTimer>
 #include <utility>
 
@@ -7,17 +8,36 @@
 
 namespace tarnlink {
 
+namespace {
+
+constexpr int kBoxInterval = 100;  // ms between looks whether a box still stands
+
+}  // namespace
+
 GraphTool::GraphTool(Platform& platform, ServiceLine port, GraphProject project, QWidget* parent)
     : platform_(platform), port_(std::move(port)), project_(std::move(project)), parent_(parent) {}
 
 void GraphTool::Show(const std::string& properties) {
-  if (graph_ && graph_->form.IsLoaded()) return;
-  WhenGone([this, properties] { Open(properties); });
+  if (!graph_) {
+    Open(properties);
+  } else if (!graph_->form.IsLoaded()) {
+    graph_->files.AwaitEnd();
+    when_gone_ = [this, properties] {
+      if (ShowAgain) {
+        ShowAgain(properties);
+      } else {
+        Open(properties);
+      }
+    };
+  }
 }
 
-void GraphTool::Leave(std::function<void()> then) {
-  WhenGone(std::move(then));
-  if (graph_) graph_->form.Unload();
+bool GraphTool::Leave(std::function<void()> then) {
+  if (!graph_) return true;
+  when_gone_ = std::move(then);
+  graph_->files.AwaitEnd();
+  graph_->form.Unload();
+  return false;
 }
 
 void GraphTool::Open(const std::string& properties) {
@@ -39,26 +59,19 @@ void GraphTool::Open(const std::string& properties) {
   if (!properties.empty()) graph_->file_commands.OpenProperties(properties);
 }
 
-void GraphTool::MakeWindow() {
-  window_ = std::make_unique<GraphWindow>(*graph_, parent_);
-  if (!place_.isEmpty()) window_->restoreGeometry(place_);
-}
+void GraphTool::MakeWindow() { window_ = std::make_unique<GraphWindow>(*graph_, parent_); }
 
-void GraphTool::WhenGone(std::function<void()> call) {
-  if (graph_) {
-    when_gone_ = std::move(call);
-  } else {
-    call();
-  }
-}
-
+// Below a box one of its handlers may stand still.
 void GraphTool::Gone() {
+  if (QThread::currentThread()->loopLevel() > 1) {
+    QTimer::singleShot(kBoxInterval, window_.get(), [this] { Gone(); });
+    return;
+  }
   Drop();
   if (const auto call = std::exchange(when_gone_, {})) call();
 }
 
 void GraphTool::Drop() {
-  if (window_) place_ = window_->saveGeometry();
   progress_.reset();
   settings_.reset();
   test_mode_.reset();

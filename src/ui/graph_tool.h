@@ -1,7 +1,6 @@
 // The graph as a tool: it begins anew each time that it is opened, and goes when it is left.
 #pragma once
 
-#include <QByteArray>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -23,9 +22,12 @@ class GraphTool {
   // With the properties of a file, if one is named. One that was left and still writes its files is
   // waited for.
   void Show(const std::string& properties = {});
-  // Leaves it, and calls when it is gone with its files. Never if it comes back for a file that
-  // could not be written.
-  void Leave(std::function<void()> then);
+  // Leaves it. False if there is one, which calls when it is gone with its files; never if it comes
+  // back for a file that could not be written.
+  bool Leave(std::function<void()> then);
+
+  // How one that was waited for is opened, if there is more to it than `Show`.
+  std::function<void(const std::string& properties)> ShowAgain;
 
   // Both null while it is not open.
   Graph* graph() const { return graph_.get(); }
@@ -34,7 +36,6 @@ class GraphTool {
  private:
   void Open(const std::string& properties);
   void MakeWindow();
-  void WhenGone(std::function<void()> call);
   void Gone();
   void Drop();
 
@@ -42,7 +43,6 @@ class GraphTool {
   ServiceLine port_;
   GraphProject project_;
   QWidget* parent_;
-  QByteArray place_;  // of the window when it was last open
   std::function<void()> when_gone_;
   std::unique_ptr<Graph> graph_;
   std::unique_ptr<GraphWindow> window_;

@@ -18,6 +18,7 @@
 #include "ui/label_panel.h"
 #include "ui/mouse_button.h"
 #include "ui/palette.h"
+#include "ui/remembered_place.h"
 #include "ui/units.h"
 
 namespace tarnlink {
@@ -85,6 +86,7 @@ GraphWindow::GraphWindow(Graph& graph, QWidget* parent)
   };
   form_.form.SetView([this] { ShowForm(); });
   resize(kUsualWindow.boundedTo(screen()->availableSize() * kLargestShare));
+  RememberPlace(this, form_.platform().settings());
   ShowForm();
 }
 

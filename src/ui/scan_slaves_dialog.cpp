@@ -10,9 +10,11 @@
 #include <QVBoxLayout>
 #include <array>
 
+#include "common/numbers.h"
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
 #include "ui/coloured_edit.h"
+#include "ui/scrolled_page.h"
 
 namespace tarnlink {
 
@@ -21,36 +23,29 @@ namespace {
 constexpr int kRowGap = 1;  // pixels between two slaves
 constexpr int kHeadingLines = 2;
 
-// Of the fields of a row, in pixels.
-constexpr std::array<int, 5> kWidths = {60, 190, 130, 130, 130};
+constexpr int kTypeColumn = 1;
+
+// The most and the least of a row's fields, in pixels; that of the type takes what is left.
+constexpr std::array<int, 5> kWidths = {84, QWIDGETSIZE_MAX, 124, 124, 124};
+constexpr std::array<int, 5> kLeastWidths = {30, 130, 60, 60, 60};
 
 }  // namespace
 
-ScanSlavesDialog::ScanSlavesDialog(frm_ScanSlaves& form, QWidget* parent)
-    : QDialog(parent), form_(form) {
-  setObjectName(ToQt(form_.form.name()));
+ScanSlavesDialog::ScanSlavesDialog(frm_ScanSlaves& form, SettingsStore& settings, QWidget* parent)
+    : ToolDialog(form.form, parent), form_(form) {
   setWindowTitle(ToQt(form_.caption.Caption.get()));
-  setModal(true);
   auto* layout = new QVBoxLayout(this);
-  layout->addWidget(BuildTable());
-  layout->addWidget(BuildFoot());
+  layout->addWidget(new ScrolledPage(BuildTable()), 1);
+  layout->addLayout(BuildFoot());
   form_.CopyText = [](const std::string& text) {
     QGuiApplication::clipboard()->setText(ToQt(text));
   };
-  form_.form.SetView([this] { ShowForm(); });
-  ShowForm();
+  Begin(settings);
 }
 
-ScanSlavesDialog::~ScanSlavesDialog() {
-  form_.form.SetView({});
-  form_.CopyText = {};
-}
+ScanSlavesDialog::~ScanSlavesDialog() { form_.CopyText = {}; }
 
 void ScanSlavesDialog::done(int) { form_.Unload(); }
-
-void ScanSlavesDialog::ShowForm() {
-  if (form_.form.Visible != isVisible()) setVisible(form_.form.Visible);
-}
 
 QWidget* ScanSlavesDialog::BuildTable() {
   auto* table = new QWidget(this);
@@ -70,35 +65,44 @@ QWidget* ScanSlavesDialog::BuildTable() {
   for (int row = 0; row < frm_ScanSlaves::kAddresses; ++row) {
     for (std::size_t column = 0; column < columns.size(); ++column) {
       auto* field = new QLineEdit(table);
-      field->setReadOnly(true);
-      field->setMinimumWidth(kWidths.at(column));
-      field->setAccessibleName(ToQt(form_.lblHeading(static_cast<int>(column)).Caption.get()));
+      field->setMinimumWidth(kLeastWidths.at(column));
+      field->setMaximumWidth(kWidths.at(column));
+      const std::string& heading = form_.lblHeading(static_cast<int>(column)).Caption;
+      field->setAccessibleName(tr("Slave %1, %2").arg(ToQt(Hex(row)), ToQt(heading)));
       BindColoured(field, (*columns.at(column))(row));
       rows->addWidget(field, row + 1, static_cast<int>(column));
     }
-    auto* details = new QPushButton(table);
-    Bind(details, form_.cmdControlPanel(row));
-    details->setAutoDefault(false);
+    auto* details = Button(form_.cmdControlPanel(row));
+    details->setAccessibleName(ToQt(form_.cmdControlPanel(row).ToolTipText.get()));
     rows->addWidget(details, row + 1, static_cast<int>(columns.size()));
   }
-  rows->setColumnStretch(1, 1);
+  rows->setColumnStretch(kTypeColumn, 1);
+  rows->setRowStretch(frm_ScanSlaves::kAddresses + 1, 1);
   return table;
 }
 
-QWidget* ScanSlavesDialog::BuildFoot() {
-  auto* foot = new QWidget(this);
-  auto* row = new QHBoxLayout(foot);
-  row->setContentsMargins(0, 0, 0, 0);
-  auto* state = new QLabel(foot);
+QLayout* ScanSlavesDialog::BuildFoot() {
+  auto* row = new QHBoxLayout;
+  auto* state = new QLabel(this);
   Bind(state, form_.lblState);
+  state->setWordWrap(true);
   row->addWidget(state, 1);
-  for (CommandButton* control : {&form_.cmdStart, &form_.cmdStop, &form_.cmdCopy}) {
-    auto* button = new QPushButton(foot);
-    Bind(button, *control);
-    button->setAutoDefault(false);
-    row->addWidget(button);
-  }
-  return foot;
+  QPushButton* start = Button(form_.cmdStart);
+  QPushButton* stop = Button(form_.cmdStop);
+  for (QPushButton* button : {start, stop, Button(form_.cmdCopy)}) row->addWidget(button);
+  // The one that was pressed cannot be pressed again, and no other one is pressed by mistake.
+  connect(start, &QPushButton::clicked, stop, [stop] { stop->setFocus(); });
+  connect(stop, &QPushButton::clicked, start, [start] { start->setFocus(); });
+  // The nearest to begin with: the keyboard comes to the rows after these.
+  stop->setFocus();
+  return row;
+}
+
+QPushButton* ScanSlavesDialog::Button(CommandButton& control) {
+  auto* button = new QPushButton(this);
+  Bind(button, control);
+  button->setAutoDefault(false);
+  return button;
 }
 
 }  // namespace tarnlink

@@ -36,7 +36,11 @@ class ServiceTools {
   frm_Sniff_Settings sniff_settings{sniffer};
 
  private:
+  // The window that the panel opens over, and never goes behind.
+  QWidget* BelowPanel() const;
+
   ToolHost& host_;
+  QWidget* parent_;
   std::unique_ptr<ScanSlavesDialog> scan_dialog_;
   std::unique_ptr<ControlPanelDialog> panel_dialog_;
   std::unique_ptr<WrongMessageDialog> errors_dialog_;

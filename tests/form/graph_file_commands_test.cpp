@@ -254,7 +254,7 @@ TEST_F(GraphFileCommands, AutoSaveSavesThePastDayInItsFolder) {
   menu.SetCommunication(false);
   Measure(10);
   world.clock().Set({2024, 3, 6, 0, 4, 30});
-  world.Advance(1min);
+  world.Advance(1min + 1ms);
   EXPECT_TRUE(world.disk().Get("/home/user/measured/05Mar24-00.mss") == FileText(graph.Data));
   EXPECT_EQ(graph.Data.AutoSaveDay, ToDate({2024, 3, 6}));
 }

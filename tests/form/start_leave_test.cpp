@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "form/desk_fixture.h"
 
@@ -222,6 +224,28 @@ TEST_F(Leaving, AScreenThatCannotBeSavedKeepsTheProgram) {
   ExpectScreenQuestion().Press(Answer::kYes);
   ExpectProjectQuestion().Press(Answer::kNo);
   Exit();
+  EXPECT_TRUE(ScreenIsSaved());
+  EXPECT_TRUE(Unloaded());
+}
+
+// The window is at work until then, and what it does may need saving too.
+TEST_F(Leaving, AToolThatStillWritesAFileIsWaitedForAsIfNothingHadBeen) {
+  std::function<void()> again;
+  main().MayEnd = [&](std::function<void()> call) {
+    again = std::move(call);
+    return false;
+  };
+  options().opt_Protocol.Choose(0);
+  main().Toolbar1(2).Press();
+  TakeNotes();
+  Exit();
+  ExpectStays();
+  EXPECT_TRUE(main().CommRunning);
+  EXPECT_TRUE(world.port().PortOpen());
+  Paint();
+  main().MayEnd = [](const std::function<void()>&) { return true; };
+  ExpectScreenQuestion().Press(Answer::kYes);
+  again();
   EXPECT_TRUE(ScreenIsSaved());
   EXPECT_TRUE(Unloaded());
 }

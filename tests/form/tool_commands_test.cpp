@@ -66,6 +66,27 @@ TEST_F(ToolCommandsTest, AnEntryThatCanBeChosenDuringARunRefusesToo) {
   EXPECT_EQ(shown, 0);
 }
 
+// The run has ended then, but its port is opened again three seconds later.
+TEST_F(ToolCommandsTest, BehindASilentSlaveTheToolFindsThePortFree) {
+  for (const bool is_open : {false, true}) {
+    Screen({ByteAt("01A0")});
+    Start();
+    ExpectSilentSlaveBox();
+    Advance(3020);
+    ASSERT_FALSE(main.CommRunning);
+    if (is_open) {
+      Advance(3000);
+      ASSERT_TRUE(main.Comm->PortOpen());
+    }
+    main.M_Graphics.Press();
+    EXPECT_FALSE(main.Comm->PortOpen());
+    Advance(10'000);
+    EXPECT_FALSE(main.Comm->PortOpen());
+    Stop();
+  }
+  EXPECT_EQ(shown, 2);
+}
+
 TEST_F(ToolCommandsTest, WithoutTheToolNothingHappens) {
   main.ShowGraphic = nullptr;
   main.M_Graphics.Press();
@@ -88,7 +109,11 @@ TEST_F(ToolCommandsTest, TheServiceToolsOpenByTheirEntries) {
   for (MenuEntry* entry :
        {&main.M_ControlPanel, &main.mnuScanSlaves, &main.mnuSniffer, &main.M_errgen}) {
     EXPECT_FALSE(entry->Enabled);
+    entry->Enabled = true;
+    ExpectRefusal();
+    entry->Press();
   }
+  EXPECT_EQ(opened, "panel0 scan sniffer errors ");
 }
 
 }  // namespace

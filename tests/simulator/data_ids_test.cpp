@@ -143,6 +143,36 @@ TEST_F(DataIdValues, ShowVersionsNamesAndTimes) {
   EXPECT_EQ(Read(6, 5354), 0xC51E);
 }
 
+TEST_F(DataIdValues, DifferUnderEachSlaveAddress) {
+  std::set<std::string> seen;
+  for (int slave = 0; slave < 16; ++slave) {
+    std::string all;
+    for (const auto& [data_class, id] :
+         std::vector<std::pair<int, int>>{{1, 61}, {1, 5337}, {2, 152}, {2, 1284}, {2, 164}}) {
+      all += std::to_string(Read(data_class, id, 0, slave)) + " ";
+    }
+    EXPECT_TRUE(seen.insert(all).second) << slave;
+  }
+  EXPECT_EQ(Read(1, 61, 0, 3), 0x0802);
+  EXPECT_EQ(Read(1, 61, 0, 10), 0x0103);
+  EXPECT_EQ(Read(2, 152, 0, 10), 0x0311);
+  EXPECT_EQ(Read(2, 164, 0, 10), 0x0218);
+  EXPECT_EQ(Read(2, 1284, 0, 10), 0x0416);
+}
+
+TEST_F(DataIdValues, ASlaveLacksAsManyErrorsAsItsAddressSays) {
+  for (int i = 0; i < 8; ++i) {
+    Put("error_code_" + std::to_string(i), 20 + i);
+    Put("error_hours_" + std::to_string(i), 9000 - i);
+  }
+  EXPECT_EQ(Read(6, 875, 0, 3) & 0xFF, 23);
+  EXPECT_EQ(Read(6, 875, 4, 3) & 0xFF, 27);
+  EXPECT_EQ(Read(6, 875, 5, 3) & 0xFF, 0);
+  EXPECT_EQ(Read(6, 916, 4, 3), 9000 - 7);
+  EXPECT_EQ(Read(6, 916, 5, 3), 0);
+  EXPECT_EQ(Read(6, 916, 0, 8), 0);
+}
+
 TEST_F(DataIdValues, ShowErrors) {
   Put("error_code", 4);
   EXPECT_EQ(Read(1, 50), 0x0400);

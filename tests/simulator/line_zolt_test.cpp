@@ -71,6 +71,26 @@ TEST_F(ZoltLine, AnswersReadsAndWrites) {
                                        "heard read memory F400, slave 0", "said answer"));
 }
 
+TEST(ZoltLineOfABoiler, AHeatDemandStartsABurnerCycle) {
+  BoilerOnLine line(Zolt());
+  line.controller().Set(Item("heat_demand"), 1);  // never
+  line.Pass(10'000'000);
+  const auto phase = [&] {
+    return static_cast<Phase>(line.controller().memory().Byte(Item("phase").address));
+  };
+  EXPECT_EQ(phase(), Phase::kStandby);
+  EXPECT_EQ(line.Ask(FrameHex(0x81, '0', "000E", "FFFF")), FrameHex(0x91, '0', "000E", "FFFF"));
+  std::vector<Phase> phases;
+  for (int i = 0; i < 100; ++i) {
+    line.Pass(100'000);
+    line.Ask(FrameHex(0x01, '0', "0001", "0000"));
+    if (phases.empty() || phases.back() != phase()) phases.push_back(phase());
+  }
+  EXPECT_THAT(phases, ElementsAre(Phase::kPrepurge, Phase::kIgnition, Phase::kBurn));
+  const std::string status = *ParseHexBytes(line.Ask(FrameHex(0x01, '0', "0001", "0000")));
+  EXPECT_EQ(status.substr(7, 2), "09") << "heating, flame";
+}
+
 TEST_F(ZoltLine, SaysNothingToOtherSlaves) {
   EXPECT_EQ(line_.Ask(FrameHex(0x04, '5', "00FE", "0000")), "");
   EXPECT_THAT(line_.Log(), ElementsAre("ignored for another slave"));

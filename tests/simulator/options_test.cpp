@@ -16,6 +16,8 @@ TEST(ParseOptions, HasASpeedAndADelayOfItsOwn) {
   EXPECT_EQ(options.boiler.protocol, "tarnlink");
   EXPECT_EQ(options.boiler.slave.addresses, "");
   EXPECT_FALSE(options.boiler.slave.answers_corrupted);
+  EXPECT_EQ(options.boiler.second_master.addresses, "");
+  EXPECT_EQ(options.boiler.second_master.gap_us, 20'000);
   EXPECT_EQ(options.boiler.line.pace.baud, 9600);
   EXPECT_EQ(options.boiler.line.pace.bits_per_byte, 10);
   EXPECT_EQ(options.boiler.line.answer_delay_us, 5'000);
@@ -25,13 +27,15 @@ TEST(ParseOptions, HasASpeedAndADelayOfItsOwn) {
 
 TEST(ParseOptions, TakesAllThatCanBeGiven) {
   const ProgramOptions options = ParseOptions(
-      {"--protocol",  "zolt",      "--link",   "/tmp/boiler", "--baud",     "1200",
-       "--bits",      "11",        "--delay",  "40",          "--fault",    "no_reply#5",
-       "--fault",     "split@0.1", "--seed",   "77",          "--log",      "a.log",
-       "--until-eof", "--help",    "--slaves", "0,A",         "--corrupted"});
+      {"--protocol", "zolt",        "--link", "/tmp/boiler", "--baud",      "1200",    "--bits",
+       "11",         "--delay",     "40",     "--fault",     "no_reply#5",  "--fault", "split@0.1",
+       "--seed",     "77",          "--log",  "a.log",       "--until-eof", "--help",  "--slaves",
+       "0,A",        "--corrupted", "--poll", "0,A,5",       "--poll-gap",  "7"});
   EXPECT_EQ(options.boiler.protocol, "zolt");
   EXPECT_EQ(options.boiler.slave.addresses, "0,A");
   EXPECT_TRUE(options.boiler.slave.answers_corrupted);
+  EXPECT_EQ(options.boiler.second_master.addresses, "0,A,5");
+  EXPECT_EQ(options.boiler.second_master.gap_us, 7'000);
   EXPECT_EQ(options.link, "/tmp/boiler");
   EXPECT_EQ(options.boiler.line.pace.baud, 1200);
   EXPECT_EQ(options.boiler.line.pace.bits_per_byte, 11);
@@ -71,6 +75,8 @@ TEST(ParseOptions, RefusesTheRestWithASentence) {
            Row{{"--bits", "12"}, "--bits takes a whole number from 10 to 11, not \"12\"."},
            Row{{"--delay", "-1"}, "--delay takes a whole number from 0 to 3600000, not \"-1\"."},
            Row{{"--delay", "1.5"}, "--delay takes a whole number from 0 to 3600000, not \"1.5\"."},
+           Row{{"--poll-gap", "0"},
+               "--poll-gap takes a whole number from 1 to 3600000, not \"0\"."},
            Row{{"--seed", ""},
                "--seed takes a whole number from 0 to 9223372036854775807, not \"\"."},
            Row{{"--device", "/dev/a", "--link", "/tmp/b"},
@@ -81,9 +87,9 @@ TEST(ParseOptions, RefusesTheRestWithASentence) {
 }
 
 TEST(HelpText, NamesEveryOption) {
-  for (const char* option :
-       {"--device", "--link", "--protocol", "--slaves", "--corrupted", "--baud", "--bits",
-        "--at-once", "--delay", "--fault", "--seed", "--log", "--until-eof", "--help"}) {
+  for (const char* option : {"--device", "--link", "--protocol", "--slaves", "--corrupted",
+                             "--poll", "--poll-gap", "--baud", "--bits", "--at-once", "--delay",
+                             "--fault", "--seed", "--log", "--until-eof", "--help"}) {
     EXPECT_THAT(std::string(HelpText()), HasSubstr(std::string("\n  ") + option + " "));
   }
 }

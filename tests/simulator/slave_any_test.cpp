@@ -7,6 +7,7 @@
 #include "simulator/bytes.h"
 #include "simulator/modbus_frames.h"
 #include "simulator/problem.h"
+#include "simulator/zolt_frames.h"
 
 namespace boiler {
 namespace {
@@ -60,9 +61,20 @@ TEST_F(AnyOnLine, CanHaveAFaultThatFitsAllThree) {
   EXPECT_THROW(line_.Fault("wrong_address"), Problem);  // TarnLink has no slave address
 }
 
-TEST_F(AnyOnLine, HasNoChoiceOfSlaveAddresses) {
+TEST_F(AnyOnLine, TheChoiceOfSlavesIsThatOfZolt) {
   SimulatedBoiler::Options options = Any();
-  options.slave.addresses = "0,3";
+  options.slave = {.addresses = "3,A", .answers_corrupted = true};
+  BoilerOnLine line(options);
+  EXPECT_EQ(line.Ask(kZoltRead), "") << "There is no slave 0.";
+  const auto read = [](int type, std::string_view data) {
+    return HexText(BuildZoltFrame(static_cast<char>(type), 'A', "14D9", data));
+  };
+  EXPECT_EQ(line.Ask(read(0x01, "0000")), read(0x11, "0802"));
+  EXPECT_EQ(line.Ask(kModbusRead), AnswerOf("modbus", kModbusRead));
+  std::string corrupted = read(0x01, "0000");
+  corrupted[corrupted.size() - 4] = '0';
+  EXPECT_EQ(line.Ask(corrupted), read(0x21, "0000"));
+  options.slave.addresses = "17";
   EXPECT_THROW(BoilerOnLine{options}, Problem);
 }
 

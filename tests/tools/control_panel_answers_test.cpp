@@ -389,6 +389,44 @@ TEST_F(ControlPanelAnswers, BoxesHaveTheirNamesAndLabels) {
   EXPECT_EQ(panel.lblSensorColumn(2).Caption.get(), "Converted value");
 }
 
+TEST_F(ControlPanelAnswers, GroupsAndButtonsHaveTheirCaptions) {
+  EXPECT_EQ(panel.fraFlameCurrent.Caption.get(), "Flame Current");
+  EXPECT_EQ(panel.fraSoftwareVersion.Caption.get(), "Software Version");
+  EXPECT_EQ(panel.fraAcknowledge.Caption.get(), "Acknowledge");
+  EXPECT_EQ(panel.fraSafety.Caption.get(), "Safety parameters");
+  EXPECT_EQ(panel.fraErrorCodes.Caption.get(), "Error Codes");
+  EXPECT_EQ(panel.fraErrorHistory.Caption.get(), "Error History");
+  EXPECT_EQ(panel.fraBurnerHistory.Caption.get(), "Burner History");
+  EXPECT_EQ(panel.cmdHeadDemand.Caption.get(), "Heat Demand");
+  EXPECT_EQ(panel.cmdResetError.Caption.get(), "Reset Error");
+  EXPECT_EQ(panel.chk_HeatDemand.Caption.get(), "Heat Demand Accepted");
+  EXPECT_EQ(panel.chk_Reset.Caption.get(), "Reset Acknowledge");
+  EXPECT_EQ(panel.chkContinuousUpdate.Caption.get(), "Continuous update");
+}
+
+TEST_F(ControlPanelAnswers, TextsHaveTheirLabels) {
+  EXPECT_EQ(panel.txt_FlameAD10bit.Caption, "10-bit AD");
+  EXPECT_EQ(panel.txt_FlameCurrentADC.Caption, "8-bit AD");
+  EXPECT_EQ(panel.lblFlameCurrentADCs.Caption.get(), "Flame Current ADC's");
+  EXPECT_EQ(panel.txt_FlameCurrentuA.Caption, "Flame Current uA");
+  EXPECT_EQ(panel.txt_softwareversionROMHUP.Caption, "ROM HuP/Platform version");
+  EXPECT_EQ(panel.txt_softwareversionROMLUP.Caption, "ROM LuP/Custom version");
+  EXPECT_EQ(panel.txt_softwareversion_EEPROM.Caption, "EEPROM version");
+  EXPECT_EQ(panel.txt_OSNumber.Caption, "OS number");
+  EXPECT_EQ(panel.txt_HUPCRC.Caption, "CRC");
+  EXPECT_EQ(panel.txt_LUPCRC.Caption, "CRC");
+  EXPECT_EQ(panel.txt_Error.Caption, "Error Code");
+  EXPECT_EQ(panel.txt_ErrorDescription.Caption, "Description");
+  std::vector<std::string> statistics;
+  for (const PanelText* text : panel.Statistics()) statistics.push_back(text->Caption);
+  EXPECT_EQ(
+      statistics,
+      (std::vector<std::string>{
+          "Number of Burner Switchings", "Number of Lockouts", "Number of Burner Switchings DHW",
+          "Total Hours Burner On", "Total Hours Burner On DHW", "Total Hours KEM-3 On",
+          "Domestic hot water used (m3)", "Total hours CH pump", "Total hours DHW pump"}));
+}
+
 TEST_F(ControlPanelAnswers, AChangedTextIsToldToItsView) {
   int told = 0;
   panel.txt_Lockouts.SetView([&] { ++told; });

@@ -73,7 +73,7 @@ TEST(ControlPanelBoiler, ReadsTheSlaveThatItIsOpenedOn) {
   PanelOnLine one(kUsual, 1, "A");
   one.Update(0);
   EXPECT_TRUE(one.Finish(5s));
-  EXPECT_EQ(one.panel.txt_OSNumber.Text.get(), "R1865CM2050");
+  EXPECT_EQ(one.panel.txt_OSNumber.Text.get(), "R1866A2050");
 }
 
 TEST(ControlPanelBoiler, ASlaveThatIsNotThereTimesOut) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "simulator/damage.h"
+#include "tools/control_panel_fixture.h"
 #include "tools/line_faults.h"
 #include "tools/panel_on_line.h"
 
@@ -51,6 +52,21 @@ class FaultyPanel : public PanelOnLine {
     EXPECT_EQ(Unfounded(), "");
     world.port(0).Forget();
   }
+
+  // Another master reads and writes the panel's own IDs with another slave, just behind so many of
+  // a hundred requests.
+  void TalkBetween(int share) {
+    on_asked = [this, share] {
+      if (random_.Below(100) >= share) return;
+      const int kinds[] = {kReadDone, kReadDone, kUnknown, kCorrupted, kWriteDone};
+      const PanelRequest other = RequestOf(random_.Below(kNothingPending), false);
+      const std::string data = random_.Below(2) == 0 ? "FFFF" : boiler::RandomDigits(4, random_);
+      const int data_class = other.Class % 8;
+      world.port(0).Receive(PanelFrame(kRead + data_class, other.Id, "0000", '3') +
+                            PanelFrame(kinds[random_.Below(5)] + data_class, other.Id, data, '3'));
+    };
+  }
+  void FallSilent() { on_asked = nullptr; }
 
   // The line is sound from now on, but for what is still on its way.
   void ExpectRecovery(const std::string& what, Micros on_its_way = 0s) {
@@ -137,6 +153,7 @@ INSTANTIATE_TEST_SUITE_P(Each, ControlPanelFault, ::testing::ValuesIn(Faults()),
 // One fault gives way to another, without a pause.
 TEST(ControlPanelFaults, TenThousandExchangesEndWithNothingPending) {
   FaultyPanel one(Lines()[0], 3);
+  one.TalkBetween(10);
   while (one.asked < 10'000 && !::testing::Test::HasFailure()) {
     for (const std::string& fault : Faults()) {
       one.boiler.line().ClearFaults();
@@ -146,8 +163,61 @@ TEST(ControlPanelFaults, TenThousandExchangesEndWithNothingPending) {
   }
   EXPECT_GT(one.struck, 1'000);
   one.boiler.line().ClearFaults();
+  one.FallSilent();
   one.world.Advance(1min);
   one.ExpectRecovery("all of them");
+}
+
+// At 1200 baud an answer takes longer than the quiet that follows a time-out.
+TEST(ControlPanelFaults, NoEntryOfTheHistoryIsShownInAnothersPlace) {
+  for (const auto& [baud, stored] : std::vector<std::pair<int, int>>{{1200, 0}, {9600, 3}}) {
+    for (const char* fault : {"late_reply(5100)@0.5", "late_reply(3200)@0.3", "no_reply@0.3",
+                              "self_echo@0.5", "merge_two@0.3", "late_reply_after_next@0.3"}) {
+      FaultyPanel one({.pace = {.baud = baud}, .answer_delay_us = 20'000}, 9);
+      one.baudrate = stored;
+      one.boiler.line().AddFault(fault);
+      one.boiler.line().AddFault("check_wrong@0.1");
+      one.boiler.line().AddFault("byte_replace@0.1");
+      for (int i = 0; i < 120 && !::testing::Test::HasFailure(); ++i) {
+        if (one.IsDone()) one.Update(3);
+        one.world.Advance(1s);
+        EXPECT_EQ(one.Unfounded(), "") << baud << " " << fault;
+      }
+      one.boiler.line().ClearFaults();
+      one.ExpectRecovery(fault, 6s);
+    }
+  }
+}
+
+TEST(ControlPanelFaults, WhatAnotherSlaveSaysIsNeverTaken) {
+  for (const int share : {30, 100}) {
+    FaultyPanel one(Lines()[0], 11);
+    one.TalkBetween(share);
+    one.Exchange(1'000);
+    one.boiler.line().AddFault("byte_drop@0.05");
+    one.boiler.line().AddFault("no_reply@0.05");
+    one.Exchange(1'000);
+    one.boiler.line().ClearFaults();
+    one.FallSilent();
+    one.ExpectRecovery("foreign traffic");
+  }
+}
+
+TEST(ControlPanelFaults, AnotherSlavesHeatDemandIsNotThisOnes) {
+  FaultyPanel one(Lines()[0], 1);
+  one.on_asked = [&] {
+    one.world.port(0).Receive(PanelFrame(kWriteDone + 1, 14, "FFFF", '3') +
+                              PanelFrame(kWriteDone + 3, 171, "AA55", '3'));
+  };
+  int ticks = 0;
+  one.panel.chk_HeatDemand.Click = [&] { ++ticks; };
+  one.panel.chk_Reset.Click = [&] { ++ticks; };
+  for (int tab = 0; tab < kTabs; ++tab) {
+    one.Update(tab);
+    EXPECT_TRUE(one.Finish(10s)) << tab;
+  }
+  EXPECT_EQ(ticks, 0);
+  EXPECT_EQ(one.Difference(), "");
 }
 
 // One call of the port after the other fails, beside what the line does.

@@ -20,6 +20,7 @@ inline constexpr int kReadDone = 0x10;
 inline constexpr int kCorrupted = 0x20;
 inline constexpr int kOutOfRange = 0x40;
 inline constexpr int kUnknown = 0x60;
+inline constexpr int kWrite = 0x80;
 inline constexpr int kWriteDone = 0x90;
 
 // `data` is four digits.

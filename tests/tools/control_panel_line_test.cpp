@@ -121,6 +121,39 @@ TEST_F(ControlPanelLine, OnlyOneBoxIsUpAtATime) {
   EXPECT_EQ(world.dialogs().shown().size(), 1U);
 }
 
+// --- The time of a request ---
+
+TEST_F(ControlPanelLine, APressBeginsTheTimeAnew) {
+  ignores_errors = false;
+  for (CommandButton* press :
+       {&panel.cmdUpdateConfig, &panel.cmdResetError, &panel.cmdHeadDemand}) {
+    panel.Unload();
+    panel.Show();
+    panel.cmdUpdateStatus.Press();
+    world.Advance(2900ms);
+    press->Press();
+    Sent();
+    world.Advance(2999ms);
+    EXPECT_EQ(Sent(), Requests{});
+    ExpectTimeout();
+    world.Advance(1ms);
+    EXPECT_EQ(Sent().size(), 1U);
+  }
+}
+
+TEST_F(ControlPanelLine, TheRequestBehindTheBoxHasItsWholeTime) {
+  ignores_errors = false;
+  panel.cmdUpdateConfig.Press();
+  ExpectTimeout().While([&] { AnswerLast(kReadDone, "0001"); }).For(2500ms);
+  world.Advance(5500ms);
+  EXPECT_EQ(Sent(), (Requests{"2 84 0000", "2 91 0000", "2 91 0000"}));
+  world.Advance(2999ms);
+  EXPECT_EQ(Sent(), Requests{});
+  ExpectTimeout();
+  world.Advance(1ms);
+  EXPECT_EQ(Sent(), Requests{"2 91 0000"});
+}
+
 // --- A port that cannot be had -------------------------------------------------------------------
 
 TEST_F(ControlPanelLine, ABusyPortIsToldAndTriedAgainUntilItIsFree) {
@@ -406,6 +439,49 @@ TEST_F(ControlPanelLine, APressBeforeTheAnswerDoesNotShiftTheAnswers) {
   EXPECT_EQ(Sent(), Requests{"6 935 0000"});
 }
 
+// A line that is never quiet is waited for a second from the first bad answer on.
+TEST_F(ControlPanelLine, ADoubtThatIsCutOffDoesNotShortenTheNextOne) {
+  const auto make_noise = [&](int times) {
+    for (int i = 0; i < times; ++i) {
+      world.port().Receive("0123456789ABCDEF");
+      world.Advance(10ms);
+    }
+  };
+  Begin(panel.cmdUpdateStatus);
+  make_noise(90);
+  panel.Unload();
+  panel.Show();
+  Begin(panel.cmdUpdateStatus);
+  make_noise(90);
+  EXPECT_EQ(Sent(), Requests{}) << "Behind an end.";
+  panel.Unload();
+  panel.Show();
+  Begin(panel.cmdUpdateStatus);
+  world.Advance(2100ms);
+  make_noise(90);
+  Sent();
+  make_noise(90);
+  EXPECT_EQ(Sent(), Requests{}) << "Behind a time-out.";
+}
+
+TEST_F(ControlPanelLine, AFrameOfTheKindOfARequestIsNoAnswer) {
+  Begin(panel.cmdUpdateStatus);
+  Receive(PanelFrame(kRead + 1, 1, "8100"));
+  Receive(PanelFrame(kRead + 4, 868, "0102"));
+  Receive(PanelFrame(kWrite + 1, 14, "FFFF"));
+  Receive(PanelFrame(kWrite + 3, 171, "AA55"));
+  EXPECT_FALSE(panel.chk_StatusH(7).Value);
+  EXPECT_EQ(panel.txt_FlameCurrentuA.Text.get(), "");
+  EXPECT_FALSE(panel.chk_HeatDemand.Value);
+  EXPECT_FALSE(panel.chk_Reset.Value);
+  EXPECT_EQ(Pending(), PanelTabs()[0].indices);
+  EXPECT_EQ(Sent(), Requests{});
+  EXPECT_TRUE(panel.tim_CommTimeout->Enabled());
+  Receive(Good());
+  EXPECT_TRUE(panel.chk_StatusH(7).Value);
+  EXPECT_EQ(Sent(), Requests{"4 868 0000"});
+}
+
 TEST_F(ControlPanelLine, APressWhileTheLineIsInDoubtGoesOutWhenItIsQuiet) {
   Begin(panel.cmdUpdateStatus);
   Receive("0123456789ABCDEF");
@@ -424,34 +500,6 @@ TEST_F(ControlPanelLine, ALineThatIsNeverQuietIsAskedAllTheSameAndTimesOut) {
   }
   EXPECT_GE(Sent().size(), 3U);
   EXPECT_EQ(Pending(), PanelTabs()[0].indices);
-}
-
-// --- The error history ---------------------------------------------------------------------------
-
-TEST_F(ControlPanelLine, ALateEntryOfTheHistoryIsNotTakenForTheNextOne) {
-  Begin(panel.cmdUpdateError);
-  AnswerLast(kReadDone, "0000");
-  world.Advance(3s);
-  Sent();
-  AnswerLast(kReadDone, "0011");  // of the first request
-  world.Advance(20ms);
-  EXPECT_EQ(Sent(), Requests{});
-  Answer(kReadDone + 6, 875, "0011");  // of the second
-  EXPECT_EQ(panel.txt_ErrBufCode(1).Text.get(), "");
-  sent_ = world.port().frames().size();
-  ExpectRepeated("6 875 0100", kQuiet);
-  AnswerLast(kReadDone, "0112");
-  EXPECT_EQ(panel.txt_ErrBufCode(0).Text.get(), " 17");
-  EXPECT_EQ(panel.txt_ErrBufCode(1).Text.get(), " 18");
-  EXPECT_EQ(Sent(), Requests{"6 875 0200"});
-}
-
-TEST_F(ControlPanelLine, AnEntryOfTheHistoryThatNobodyAskedForIsDropped) {
-  Begin(panel.cmdUpdateStatus);
-  Answer(kReadDone + 6, 875, "0011");
-  Answer(kReadDone + 6, 916, "0011");
-  EXPECT_EQ(panel.txt_ErrBufCode(0).Text.get(), "");
-  EXPECT_EQ(panel.txt_ErrBuffTime(0).Text.get(), "");
 }
 
 }  // namespace

@@ -38,6 +38,13 @@ std::vector<Row> Rows() {
 class ControlPanelRequests : public ControlPanelTest {
  protected:
   ControlPanelRequests() { panel.Show(); }
+
+  // Nothing is on its way any more.
+  void AnswerAll() {
+    world.Advance(50ms);
+    AnswerLast(kReadDone, "0000");
+    EXPECT_EQ(Pending(), std::vector<int>{});
+  }
 };
 
 // --- The table -----------------------------------------------------------------------------------
@@ -50,6 +57,7 @@ TEST_F(ControlPanelRequests, EachPendingFlagHasItsFrame) {
     const std::string& frame = world.port().frames().back().bytes;
     EXPECT_EQ(HexText(frame), HexText(PanelFrame(row.type, row.id, row.data))) << row.index;
     EXPECT_EQ(panel.caption.Caption.get(), "Slave 0, Reading ID " + std::to_string(row.id));
+    AnswerAll();
   }
 }
 
@@ -75,6 +83,7 @@ TEST_F(ControlPanelRequests, OfTheHistoryPutTheirPositionIntoTheIndex) {
       SetPending({first + entry});
       panel.SendNextRequest();
       EXPECT_EQ(panel.ErrorHistoryIndex, entry);
+      AnswerAll();
     }
   }
   SetPending({49});

@@ -14,12 +14,14 @@
 
 namespace tarnlink {
 
-// One box and what it makes of the word of an answer.
+// One box, or a row of them, and what it makes of the word of an answer.
 struct PanelValue {
   int id;
   int entry;  // of the history; 0 for all others
-  const TextBox* box;
+  std::string name;
+  std::function<std::string()> shown;
   std::function<std::string(int word)> text;
+  std::string blank;  // what is shown without a word
 };
 
 class PanelOnLine {
@@ -37,8 +39,12 @@ class PanelOnLine {
   std::vector<std::string> heard;
   int asked = 0;   // requests that went out
   int struck = 0;  // by a fault
+  // Called when a request has gone out.
+  std::function<void()> on_asked;
 
-  // Empty if each box that is not empty shows a word that came in with its ID and a sound check.
+  // Empty if each box that is not empty shows a word that came in from the panel's slave with its
+  // ID and a sound check, and each entry of the history one that was said where this entry was
+  // asked for.
   std::string Unfounded() const;
   // Empty if each box shows just what the boiler said last for it, and no box is empty.
   std::string Difference() const;
@@ -57,11 +63,15 @@ class PanelOnLine {
 
  private:
   std::vector<PanelValue> MakeValues() const;
+  void AddMarks(std::vector<PanelValue>& values) const;
+  bool IsFounded(const PanelValue& value, const std::string& text) const;
   void Take(const boiler::LogEntry& entry);
   void TakeInput(std::string_view bytes);
 
   std::vector<PanelValue> values_ = MakeValues();
   std::set<std::pair<int, int>> came_in_;  // ID and word
+  std::map<std::pair<int, int>, std::set<int>>
+      words_for_;  // of each ID and entry, all that was said
   std::map<std::pair<int, int>, int> said_;
   std::map<int, int> entry_of_exchange_;
   std::string tail_;  // of what came in, too short for a frame

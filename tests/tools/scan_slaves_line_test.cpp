@@ -6,7 +6,9 @@
 #include <set>
 
 #include "common/run_time_error.h"
+#include "common/text.h"
 #include "form/boiler_on_line.h"
+#include "protocols/product_names.h"
 #include "tools/frm_scan_slaves.h"
 #include "tools/line_faults.h"
 #include "tools/plain_host.h"
@@ -40,10 +42,20 @@ class ScanOnLine {
 
   bool IsPresent(int row) const { return present.contains(row); }
   std::string FullRow(int row) const {
-    return IsPresent(row) ? TypeOf(row) + " | 3.07 | 4.12 | 2.14" : kNobody;
+    if (!IsPresent(row)) return kNobody;
+    return TypeOf(row) + " | " + Version(3, 7, row) + " | " + Version(4, 12, row) + " | " +
+           Version(2, 14, row);
   }
   static std::string NumberOf(int row) { return std::to_string(2040 + row); }
-  static std::string TypeOf(int row) { return "R1865CM" + NumberOf(row); }
+  static std::string NameOf(int row) {
+    return std::string(GetProductName(static_cast<std::uint8_t>(1 + (1 + row) % 3)))
+        .append(GetTypeName(static_cast<std::uint8_t>(1 + (4 + row) % 14)));
+  }
+  static std::string TypeOf(int row) { return NameOf(row) + NumberOf(row); }
+  // Each slave has its own.
+  static std::string Version(int major, int minor, int row) {
+    return std::to_string(major) + "." + Right("0" + std::to_string(minor + row), 2);
+  }
 
   // As often as asked for the walk has come round.
   void Rounds(int count) {
@@ -63,11 +75,11 @@ class ScanOnLine {
     int in_work = 0;
     for (int i = 0; i < frm_ScanSlaves::kAddresses; ++i) {
       std::set<std::string> types = {"", "-", "err"};
-      if (IsPresent(i)) types.insert({"R1865CM", NumberOf(i), TypeOf(i)});
+      if (IsPresent(i)) types.insert({NameOf(i), NumberOf(i), TypeOf(i)});
       ASSERT_TRUE(types.contains(scan.txtType(i).Text)) << what << ": " << RowText(scan, i);
-      ExpectVersion(i, scan.txtLuP(i).Text, "3.07");
-      ExpectVersion(i, scan.txtHuP(i).Text, "4.12");
-      ExpectVersion(i, scan.txtEEPROM(i).Text, "2.14");
+      ExpectVersion(i, scan.txtLuP(i).Text, Version(3, 7, i));
+      ExpectVersion(i, scan.txtHuP(i).Text, Version(4, 12, i));
+      ExpectVersion(i, scan.txtEEPROM(i).Text, Version(2, 14, i));
       for (const auto* texts : {&scan.txtType, &scan.txtLuP, &scan.txtHuP, &scan.txtEEPROM}) {
         in_work += (*texts)(i).BackColor == frm_ScanSlaves::kFieldInWork ? 1 : 0;
       }

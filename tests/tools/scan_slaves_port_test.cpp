@@ -90,6 +90,35 @@ TEST_F(ScanSlavesTest, OpensThePanelWhileItWaitsForQuiet) {
   EXPECT_EQ(Asked(), "slave 1 step 0");
 }
 
+TEST_F(ScanSlavesTest, APanelThatCanNotBeOpenedDoesNotStopTheWalk) {
+  scan.Show();
+  in_panel = [] { throw RunTimeError(kDeviceIo, "No panel."); };
+  EXPECT_THROW(scan.cmdControlPanel(0).Press(), RunTimeError);
+  world.port().TakeSent();
+  world.Advance(2500ms);
+  EXPECT_EQ(Asked(), "slave 0 step 0");
+  Answer(kScanRead, 5, 2);
+  EXPECT_EQ(Row(0), "R1865CM |  |  | ");
+  in_panel = nullptr;
+  scan.cmdControlPanel(1).Press();
+  EXPECT_EQ(panels, (std::vector<int>{0, 1}));
+}
+
+TEST_F(ScanSlavesTest, StartedUnderThePanelItWaitsForIt) {
+  scan.Show();
+  world.port().TakeSent();
+  in_panel = [&] {
+    scan.Stop();
+    scan.Start();
+    world.Advance(1min);
+    EXPECT_EQ(Asked(), "nothing");
+    EXPECT_FALSE(world.port().PortOpen());
+  };
+  scan.cmdControlPanel(0).Press();
+  world.Advance(2500ms);
+  EXPECT_EQ(Asked(), "slave 0 step 0");
+}
+
 // --- Stop and start ------------------------------------------------------------------------------
 
 TEST_F(ScanSlavesTest, CanBeStoppedAndGoesOnWhereItWas) {
@@ -149,6 +178,23 @@ TEST_F(ScanSlavesTest, StopsWhileItWaitsForQuiet) {
   scan.Stop();
   world.Advance(1min);
   EXPECT_EQ(Asked(), "nothing");
+}
+
+TEST_F(ScanSlavesTest, NothingOfBeforeTheStopIsLeftBehindTheStart) {
+  scan.Show();
+  Receive(AnswerFrame(kScanRead, 5, 2).substr(0, 9));
+  scan.Stop();
+  scan.Start();
+  Answer(kScanRead, 5, 2);
+  EXPECT_EQ(Row(0), "R1865CM |  |  | ") << "Not half an answer.";
+  Receive("rubbish that is longer than a frame");
+  EXPECT_EQ(scan.ScanAddress, 1);
+  scan.Stop();
+  scan.Start();
+  world.port().TakeSent();
+  Answer(kScanRead, 1, 1);
+  EXPECT_EQ(Row(1), "R1862A |  |  | ");
+  EXPECT_EQ(Asked(), "slave 1 step 1") << "Not the doubt.";
 }
 
 // --- The port ------------------------------------------------------------------------------------
@@ -247,6 +293,22 @@ TEST_F(ScanSlavesTest, ErrorsOfTheLineAreNoAnswer) {
   EXPECT_EQ(Row(0), "R1865CM |  |  | ");
 }
 
+TEST_F(ScanSlavesTest, WithoutARequestNothingIsAnAnswer) {
+  world.faults().Break("Port.Output", RunTimeError(kDeviceIo, "Input/output error"));
+  scan.Show();
+  EXPECT_EQ(State(), "Waiting at address 0: Input/output error");
+  Receive("0123456789ABCDEF");
+  Answer(kScanRead, 5, 2);
+  EXPECT_EQ(Row(0), " |  |  | ");
+  EXPECT_EQ(scan.ScanAddress, 0);
+  EXPECT_EQ(Asked(), "nothing");
+  EXPECT_EQ(world.port().InBufferCount(), 0);
+  world.Advance(2500ms);
+  EXPECT_EQ(Asked(), "slave 0 step 0");
+  Answer(kScanRead, 5, 2);
+  EXPECT_EQ(Row(0), "R1865CM |  |  | ");
+}
+
 // --- Answers to something else -------------------------------------------------------------------
 
 TEST_F(ScanSlavesTest, AnAnswerThatComesLateIsNotTheNextSlaves) {
@@ -259,6 +321,27 @@ TEST_F(ScanSlavesTest, AnAnswerThatComesLateIsNotTheNextSlaves) {
   EXPECT_EQ(Asked(), "nothing") << "The right one is waited for.";
   Answer(kScanRead, 1, 1);
   EXPECT_EQ(Row(1), "R1862A |  |  | ");
+}
+
+TEST_F(ScanSlavesTest, ALateWordOfDamageIsThatOfItsOwnAddress) {
+  scan.Show();
+  const std::string late = BuildZoltMessage(kScanCorrupted + 1, "0", 61, 0, 0);
+  Silence();
+  world.port().TakeSent();
+  Receive(late);
+  EXPECT_EQ(scan.ScanAddress, 1);
+  EXPECT_EQ(Asked(), "nothing");
+  Answer(kScanRead, 1, 1);
+  EXPECT_EQ(Row(1), "R1862A |  |  | ");
+}
+
+TEST_F(ScanSlavesTest, AWordOfDamageWithoutAnAddressIsThatOfTheAddressInWork) {
+  for (const char* slave : {" ", "?", "a"}) {
+    scan.Show();
+    Receive(BuildZoltMessage(kScanCorrupted + 1, slave, 0, 0, 0));
+    EXPECT_EQ(scan.ScanAddress, 1);
+    scan.Unload();
+  }
 }
 
 TEST_F(ScanSlavesTest, TheSecondAnswerToARetryIsPassedBy) {

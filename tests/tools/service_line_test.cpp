@@ -21,5 +21,15 @@ TEST(ServiceLine, DoublesTwelveHundredAsOftenAsIsStored) {
   }
 }
 
+TEST(ServiceLine, KnowsHowLongARequestAndItsAnswerTake) {
+  int stored = 0;
+  const ServiceLine line{[] { return 3; }, [&] { return stored; }};
+  for (const auto& [baudrate, time] :
+       std::vector<std::pair<int, int>>{{0, 266}, {3, 33}, {5, 8}, {-1, 266}}) {
+    stored = baudrate;
+    EXPECT_EQ(TimeOfExchange(line), time) << baudrate;
+  }
+}
+
 }  // namespace
 }  // namespace tarnlink

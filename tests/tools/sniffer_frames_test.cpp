@@ -1,6 +1,8 @@
 // What the sniffer makes of each frame: lists, items, values, and the line of its running text.
 
+#include "common/numbers.h"
 #include "common/text.h"
+#include "protocols/zolt_crc.h"
 #include "tools/sniffer_fixture.h"
 
 namespace tarnlink {
@@ -212,21 +214,87 @@ TEST_F(OpenSnifferTest, ShowsAnAnswerOnEveryItemOfItsId) {
   EXPECT_EQ(Items(), "1 Flow 00F1 5\n2 Status 00F1 -5\n");
 }
 
-TEST_F(OpenSnifferTest, PlacesAnIdOfTheListOnADoubleClick) {
+TEST_F(OpenSnifferTest, PlacesAnIdOfTheListOnADoubleClickWithItsLastValue) {
   Hear(kAnswerType, 0xF1, 1, 0);
   sniffer.List_DisplayDetectedID.DblClick(0);
-  EXPECT_EQ(Items(), "1 Flow 00F1 \n");
+  EXPECT_EQ(Items(), "1 Flow 00F1 1\n");
   sniffer.List_DisplayDetectedID.DblClick(0);
   sniffer.List_DisplayDetectedID.DblClick(1);
   sniffer.List_DisplayDetectedID.DblClick(-1);
-  EXPECT_EQ(Items(), "1 Flow 00F1 \n");
+  EXPECT_EQ(Items(), "1 Flow 00F1 1\n");
   Exchange(0xF1, 2, 0);
   EXPECT_EQ(Items(), "1 Flow 00F1 2\n");
   sniffer.DeleteItem(1);
   Exchange(0xF1, 3, 0);
   EXPECT_EQ(Items(), "");  // the user did not want it
   sniffer.List_DisplayDetectedID.DblClick(0);
-  EXPECT_EQ(Items(), "2 Flow 00F1 \n");
+  EXPECT_EQ(Items(), "2 Flow 00F1 3\n");
+}
+
+TEST_F(OpenSnifferTest, BringsAnItemIntoViewThatTheListIsAskedFor) {
+  std::vector<int> seen;
+  sniffer.Items.BringIntoView = [&](int index) { seen.push_back(index); };
+  Hear(kAnswerType, 0xF1, 1, 0);
+  Exchange(0x01, 1, 2);
+  EXPECT_TRUE(seen.empty());  // only what the user asks for moves the view
+  sniffer.List_DisplayDetectedID.DblClick(0);
+  sniffer.List_DisplayDetectedID.DblClick(1);
+  sniffer.List_DisplayDetectedID.DblClick(0);
+  EXPECT_EQ(seen, (std::vector<int>{2, 1, 2}));
+}
+
+TEST_F(OpenSnifferTest, SaysThatThereIsNoRoomForAnIdOfTheList) {
+  for (int id = 0x1000; id < 0x1000 + 513; ++id) Exchange(id, 1, 2);
+  world.dialogs().ExpectMessageBox({.text = "There is room for 512 items. Delete one first.",
+                                    .title = "Sniffer",
+                                    .icon = Icon::kInformation});
+  sniffer.List_DisplayDetectedID.DblClick(512);
+  sniffer.List_DisplayDetectedID.DblClick(511);  // has its item
+  sniffer.DeleteItem(7);
+  sniffer.List_DisplayDetectedID.DblClick(512);
+  EXPECT_EQ(sniffer.RAM_ID(7).Text.get(), "1200");
+  EXPECT_EQ(sniffer.RAM_VALUE(7).Text.get(), "0x0102");
+}
+
+// As a master or a slave may send its digits.
+std::string SmallFrame(std::uint8_t type, const std::string& data) {
+  std::string frame = "\r" + std::string(1, static_cast<char>(type)) + "000f1" + data;
+  frame += Stuff(Hex(Calc_Crc(frame.substr(1))), 4);
+  return frame + "\n";
+}
+
+TEST_F(OpenSnifferTest, KnowsAnIdInSmallAndCapitalDigits) {
+  HearBytes(SmallFrame(kReadType, "0000"));
+  EXPECT_EQ(Items(), "1 Flow 00f1 \n");
+  Hear(kAnswerType, 0xF1, 1, 0);
+  EXPECT_EQ(Items(), "1 Flow 00f1 1\n");
+  Hear(kReadType, 0xF1, 0, 0);
+  HearBytes(SmallFrame(kAnswerType, "0200"));
+  EXPECT_EQ(Items(), "1 Flow 00f1 2\n");
+  EXPECT_EQ(Detected(), "00f1");
+  sniffer.List_DisplayDetectedID.DblClick(0);
+  EXPECT_EQ(Items(), "1 Flow 00f1 2\n");
+}
+
+TEST_F(OpenSnifferTest, LosesNothingByAnOkOnAnIdInSmallDigits) {
+  HearBytes(SmallFrame(kReadType, "0000") + SmallFrame(kAnswerType, "0100"));
+  sniffer.RAM_TEXT.DblClick(1);
+  settings.cmd_Ok.Press();
+  EXPECT_EQ(Items(), "1 Flow 00f1 1\n");
+  HearBytes(SmallFrame(kAnswerType, "0200"));
+  EXPECT_EQ(Items(), "1 Flow 00f1 2\n");
+}
+
+TEST_F(OpenSnifferTest, LosesNothingByAnOkOnAnIdThatIsNoNumber) {
+  const std::string frame =
+      "\r\x04"
+      "0G1 ?0000";
+  HearBytes(frame + Stuff(Hex(Calc_Crc(frame.substr(1))), 4) + "\n");
+  EXPECT_EQ(Items(), "1 1 Name  G1 ? \n");
+  sniffer.RAM_TEXT.DblClick(1);
+  settings.cmd_Ok.Press();
+  EXPECT_FALSE(settings.form.Visible);
+  EXPECT_EQ(Items(), "1 1 Name  G1 ? \n");
 }
 
 // --- The running text ----------------------------------------------------------------------------
@@ -329,15 +397,59 @@ TEST_F(OpenSnifferTest, FindsATextAndPausesForIt) {
   EXPECT_EQ(sniffer.txt_Messages.Marked->start, first);
 }
 
-TEST_F(OpenSnifferTest, SaysThatATextIsNotThere) {
+TEST_F(OpenSnifferTest, SaysThatATextIsNotThereAndGoesOn) {
   Exchange(0xF1, 0x2D, 0);
   sniffer.cmd_Find.Press();
   EXPECT_TRUE(sniffer.sniffing);  // nothing is looked for
   sniffer.txt_Find.Text = "0x9999";
   sniffer.cmd_Find.Press();
   EXPECT_EQ(sniffer.lbl_Find.Caption.get(), "Not found.");
+  EXPECT_TRUE(sniffer.sniffing);  // nothing is there that could run away
   sniffer.txt_Find.Text = "0x";
   EXPECT_EQ(sniffer.lbl_Find.Caption.get(), "");
+}
+
+TEST_F(OpenSnifferTest, SaysThatATextIsNotThereNoLongerThanThatHolds) {
+  const auto look_in_vain = [this] {
+    sniffer.cmd_Find.Press();
+    EXPECT_EQ(sniffer.lbl_Find.Caption.get(), "Not found.");
+  };
+  Exchange(0xF1, 0x2D, 0);
+  sniffer.txt_Find.Text = "0X1234";
+  look_in_vain();
+  Exchange(0xF1, 0x2D, 0);
+  EXPECT_EQ(sniffer.lbl_Find.Caption.get(), "Not found.");
+  Exchange(0x1234, 1, 2);
+  EXPECT_EQ(sniffer.lbl_Find.Caption.get(), "");
+  sniffer.txt_Find.Text = "elsewhere";
+  look_in_vain();
+  sniffer.cmd_Clear.Press();
+  EXPECT_EQ(sniffer.lbl_Find.Caption.get(), "");
+  sniffer.Command2.Press();
+  look_in_vain();
+  sniffer.Command1.Press();
+  EXPECT_EQ(sniffer.lbl_Find.Caption.get(), "");
+}
+
+TEST_F(OpenSnifferTest, NeverMarksWhatIsNotInTheText) {
+  const auto& text = sniffer.txt_Messages;
+  int beyond = 0;
+  sniffer.txt_Messages.SetView([&] {
+    const int end = text.Marked->start + text.Marked->length;
+    beyond += end > CharacterCount(text.Text.get()) ? 1 : 0;
+  });
+  for (int i = 0; i < 500; ++i) Exchange(0xF1, 1, 2);  // cut several times
+  for (CommandButton* const then : {&sniffer.cmd_Clear, &sniffer.Command1}) {
+    Exchange(0xF1, 1, 2);
+    sniffer.txt_Find.Text = "Read ACK";
+    sniffer.cmd_Find.Press();
+    EXPECT_EQ(text.Marked->length, 8);
+    for (int i = 0; i < 450; ++i) Exchange(0xF1, 1, 2);
+    then->Press();
+    EXPECT_EQ(text.Marked.get(), (TextPiece{CharacterCount(text.Text.get()), 0}));
+    sniffer.Command1.Press();
+  }
+  EXPECT_EQ(beyond, 0);
 }
 
 TEST(FindInText, CountsCharactersAndNotBytes) {

@@ -321,6 +321,14 @@ TEST_F(SnifferPlaces, GoWithTheArrowKeys) {
   EXPECT_EQ(PlaceOf(2), PlaceOfCell(0, 0));
 }
 
+TEST_F(SnifferPlaces, StayInViewAsTheyGoWithTheArrowKeys) {
+  for (int id = 1; id <= 2; ++id) Hear(kReadType, id, 0, 0);
+  ItemPlace seen;
+  sniffer.Items.BringIntoView = [&](int index) { seen = PlaceOf(index); };
+  sniffer.RAM_TEXT.Arrow(1, {.down = 1});
+  EXPECT_EQ(seen, PlaceOfCell(0, 1));
+}
+
 TEST_F(SnifferPlaces, PutNameIdAndValueSideBySide) {
   Exchange(0xF1, 1, 0);
   EXPECT_EQ(sniffer.RAM_TEXT(1).Left.get(), kCellGap);
@@ -420,7 +428,7 @@ TEST_F(SniffSettings, AreDroppedByCancel) {
   EXPECT_EQ(Item(1).SnifferType, kSniffSignedHigh);
 }
 
-TEST_F(SniffSettings, LeaveTheValueWhereItStillHolds) {
+TEST_F(SniffSettings, ShowTheLastAnswerAnew) {
   Show();
   settings.txt_SniffAlias.Text = "Feed";
   settings.cmd_Ok.Press();
@@ -428,24 +436,88 @@ TEST_F(SniffSettings, LeaveTheValueWhereItStillHolds) {
   Show();
   settings.opt_Representation.Choose(kBinary);
   settings.cmd_Ok.Press();
-  EXPECT_EQ(Items(), "1 Feed 00F1 \n");
+  EXPECT_EQ(Items(), "1 Feed 00F1 00101101\n");
+  Hear(kAnswerType, 0x11, 0x12, 0x34);  // which has no item
+  Show();
+  settings.txt_SniffAddress.Text = "11";
+  settings.cmd_Ok.Press();
+  EXPECT_EQ(Items(), "1 Feed 0011 00010010\n");
+  Show();
+  settings.txt_SniffAddress.Text = "12";
+  settings.cmd_Ok.Press();
+  EXPECT_EQ(Items(), "1 Feed 0012 \n");  // which nobody has answered
 }
 
-TEST_F(SniffSettings, TakeBadInputForTheNearestGood) {
-  for (const auto& [typed, bit] :
-       {std::pair{"8", 7}, {"-1", 0}, {"x", 0}, {"", 0}, {"99999999999", 7}}) {
+TEST_F(SniffSettings, KeepToolTipsTheSameAsTheirBoxes) {
+  const auto expect_same = [this](const std::string& when) {
+    for (ControlArray<TextBox>* const boxes :
+         {&sniffer.RAM_TEXT, &sniffer.RAM_ID, &sniffer.RAM_VALUE}) {
+      EXPECT_EQ((*boxes)(1).ToolTipText.get(), (*boxes)(1).Text.get()) << when;
+    }
+  };
+  expect_same("a value");
+  Exchange(0xF1, 7, 0);
+  expect_same("another");
+  Show();
+  settings.txt_SniffAlias.Text = "Feed";
+  settings.cmd_Ok.Press();
+  expect_same("renamed");
+  Exchange(0xF1, 8, 0);
+  expect_same("a value of the new name");
+  Show();
+  settings.opt_sniff_storage_type.Choose(kSniffBit);
+  settings.cmd_Ok.Press();
+  expect_same("another type");
+  sniffer.DeleteItem(1);
+  expect_same("deleted");
+}
+
+TEST_F(SniffSettings, KeepTheNumberOfAnItemWithoutAName) {
+  Exchange(0x77, 1, 2);
+  sniffer.RAM_TEXT.DblClick(2);
+  EXPECT_EQ(settings.txt_SniffAlias.Text.get(), " No name ");
+  settings.cmd_Ok.Press();
+  EXPECT_EQ(Items(), "1 Flow 00F1 45\n2 2 Name  0077 0x0102\n");
+  sniffer.RAM_TEXT.DblClick(2);
+  settings.opt_Representation.Choose(kOctal);
+  settings.cmd_Ok.Press();
+  EXPECT_EQ(Items(), "1 Flow 00F1 45\n2 2 Name  0077 402\n");
+  sniffer.RAM_TEXT.DblClick(2);
+  settings.txt_SniffAlias.Text = "Fan";
+  settings.cmd_Ok.Press();
+  EXPECT_EQ(Items(), "1 Flow 00F1 45\n2 Fan 0077 402\n");
+}
+
+TEST_F(SniffSettings, StayOpenAndSayWhatIsWrong) {
+  const SniffLocation before = Item(1);
+  for (const char* bit : {"8", "-1", "x", "", "99999999999", "1.5", "0x1", "&H1"}) {
     Show();
     settings.opt_sniff_storage_type.Choose(kSniffBit);
-    settings.txt_SniffBitAddress.Text = std::string(typed);
+    settings.txt_SniffBitAddress.Text = std::string(bit);
     settings.cmd_Ok.Press();
-    EXPECT_EQ(Item(1).BitAddress, bit) << typed;
+    EXPECT_TRUE(settings.form.Visible) << bit;
+    EXPECT_EQ(settings.lbl_Wrong.Caption.get(), "The bit is 0 to 7.") << bit;
+    settings.cmd_Cancel.Press();
   }
-  for (const auto& [typed, id] : {std::pair{"x", "0000"}, {"", "0000"}, {"7", "0007"}}) {
+  for (const char* id : {"x", "", " ", "&H1", "-1", "0G", "12345"}) {
     Show();
-    settings.txt_SniffAddress.Text = std::string(typed);
+    EXPECT_EQ(settings.lbl_Wrong.Caption.get(), "") << id;
+    settings.txt_SniffAddress.Text = std::string(id);
     settings.cmd_Ok.Press();
-    EXPECT_EQ(Item(1).Address, id) << typed;
+    EXPECT_TRUE(settings.form.Visible) << id;
+    EXPECT_EQ(settings.lbl_Wrong.Caption.get(), "The ID is 1 to 4 hexadecimal digits.") << id;
+    settings.cmd_Cancel.Press();
   }
+  EXPECT_EQ(Item(1), before);
+  EXPECT_EQ(Items(), "1 Flow 00F1 45\n");
+  Show();
+  settings.txt_SniffAddress.Text = "x";
+  settings.cmd_Ok.Press();
+  settings.txt_SniffAddress.Text = " 7 ";
+  EXPECT_EQ(settings.lbl_Wrong.Caption.get(), "");
+  settings.cmd_Ok.Press();
+  EXPECT_FALSE(settings.form.Visible);
+  EXPECT_EQ(Item(1).Address, "0007");
 }
 
 TEST_F(SniffSettings, StepTheColumnWithinItsRange) {

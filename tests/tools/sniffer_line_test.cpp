@@ -2,11 +2,13 @@
 // the link may do to it.
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <optional>
 
 #include "common/numbers.h"
 #include "common/text.h"
+#include "common/text_file.h"
 #include "form/boiler_on_line.h"
 #include "simulator/damage.h"
 #include "simulator/data_ids.h"
@@ -180,6 +182,63 @@ TEST_F(SnifferLine, HearsTenThousandExchangesOfABadLinkAndIsAtRest) {
   Calm();
   ExpectRecovery("bad link");
   EXPECT_TRUE(world.dialogs().shown().empty());
+}
+
+// What the log says of the last answers of each ID, in the texts that items show.
+class SnifferLastValues : public SnifferLine {
+ protected:
+  static constexpr const char* kLog = "/logs/Sniffer.log";
+
+  SnifferLastValues() {
+    world.disk().MakeFolder("/logs");
+    world.dialogs().ExpectSaveFile("Save log file as").Give(kLog);
+    sniffer.LogCheck.Value = true;
+  }
+  // A row ends in ".0x00F1 .45 .26 .14 S->M Read ACK".
+  std::map<std::string, std::string> LastAnswers() {
+    std::map<std::string, std::string> answers;
+    const std::string log = world.disk().Get(kLog);
+    LineReader lines(log);
+    for (std::string_view line; lines.Next(line);) {
+      const std::size_t id = line.find(" .0x");
+      if (id == std::string_view::npos || line.find("S->M") == std::string_view::npos) continue;
+      const std::string_view rest = line.substr(id + 10);
+      const int high = ValInt(rest, 0, 255);
+      const int low = ValInt(rest.substr(rest.find('.') + 1), 0, 255);
+      answers[std::string(line.substr(id + 4, 4))] = Stuff(Hex(high), 2) + Stuff(Hex(low), 2);
+    }
+    return answers;
+  }
+  void ExpectLastValues() {
+    const auto answers = LastAnswers();
+    int shown = 0;
+    for (int i = 1; i <= kLastItem && sniffer.HasItem(i); ++i) {
+      const auto answer = answers.find(sniffer.RAM_ID(i).Text);
+      SniffLocation item = Item(i);
+      const std::string value = answer == answers.end() ? ""
+                                                        : TakeSniffedValue(item,
+                                                                           "\r\x14"
+                                                                           "00000" +
+                                                                               answer->second);
+      EXPECT_EQ(sniffer.RAM_VALUE(i).Text.get(), value) << sniffer.RAM_ID(i).Text.get();
+      shown += value.empty() ? 0 : 1;
+    }
+    EXPECT_GE(shown, static_cast<int>(boiler::DataIds().size()));
+  }
+};
+
+TEST_F(SnifferLastValues, AreShownAfterTenThousandExchangesOfABadLink) {
+  for (const char* fault : {"no_reply@0.05", "bit_flip(1)@0.05", "truncate@0.05", "noise_idle@0.05",
+                            "split@0.05", "byte_insert@0.05", "foreign_traffic@0.05"}) {
+    boiler->line().AddFault(fault);
+  }
+  master->Start();
+  for (const long stop : {2000L, 10'000L}) {
+    EXPECT_TRUE(world.RunUntil([&] { return master->asked() >= stop; }, 20min));
+    world.port().Forget();
+    ExpectLastValues();
+  }
+  EXPECT_GT(struck, 2000);
 }
 
 TEST_F(SnifferLine, GoesOnWhateverCallOfThePortFails) {

@@ -1,5 +1,6 @@
 // The log file of the sniffer.
 
+#include "common/numbers.h"
 #include "tools/sniffer_fixture.h"
 
 namespace tarnlink {
@@ -83,6 +84,26 @@ TEST_F(SnifferLogTest, HasARowForEachFrame) {
                 "5-Mar-2024 .14:07:10 .  000F12D1AFD13  .0x00F1 .45 .26 .14 S->M Read ACK\r\n"
                 "5-Mar-2024 .14:07:10 . D000F1FF01B0DD  .0x00F1 .255 .1 .44 *->* Limits\r\n"
                 "5-Mar-2024 .14:07:10 . 4000F10102674B  .0x00F1 .1 .2 .34 \r\n");
+}
+
+// Whatever bytes a frame has, its row is one line of the same columns, and so is its line of text.
+TEST_F(SnifferLogTest, HasABlankForEachByteThatIsNoCharacter) {
+  Tick();
+  for (const int type : {0x00, 0x0A, 0x0D, 0x1A, 0x7F, 0xFF}) {
+    sniffer.cmd_Clear.Press();
+    Hear(static_cast<std::uint8_t>(type), 0xF1, 1, 2);
+    const std::string row = Log().substr(Log().rfind("5-Mar"));
+    const std::string body = FrameOf(static_cast<std::uint8_t>(type), 0xF1, 1, 2).substr(2, 13);
+    const std::string fields =
+        "5-Mar-2024 .14:07:09 .  " + body + "  .0x00F1 .1 .2 ." + Hex(type) + " ";
+    EXPECT_EQ(row.substr(0, fields.size()), fields);
+    const std::string characters = "5 March 2024 14:07:09   " + body + "  ";
+    EXPECT_EQ(Shown().substr(0, characters.size()), characters) << type;
+    for (const std::string& text : {row, Shown()}) {
+      EXPECT_EQ(text.find_first_of(std::string("\0\x1A\x7F\xFF", 4)), std::string::npos) << type;
+      EXPECT_EQ(text.find_first_of("\r\n"), text.size() - 2) << type;
+    }
+  }
 }
 
 TEST_F(SnifferLogTest, HasNoRowForABadFrame) {

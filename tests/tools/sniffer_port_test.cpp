@@ -99,15 +99,14 @@ TEST_F(SnifferTest, TellsOfAFileThatCannotBeRead) {
   EXPECT_EQ(Items(), "1 1 Name  00F1 0x0102\n");
 }
 
-TEST_F(SnifferTest, TellsOfABrokenLineAndKeepsWhatStandsAboveIt) {
-  MessageBoxRequest box = SnifferFileBox("boiler.snf, line 3: The representation is not 0 to 3.");
-  box.detail = "The lines from there on are left out.";
+TEST_F(SnifferTest, TellsOfTheFirstBrokenLineAndReadsAllOthers) {
+  MessageBoxRequest box = SnifferFileBox("boiler.snf, line 4: The representation is not 0 to 3.");
+  box.detail = "The rest of the file has been read.";
   world.dialogs().ExpectMessageBox(box);
-  Open("*R2\r\nFlow,F1,0,H\r\nBad,F2,9\r\nStatus,1,2\r\n");
+  Open("*R2\r\nFlow,F1,0,H\r\n\r\nOdd,F2,9\r\nworse\r\nStatus,1,2\r\n");
   EXPECT_EQ(sniffer.lbl_Revision.Caption.get(), "R2");
-  Exchange(0xF1, 1, 2);
-  Exchange(0x01, 1, 2);
-  EXPECT_EQ(Items(), "1 Flow 00F1 1\n2 2 Name  0001 0x0102\n");
+  for (const int id : {0xF1, 0xF2, 0x01}) Exchange(id, 1, 2);
+  EXPECT_EQ(Items(), "1 Flow 00F1 1\n2 Odd 00F2 0x0102\n3 Status 0001 0000000100000010\n");
 }
 
 TEST_F(SnifferTest, FindsTheFileBesideTheIdFileWhateverThatIs) {

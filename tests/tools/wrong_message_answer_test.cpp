@@ -87,6 +87,63 @@ TEST_F(WrongMessageTest, TheNextMessageClearsWhatWasReceived) {
   EXPECT_EQ(tool.txt_RecErrMsg(4).ToolTipText.get(), "");
 }
 
+// --- An adapter that sends back what it is given ---
+
+TEST_F(WrongMessageTest, TheMessageComingBackIsNoAnswer) {
+  Send();
+  const std::string echo = world.port().frames().back().bytes;
+  Receive(echo);
+  EXPECT_EQ(State(), "waiting, Tx");
+  EXPECT_EQ(tool.txt_ReturnedData.Text.get(), "");
+  EXPECT_EQ(tool.txtStatus.Text.get(), "");
+  Receive(AnswerOf(0x11));
+  EXPECT_EQ(tool.txt_ReturnedData.Text.get(), AnswerOf(0x11));
+  EXPECT_EQ(tool.txtStatus.Text.get(), "Read Acknowledge");
+}
+
+TEST_F(WrongMessageTest, TheAnswerMayComeWithItOrInPieces) {
+  for (const std::size_t cut : {1U, 8U, 15U, 16U, 17U, 24U, 31U, 32U}) {
+    Send();
+    const std::string all = world.port().frames().back().bytes + AnswerOf(0x61);
+    Receive(all.substr(0, cut));
+    Receive(all.substr(cut));
+    EXPECT_EQ(tool.txt_ReturnedData.Text.get(), AnswerOf(0x61)) << cut;
+    EXPECT_EQ(tool.txtStatus.Text.get(), "Unknown Data ID") << cut;
+  }
+}
+
+TEST_F(WrongMessageTest, AMessageThatIsShortComesBackShort) {
+  Box(4).Text = "";
+  Send();
+  const std::string echo = world.port().frames().back().bytes;
+  ASSERT_EQ(echo.size(), 15U);
+  Receive(echo + AnswerOf(0x21));
+  EXPECT_EQ(tool.txtStatus.Text.get(), "Corrupted Message");
+  EXPECT_EQ(tool.txt_ReturnedData.Text.get(), AnswerOf(0x21));
+}
+
+TEST_F(WrongMessageTest, OnlyTheMessageComingBackIsSilence) {
+  Send();
+  Receive(world.port().frames().back().bytes);
+  ExpectNoResponse(world);
+  world.Advance(1s);
+  EXPECT_EQ(Received(), std::string(15, ' '));
+}
+
+TEST_F(WrongMessageTest, OnlyOnceAndOnlyAsItWasSentItIsNoAnswer) {
+  Send();
+  const std::string echo = world.port().frames().back().bytes;
+  Receive(echo + echo);
+  EXPECT_EQ(tool.txt_ReturnedData.Text.get(), echo);
+  for (std::size_t at = 0; at < echo.size(); ++at) {
+    Send();
+    std::string other = echo;
+    other[at] = '~';
+    Receive(other);
+    EXPECT_EQ(tool.txt_ReturnedData.Text.get(), other) << at;
+  }
+}
+
 // --- The port, the lamps and the time ------------------------------------------------------------
 
 TEST_F(WrongMessageTest, OpensThePortOfTheOptionsForOneExchange) {

@@ -140,7 +140,12 @@ TEST_F(WrongMessageTest, NonAsciiTakesTheDataAway) {
   Box(8).Text = "4";
   Tick(kNonAscii);
   EXPECT_EQ(Boxes(7, 10), "x x x x");
+  EXPECT_EQ(Red(), "7 8 9 10") << "No digits.";
   for (int i = 7; i <= 10; ++i) EXPECT_FALSE(Box(i).Enabled);
+  tool.cmd_ResetDefault.Press();
+  EXPECT_EQ(Red(), "");
+  Send();
+  EXPECT_EQ(Red(), "7 8 9 10") << "They are sent all the same.";
   Tick(kNonAscii, false);
   EXPECT_EQ(Boxes(7, 10), "0 0 0 0");
   for (int i = 7; i <= 10; ++i) EXPECT_TRUE(Box(i).Enabled);

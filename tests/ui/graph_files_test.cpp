@@ -2,6 +2,7 @@
 
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTimer>
 #include <QWindow>
 #include <cmath>
 #include <stdexcept>
@@ -163,9 +164,7 @@ class LostDayUiTest : public GraphFilesUiTest {
     graph().Data.AutoSaveDay = std::floor(graph().Now());
     all().menu.mnuAutoSave.Checked = true;
   }
-  void ExpectSaveError() {
-    world.dialogs().ExpectMessageBox("Error saving file", "Saving file");
-  }
+  void ExpectSaveError() { world.dialogs().ExpectMessageBox("Error saving file", "Saving file"); }
 };
 
 TEST_F(LostDayUiTest, TheFramesButtonLeavesTheWindowThere) {
@@ -200,29 +199,62 @@ TEST_F(LostDayUiTest, OneThatComesBackIsTheOneThatIsOpen) {
   EXPECT_EQ(Count(1), 89'000);
   ClickAt(Middle("lblExit"));
   EXPECT_TRUE(IsGone()) << "nothing was put off any more";
-  QTest::qWait(50);
-  EXPECT_EQ(tool.window(), nullptr);
 }
 
 TEST_F(LostDayUiTest, LeavingTheProgramWaitsForTheFiles) {
   ShowLine(1, std::vector<int>(89'000, 0x1234));
   world.disk().MakeFolder("/home/user/gone");
   bool has_ended = false;
-  tool.Leave([&] { has_ended = true; });
+  ClickAt(Middle("lblExit"));
+  EXPECT_FALSE(tool.Leave([&] { has_ended = true; }));
   EXPECT_FALSE(has_ended);
+  EXPECT_EQ(QApplication::activeModalWidget(), &Progress()) << "nothing else can be begun";
   ASSERT_TRUE(world.RunUntil([this] { return !files().IsBusy(); }, 60s));
   ASSERT_TRUE(QTest::qWaitFor([&] { return has_ended; }, 3000));
   EXPECT_EQ(tool.graph(), nullptr);
-  bool again = false;
-  tool.Leave([&] { again = true; });
-  EXPECT_TRUE(again) << "without a graph there is nothing to wait for";
+  EXPECT_TRUE(tool.Leave([] { FAIL() << "There was nothing to wait for."; }));
+}
+
+TEST_F(LostDayUiTest, WhoeverOpensTheGraphIsAskedAgainOnceTheFilesAreWritten) {
+  ShowLine(1, std::vector<int>(89'000, 0x1234));
+  world.disk().MakeFolder("/home/user/gone");
+  std::string asked;
+  tool.ShowAgain = [&](const std::string& properties) { asked = properties; };
+  ClickAt(Middle("lblExit"));
+  tool.Show("/home/user/lines.grp");
+  EXPECT_EQ(asked, "");
+  ASSERT_TRUE(world.RunUntil([this] { return !files().IsBusy(); }, 60s));
+  EXPECT_TRUE(IsGone());
+  EXPECT_EQ(asked, "/home/user/lines.grp");
+}
+
+// A box of another window, or of the graph itself as the desktop ends.
+TEST_F(LostDayUiTest, TheGraphIsThereAsLongAsABoxStands) {
+  world.disk().MakeFolder("/home/user/gone");
+  QDialog outer;
+  QDialog box;
+  bool was_there = false;
+  QTimer::singleShot(0, &outer, [&] {
+    QTimer::singleShot(0, &box, [&] {
+      all().form.Unload();
+      QTimer::singleShot(0, &box, [&] {
+        was_there = tool.graph() != nullptr;
+        box.accept();
+      });
+    });
+    box.exec();
+    outer.accept();
+  });
+  outer.exec();
+  EXPECT_TRUE(was_there);
+  EXPECT_TRUE(IsGone());
 }
 
 TEST_F(LostDayUiTest, AFileThatFailsKeepsTheProgram) {
   ShowLine(1, std::vector<int>(89'000, 0x1234));
   ExpectSaveError();
   bool has_ended = false;
-  tool.Leave([&] { has_ended = true; });
+  EXPECT_FALSE(tool.Leave([&] { has_ended = true; }));
   ASSERT_TRUE(world.RunUntil([this] { return window().isVisible(); }, 60s));
   ClickAt(Middle("lblExit"));
   EXPECT_TRUE(IsGone());

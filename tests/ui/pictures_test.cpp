@@ -11,24 +11,10 @@
 
 #include "platform/qt/qt_dialogs.h"
 #include "ui/edit_fixture.h"
+#include "ui/look.h"
 
 namespace tarnlink {
 namespace {
-
-QPalette DarkPalette() {
-  QPalette dark(QColor(53, 53, 53));
-  dark.setColor(QPalette::Base, QColor(35, 35, 35));
-  dark.setColor(QPalette::AlternateBase, QColor(53, 53, 53));
-  dark.setColor(QPalette::ToolTipBase, QColor(35, 35, 35));
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
-                          QPalette::ToolTipText, QPalette::BrightText}) {
-    dark.setColor(role, QColor(235, 235, 235));
-    dark.setColor(QPalette::Disabled, role, QColor(127, 127, 127));
-  }
-  dark.setColor(QPalette::Highlight, QColor(42, 130, 218));
-  dark.setColor(QPalette::HighlightedText, Qt::black);
-  return dark;
-}
 
 // One Location of a screen file, its value box right of its name box.
 std::string Line(const std::string& name, int storage, int representation, int scan_flags, int top,
@@ -63,11 +49,6 @@ std::string BoilerScreen() {
           Heading("Burner", 570, 5400, "9.75");
   return text;
 }
-
-struct Look {
-  const char* name;
-  bool dark;
-};
 
 class Pictures : public EditUiTest, public ::testing::WithParamInterface<Look> {
  protected:

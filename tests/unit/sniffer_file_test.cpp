@@ -11,8 +11,8 @@
 namespace tarnlink {
 namespace {
 
-// "name,id,representation,type" for each record, with "; " between them; behind " ! " the line that
-// ended the reading and its reason.
+// "name,id,representation,type" for each record, with "; " between them; behind " ! " the first bad
+// line and its reason.
 std::string Read(std::string_view text) {
   const SnifferFile file = ReadSnifferFile(text);
   std::string shown;
@@ -69,7 +69,10 @@ TEST(ReadSnifferFile, RefusesALineWithoutItsFields) {
   EXPECT_EQ(Read("Flow"), " ! 1: The ID is missing.");
   EXPECT_EQ(Read("Flow,10"), " ! 1: The representation is missing.");
   EXPECT_EQ(Read("Flow;10;0"), " ! 1: The ID is missing.");
-  EXPECT_EQ(Read("\r\nFlow,10,0"), " ! 1: The ID is missing.");
+}
+
+TEST(ReadSnifferFile, PassesOverBlankLines) {
+  EXPECT_EQ(Read("\r\n\nFlow,10,0\r\n  \t\r\nStatus,1,2\r\n\r\n"), "Flow,16,0,5; Status,1,2,5");
 }
 
 TEST(ReadSnifferFile, RefusesAnIdThatIsNoNumberOf31Bits) {
@@ -80,22 +83,23 @@ TEST(ReadSnifferFile, RefusesAnIdThatIsNoNumberOf31Bits) {
   EXPECT_EQ(Read("a,80000000,0"), " ! 1: The ID is greater than 7FFFFFFF.");
 }
 
-TEST(ReadSnifferFile, RefusesARepresentationThatIsNoneOfTheFour) {
+TEST(ReadSnifferFile, ShowsARecordInHexadecimalWhoseRepresentationIsNoneOfTheFour) {
   EXPECT_EQ(Read("a,1,2.6"), "a,1,3,5");
   for (const std::string number : {"4", "-1", "255", "3.5"}) {
-    EXPECT_EQ(Read("a,1," + number), " ! 1: The representation is not 0 to 3.") << number;
+    EXPECT_EQ(Read("a,1," + number + ",H"), "a,1,1,1 ! 1: The representation is not 0 to 3.")
+        << number;
   }
-  EXPECT_EQ(Read("a,1,x"), " ! 1: The representation: \"x\" is no number.");
-  EXPECT_EQ(Read("a,1,"), " ! 1: The representation: \"\" is no number.");
+  EXPECT_EQ(Read("a,1,x"), "a,1,1,5 ! 1: The representation: \"x\" is no number.");
+  EXPECT_EQ(Read("a,1,"), "a,1,1,5 ! 1: The representation: \"\" is no number.");
   EXPECT_EQ(Read("a,1,99999999999"),
-            " ! 1: The representation: \"99999999999\" is not between -2147483648 and "
+            "a,1,1,5 ! 1: The representation: \"99999999999\" is not between -2147483648 and "
             "2147483647.");
 }
 
-TEST(ReadSnifferFile, KeepsWhatStandsAboveABadLineAndNothingBelow) {
-  EXPECT_EQ(Read("a,1,0\r\n\r\nb,2,0"), "a,1,0,5 ! 2: The ID is missing.");
-  EXPECT_EQ(Read("*R1\r\na,1,0\r\nb,2\r\nc,3,0"), "a,1,0,5 ! 3: The representation is missing.");
-  EXPECT_EQ(ReadSnifferFile("*R1\r\nbad\r\n*R2").Revision, "R1");
+TEST(ReadSnifferFile, LeavesABadLineOutAndTellsOfTheFirst) {
+  EXPECT_EQ(Read("*R1\r\na,1,0\r\n\r\nb,2\r\nc,x,0\r\nd,4,0"),
+            "a,1,0,5; d,4,0,5 ! 4: The representation is missing.");
+  EXPECT_EQ(ReadSnifferFile("*R1\r\nbad\r\n*R2").Revision, "R2");
 }
 
 TEST(ReadSnifferFile, Takes300RecordsAndTellsOfOneMore) {

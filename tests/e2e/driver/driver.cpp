@@ -9,8 +9,11 @@
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QStyleHints>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTimer>
 #include <QToolBar>
 #include <QTreeWidget>
@@ -54,10 +57,21 @@ struct Place {
   QPoint point;
 };
 
+// The middle of the tab that has this text.
+Place PlaceOfTab(const QTabWidget& tabs, const QString& text) {
+  for (int i = 0; i < tabs.count(); ++i) {
+    if (tabs.tabText(i) == text) return {tabs.tabBar(), tabs.tabBar()->tabRect(i).center()};
+  }
+  return {};
+}
+
 // The middle of a widget, of an action's button on a tool bar or, as "tree/text", of the line of a
-// tree that has this text.
+// tree or of the tab that has this text.
 Place PlaceOf(const QString& target) {
   QObject* object = Find(target.section('/', 0, 0));
+  if (const auto* tabs = qobject_cast<QTabWidget*>(object)) {
+    return PlaceOfTab(*tabs, target.section('/', 1));
+  }
   if (auto* tree = qobject_cast<QTreeWidget*>(object)) {
     const QList<QTreeWidgetItem*> lines =
         tree->findItems(target.section('/', 1), Qt::MatchExactly | Qt::MatchRecursive);
@@ -152,6 +166,7 @@ QString Driver::Obey(const QString& line) {
   if (verb == "get") return Property(rest.section(' ', 0, 0), rest.section(' ', 1).toUtf8());
   if (verb == "modal") return Modal();
   if (verb == "click") return Click(rest);
+  if (verb == "close") return Close();
   if (verb == "mouse") return Mouse(rest, 1);
   if (verb == "twice") return Mouse(rest, 2);
   if (verb == "key") return Key(rest);
@@ -203,6 +218,14 @@ QString Driver::Click(const QString& text) {
   return "no such: " + text;
 }
 
+// What the desktop does at the cross of the window that is left to the user.
+QString Driver::Close() {
+  QWidget* front = WindowInFront();
+  if (front == nullptr) return "none";
+  QTimer::singleShot(0, front, [front] { front->close(); });
+  return "ok";
+}
+
 // Mouse and keys come as from the desktop: Qt itself finds out who gets them, and a window that is
 // blocked by a dialog gets none. Each comes through the event loop, in the order of the commands.
 QString Driver::Mouse(const QString& target, int clicks) {
@@ -250,6 +273,8 @@ QString Driver::Items(const QString& name) {
     for (QTreeWidgetItemIterator item(tree); *item != nullptr; ++item) lines << (*item)->text(0);
   } else if (auto* box = qobject_cast<QComboBox*>(object)) {
     for (int i = 0; i < box->count(); ++i) lines << box->itemText(i);
+  } else if (auto* list = qobject_cast<QListWidget*>(object)) {
+    for (int i = 0; i < list->count(); ++i) lines << list->item(i)->text();
   } else {
     return "no such: " + name;
   }

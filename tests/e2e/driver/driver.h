@@ -22,6 +22,7 @@ class Driver final : public QObject {
   QString Property(const QString& name, const QByteArray& property);
   QString Modal();
   QString Click(const QString& button);
+  QString Close();
   QString Mouse(const QString& target, int clicks);
   QString Key(const QString& name);
   QString Keys(const QString& text);

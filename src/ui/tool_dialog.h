@@ -1,0 +1,35 @@
+// What the dialogs of the service tools have in common.
+#pragma once
+
+#include <QDialog>
+
+#include "common/control.h"
+#include "platform/settings_store.h"
+
+namespace tarnlink {
+
+class ToolDialog : public QDialog {
+ public:
+  // Named after `form`, which outlives it.
+  ToolDialog(Control& form, QWidget* parent);
+  ~ToolDialog() override;
+
+ protected:
+  // Once it is built: as large as its content, as far as the screen has room, or as it was left.
+  // From now on it is shown while the form is visible.
+  void Begin(SettingsStore& settings);
+  // What follows the form besides.
+  virtual void FormChanged() {}
+  // Enter, pressed on anything but a button.
+  virtual void Enter() {}
+
+  // Enter presses the button that has the focus, never another one.
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void ShowForm();
+
+  Control& control_;
+};
+
+}  // namespace tarnlink
