@@ -93,7 +93,6 @@ void MeasureFiles::LoadMeasureFile(const std::string& FileName, bool WithMeasure
   Load(std::move(task));
 }
 
-// The day is the next one before anything can go wrong: its box may stand for days.
 void MeasureFiles::AutoSaveMeasurements() {
   if (auto_save_waits_) return;
   auto_save_waits_ = WaitsForAnother(Kind::kSave, [this] {
@@ -107,6 +106,7 @@ void MeasureFiles::SaveLostDay() {
   if (lost_since_ != kNever && !IsBusy()) SaveDay(true);
 }
 
+// The day is the next one before anything can go wrong: its box may stand for days.
 void MeasureFiles::SaveDay(bool is_retry) {
   Graphic& data = graph_.Data;
   const std::int64_t newer_than =

@@ -66,7 +66,7 @@ class MeasureFiles {
   // Calls once nothing is under way, nothing waits and no box of a file stands, which may be at
   // once. Until then everything can be stopped.
   void WhenIdle(std::function<void()> call);
-  // The same, but all else is finished here. Waits for the disk.
+  // As `StopLoads`, but all else is finished here. Waits for the disk.
   void FinishNow();
 
   frmFileProgress progress;

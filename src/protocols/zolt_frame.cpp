@@ -46,6 +46,20 @@ bool IsGood(std::string_view raw) {
   return Text(raw, kCrc) == crc;
 }
 
+std::string WithUpperCheck(std::string_view raw) {
+  std::string frame(raw);
+  const std::size_t end = std::min(frame.size(), kCrc.offset + kCrc.length);
+  for (std::size_t at = kCrc.offset; at < end; ++at) {
+    if (frame[at] >= 'a' && frame[at] <= 'f') frame[at] -= 'a' - 'A';
+  }
+  return frame;
+}
+
+bool IsSlave(std::string_view character) {
+  constexpr std::string_view kCharacters = "0123456789ABCDEF";
+  return character.size() == 1 && kCharacters.find(character) != std::string_view::npos;
+}
+
 std::uint8_t TypeOf(std::string_view frame) { return ByteAt(frame, kTypeOffset); }
 
 std::string_view Text(std::string_view frame, Field field) {

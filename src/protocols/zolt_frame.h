@@ -62,6 +62,12 @@ std::string Request(std::uint8_t type, std::string_view slave, std::string_view 
 // them are not looked at.
 bool IsGood(std::string_view raw);
 
+// The frame with its CRC digits in upper case: `IsGood` of it reads them as a number.
+std::string WithUpperCheck(std::string_view raw);
+
+// Whether a slave can have this address: one of the characters 0 to 9 and A to F.
+bool IsSlave(std::string_view character);
+
 // The type byte; a frame without one throws RunTimeError 9.
 std::uint8_t TypeOf(std::string_view frame);
 

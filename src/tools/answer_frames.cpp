@@ -1,18 +1,10 @@
 #include "tools/answer_frames.h"
 
-#include <algorithm>
-
-#include "protocols/frame_bytes.h"
-#include "protocols/zolt_crc.h"
 #include "protocols/zolt_frame.h"
 
 namespace tarnlink {
 
 namespace {
-
-bool IsHexDigit(char one) {
-  return (one >= '0' && one <= '9') || (one >= 'A' && one <= 'F') || (one >= 'a' && one <= 'f');
-}
 
 bool IsWhole(std::string_view frame) {
   return frame.front() == zolt_frame::kStart && frame.back() == zolt_frame::kEnd;
@@ -27,10 +19,14 @@ bool IsRequest(std::string_view frame) {
 }  // namespace
 
 bool HasGoodCheck(std::string_view frame) {
-  const std::string_view digits = zolt_frame::Text(frame, zolt_frame::kCrc);
-  return digits.size() == zolt_frame::kCrc.length &&
-         std::all_of(digits.begin(), digits.end(), IsHexDigit) &&
-         HexNumber(digits) == Calc_Crc(zolt_frame::Text(frame, zolt_frame::kBody));
+  return zolt_frame::IsGood(zolt_frame::WithUpperCheck(frame));
+}
+
+bool IsFrom(std::string_view answer, std::string_view slave) {
+  const std::string_view one = zolt_frame::Text(answer, zolt_frame::kSlave);
+  if (one == slave) return true;
+  return zolt_frame::KindOf(zolt_frame::TypeOf(answer)) == zolt_frame::kCorruptedMessage &&
+         !zolt_frame::IsSlave(one);
 }
 
 AnswerKind AnswerFrames::Take(std::string_view bytes) {
@@ -39,7 +35,11 @@ AnswerKind AnswerFrames::Take(std::string_view bytes) {
     frame_ = rest_.substr(0, zolt_frame::kLength);
     rest_.erase(0, zolt_frame::kLength);
     const bool is_good = HasGoodCheck(frame_);
-    if (is_good && IsRequest(frame_)) continue;
+    if (is_good) frame_ = zolt_frame::WithUpperCheck(frame_);
+    if (is_good && IsRequest(frame_)) {
+      if (HeardRequest) HeardRequest(frame_);
+      continue;
+    }
     is_doubtful_ = !IsWhole(frame_) || !rest_.empty();
     if (is_good) return AnswerKind::kGood;
     return is_doubtful_ ? AnswerKind::kTorn : AnswerKind::kCorrupt;

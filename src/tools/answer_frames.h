@@ -2,6 +2,7 @@
 // can be trusted to be the only one.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -18,13 +19,20 @@ enum class AnswerKind {
 // are no value.
 bool HasGoodCheck(std::string_view frame);
 
+// Whether the answer is that of this slave. One that says that the request was damaged need not
+// know whom it was for.
+bool IsFrom(std::string_view answer, std::string_view slave);
+
 class AnswerFrames {
  public:
   // A request goes out: what came before it counts no more.
   void Clear() { rest_.clear(); }
 
   AnswerKind Take(std::string_view bytes);
-  // Of the answer that was taken last.
+  // A master's sound request, ours that an adapter sends back or another's.
+  std::function<void(std::string_view frame)> HeardRequest;
+
+  // Of the answer that was taken last; the check digits of a sound one in upper case.
   const std::string& frame() const { return frame_; }
   // More came than one answer, so that more may be on its way; or it does not look as a frame does.
   bool IsDoubtful() const { return is_doubtful_; }

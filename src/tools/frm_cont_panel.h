@@ -8,11 +8,11 @@
 #include <string>
 #include <string_view>
 
-#include "protocols/line_doubt.h"
 #include "tools/answer_frames.h"
 #include "tools/panel_answers.h"
 #include "tools/panel_form.h"
 #include "tools/panel_open_requests.h"
+#include "tools/quiet_watch.h"
 #include "tools/tool_host.h"
 
 namespace tarnlink {
@@ -54,13 +54,15 @@ class frm_ContPanel : public PanelForm {
   PanelRequest NextRequest();
   void Received(int event);
   void TakeAnswer(AnswerKind kind);
-  bool IsOurs(std::string_view frame) const;
-  bool IsEarly(int id) const;
+  void HearRequest(std::string_view frame);
+  bool IsAnswerToOther(std::string_view frame) const;
+  bool IsCompletion(std::string_view frame) const;
+  bool IsReadOfPendingCommand(std::string_view frame) const;
   void TakeGood();
+  void TakeUnasked();
   double Milliseconds() const;
-  void AwaitQuiet();
-  void QuietTick();
-  void EndQuiet();
+  void AwaitQuiet(bool is_open);
+  void DoubtIsOver(bool is_quiet);
   void TimedOut();
 
   ToolHost& host_;
@@ -71,9 +73,11 @@ class frm_ContPanel : public PanelForm {
   bool is_repeated_ = false;  // it went out before, without an answer: that may still come
   PanelOpenRequests open_;
   std::string last_answer_;
-  bool is_fast_ = false;  // answers may be sooner than the line can bring them
-  LineDoubt doubt_;
-  std::unique_ptr<Timer> quiet_watch_;  // runs while the next request waits for a quiet line
+  bool is_fast_ = false;    // answers may be sooner than the line can bring them
+  bool is_shared_ = false;  // another master asks the same slave
+  bool is_silent_ = false;  // it has not answered, and no box has said so
+  QuietWatch quiet_watch_;  // on while the next request waits for a quiet line
+  bool is_open_ = false;    // meanwhile the answer to the request that is out counts
 };
 
 }  // namespace tarnlink

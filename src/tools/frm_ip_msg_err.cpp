@@ -75,17 +75,17 @@ std::optional<std::string> BytesOf(std::string_view text) {
   return bytes;
 }
 
-std::string StatusText(char kind) {
-  switch (kind) {
-    case '1':
+std::string StatusText(char type) {
+  switch (zolt_frame::KindOf(static_cast<std::uint8_t>(type))) {
+    case zolt_frame::kReadAcknowledge:
       return "Read Acknowledge";
-    case '2':
+    case zolt_frame::kCorruptedMessage:
       return "Corrupted Message";
-    case '4':
+    case zolt_frame::kOutsideRange:
       return "Parameter outside range";
-    case '6':
+    case zolt_frame::kUnknownDataId:
       return "Unknown Data ID";
-    case '9':
+    case zolt_frame::kWriteAcknowledge:
       return "Write Acknowledge";
     default:
       return "";
@@ -129,8 +129,7 @@ frm_IPMsgErr::frm_IPMsgErr(ToolHost& host, RandomSource random)
 // --- Beginning and end ---------------------------------------------------------------------------
 
 void frm_IPMsgErr::Show() {
-  if (is_loaded_) return;
-  is_loaded_ = true;
+  if (form.Visible) return;
   for (const int which : {kWrongCrc, kNonAscii}) chk_IPMsgErr(which).Value = false;
   WrongCrcClicked();
   NonAsciiClicked();
@@ -140,8 +139,7 @@ void frm_IPMsgErr::Show() {
 }
 
 void frm_IPMsgErr::Unload() {
-  if (!is_loaded_) return;
-  is_loaded_ = false;
+  if (!form.Visible) return;
   GiveUp();
   PutLampsOut();
   form.Visible = false;
@@ -199,14 +197,15 @@ void frm_IPMsgErr::FillBoxes(int first, int last, const std::string& text) {
 void frm_IPMsgErr::Send() {
   ClearReceived();
   GiveUp();
+  const std::optional<std::string> frame = BuildFrame();
+  if (!frame) return;
   try {
     SetServiceLine(*comm_ErrMsg, host_.line);
     comm_ErrMsg->SetPortOpen(true);
-    const std::optional<std::string> frame = BuildFrame();
-    if (!frame) return GiveUp();
     comm_ErrMsg->SetRThreshold(zolt_frame::kLength);
     comm_ErrMsg->ClearInBuffer();
     sent_ = *frame;
+    echo_.clear();
     received_.clear();
     comm_ErrMsg->Output(*frame);
   } catch (const RunTimeError& error) {
@@ -275,11 +274,18 @@ void frm_IPMsgErr::CommEvent(int event) {
 
 void frm_IPMsgErr::Received() {
   received_ += comm_ErrMsg->Input();
-  if (received_.starts_with(sent_)) received_.erase(0, std::exchange(sent_, {}).size());
+  if (!sent_.empty() && received_.starts_with(sent_)) {
+    received_.erase(0, sent_.size());
+    echo_ = std::exchange(sent_, {});
+  }
   const int missing = zolt_frame::kLength - static_cast<int>(received_.size());
   if (missing > 0) return comm_ErrMsg->SetRThreshold(missing);
-  txt_ReturnedData.Text = ShownBytes(received_);
-  ShowReceivedMessage(received_);
+  ShowAnswer(received_);
+}
+
+void frm_IPMsgErr::ShowAnswer(const std::string& answer) {
+  txt_ReturnedData.Text = ShownBytes(answer);
+  ShowReceivedMessage(answer);
   GiveUp();
   shp_Rx.BackColor = kRxLit;
   Restart(*tim_TxRxLed);
@@ -293,7 +299,7 @@ void frm_IPMsgErr::ShowReceivedMessage(std::string_view Raw) {
     txt_RecErrMsg(i).Text = ShowsCode(i) ? code : ShownBytes({&byte, 1});
     txt_RecErrMsg(i).ToolTipText = "Hex " + code;
   }
-  if (count > kTypeBox) txtStatus.Text = StatusText(txt_RecErrMsg(kTypeBox).Text.get().front());
+  if (count > kTypeBox) txtStatus.Text = StatusText(Raw[kTypeBox]);
 }
 
 void frm_IPMsgErr::ClearReceived() {
@@ -305,7 +311,9 @@ void frm_IPMsgErr::ClearReceived() {
   txtStatus.Text = "";
 }
 
+// Where nothing follows it, what came back is the answer: that of a plug that joins both wires.
 void frm_IPMsgErr::NoResponse() {
+  if (!echo_.empty() && received_.empty()) return ShowAnswer(echo_);
   GiveUp();
   host_.platform.dialogs().MessageBox(
       {.text = "No Response", .title = "Communication Problem", .icon = Icon::kCritical});

@@ -88,15 +88,16 @@ class frm_IPMsgErr {
   bool IsTicked(int index) const { return chk_IPMsgErr(index).Value; }
   void CommEvent(int event);
   void Received();
+  void ShowAnswer(const std::string& answer);
   void NoResponse();
   void GiveUp();
   void PutLampsOut();
 
   ToolHost& host_;
   RandomSource random_;
-  bool is_loaded_ = false;
   std::string sent_;      // which some adapters send back before the answer; empty when they have
-  std::string received_;  // without it
+  std::string echo_;      // that came back, kept until it is clear whether something follows
+  std::string received_;  // behind it, or without it
 };
 
 }  // namespace tarnlink

@@ -1,10 +1,11 @@
 #include "tools/frm_scan_slaves.h"
 
+#include <algorithm>
+
 #include "common/numbers.h"
-#include "common/text.h"
-#include "protocols/product_names.h"
 #include "protocols/zolt_frame.h"
 #include "protocols/zolt_message.h"
+#include "tools/product_text.h"
 #include "tools/tool_port.h"
 
 namespace tarnlink {
@@ -12,22 +13,10 @@ namespace tarnlink {
 namespace {
 
 constexpr int kAnswerTime = 2500;  // ms
-constexpr int kMostRetries = 2;    // time-outs after which a known slave is given up
-constexpr int kQuietTick = 20;     // ms
+constexpr int kMostTimeouts = 2;   // after which a known slave is given up
 
 constexpr int kNameStep = 0;
 constexpr int kNumberStep = 1;
-constexpr int kLuPStep = 2;
-constexpr int kHuPStep = 3;
-
-std::string VersionText(std::uint8_t major, std::uint8_t minor) {
-  return std::to_string(major) + "." + Right("00" + std::to_string(minor), 2);
-}
-
-bool IsAddress(std::string_view character) {
-  constexpr std::string_view kCharacters = "0123456789ABCDEF";
-  return kCharacters.find(character) != std::string_view::npos;
-}
 
 }  // namespace
 
@@ -43,13 +32,12 @@ frm_ScanSlaves::frm_ScanSlaves(ToolHost& host)
     : ScanSlavesCom(host.platform.CreatePort()),
       ScanSlavesTimer(host.platform.CreateTimer()),
       host_(host),
-      quiet_watch_(host.platform.CreateTimer()) {
+      quiet_watch_(host.platform, host.line, [this](bool) { ScanSendRequest(); }) {
   form.Visible = false;
   for (int i = 0; i < kAddresses; ++i) {
     txtAddress(i).Text = Hex(i);
-    for (auto* texts : {&txtAddress, &txtType, &txtLuP, &txtHuP, &txtEEPROM}) {
-      (*texts)(i).Locked = true;
-    }
+    txtAddress(i).Locked = true;
+    for (ArrayText* field : Fields(i)) field->Locked = true;
     cmdControlPanel(i).ToolTipText = "Control Panel Slave " + Hex(i);
     cmdControlPanel(i).Click = [this, i] { OpenPanel(i); };
   }
@@ -60,19 +48,16 @@ frm_ScanSlaves::frm_ScanSlaves(ToolHost& host)
   };
   ScanSlavesCom->SetOnComm([this](int event) { CommEvent(event); });
   ScanSlavesTimer->SetOnTimer([this] { TimerExpired(); });
-  quiet_watch_->SetInterval(kQuietTick);
-  quiet_watch_->SetOnTimer([this] { QuietTick(); });
 }
 
 // --- Beginning and end ---------------------------------------------------------------------------
 
 void frm_ScanSlaves::Show() {
-  if (is_loaded_) return;
-  is_loaded_ = true;
+  if (form.Visible) return;
   for (int i = 0; i < kAddresses; ++i) {
-    for (auto* texts : {&txtType, &txtLuP, &txtHuP, &txtEEPROM}) {
-      (*texts)(i).Text = "";
-      (*texts)(i).BackColor = kWindowBackground;
+    for (ArrayText* field : Fields(i)) {
+      field->Text = "";
+      field->BackColor = kWindowBackground;
     }
   }
   SlavePresent = {};
@@ -84,15 +69,14 @@ void frm_ScanSlaves::Show() {
 }
 
 void frm_ScanSlaves::Unload() {
-  if (!is_loaded_) return;
-  is_loaded_ = false;
+  if (!form.Visible) return;
   Halt();
   form.Visible = false;
   if (Unloaded) Unloaded();
 }
 
 void frm_ScanSlaves::Start() {
-  if (is_loaded_ && !is_running_) Begin();
+  if (form.Visible && !is_running_) Begin();
 }
 
 void frm_ScanSlaves::Stop() {
@@ -119,13 +103,14 @@ void frm_ScanSlaves::Halt() {
   is_out_ = false;
   trouble_.clear();
   ScanSlavesTimer->SetEnabled(false);
-  quiet_watch_->SetEnabled(false);
+  quiet_watch_.End();
   CloseQuietly(*ScanSlavesCom);
 }
 
 void frm_ScanSlaves::ShowState() {
-  cmdStart.Enabled = !is_running_;
-  cmdStop.Enabled = is_running_;
+  // The one that can be pressed now first: where both are greyed for a moment, the focus is lost.
+  (is_running_ ? cmdStop : cmdStart).Enabled = true;
+  (is_running_ ? cmdStart : cmdStop).Enabled = false;
   const std::string address = "address " + Hex(ScanAddress);
   if (!is_running_) {
     lblState.Caption = "Stopped at " + address;
@@ -138,14 +123,13 @@ void frm_ScanSlaves::ShowState() {
 
 // The request that is cut off is sent once more when the timer expires next, behind the panel.
 void frm_ScanSlaves::OpenPanel(int index) {
-  if (is_in_panel_) return;
+  if (is_in_panel_ || !host_.GoControlPanel) return;
   CloseQuietly(*ScanSlavesCom);
   is_out_ = false;
-  if (quiet_watch_->Enabled()) {
-    quiet_watch_->SetEnabled(false);
+  if (quiet_watch_.IsOn()) {
+    quiet_watch_.End();
     Restart(*ScanSlavesTimer);
   }
-  if (!host_.GoControlPanel) return;
   is_in_panel_ = true;
   try {
     host_.GoControlPanel(index, [this] { is_in_panel_ = false; });
@@ -158,8 +142,7 @@ void frm_ScanSlaves::OpenPanel(int index) {
 // --- Requests ------------------------------------------------------------------------------------
 
 void frm_ScanSlaves::ScanSendRequest() {
-  quiet_watch_->SetEnabled(false);
-  doubt_.Clear();
+  quiet_watch_.End();
   frames_.Clear();
   is_out_ = false;
   trouble_.clear();
@@ -183,9 +166,7 @@ void frm_ScanSlaves::ScanSendRequest() {
 
 void frm_ScanSlaves::ScanNextStep() {
   ScanRetries = 0;
-  for (auto* texts : {&txtType, &txtLuP, &txtHuP, &txtEEPROM}) {
-    (*texts)(ScanAddress).BackColor = kWhite;
-  }
+  for (ArrayText* field : Fields(ScanAddress)) field->BackColor = kWhite;
   if (SlavePresent[Row()] && ScanStep + 1 < kSteps) {
     ++ScanStep;
   } else {
@@ -195,18 +176,13 @@ void frm_ScanSlaves::ScanNextStep() {
   FieldInWork().BackColor = kFieldInWork;
 }
 
+std::array<ArrayText*, frm_ScanSlaves::kFields> frm_ScanSlaves::Fields(int row) const {
+  return {&txtType(row), &txtLuP(row), &txtHuP(row), &txtEEPROM(row)};
+}
+
+// The first two steps share a field.
 ArrayText& frm_ScanSlaves::FieldInWork() {
-  switch (ScanStep) {
-    case kNameStep:
-    case kNumberStep:
-      return txtType(ScanAddress);
-    case kLuPStep:
-      return txtLuP(ScanAddress);
-    case kHuPStep:
-      return txtHuP(ScanAddress);
-    default:
-      return txtEEPROM(ScanAddress);
-  }
+  return *Fields(ScanAddress)[static_cast<std::size_t>(std::max(ScanStep - kNumberStep, 0))];
 }
 
 // Only a request that was out all the time counts as one without an answer.
@@ -216,7 +192,7 @@ void frm_ScanSlaves::TimerExpired() {
   if (!is_out_) return ScanSendRequest();
   ++ScanRetries;
   CloseQuietly(*ScanSlavesCom);
-  if (SlavePresent[Row()] && ScanRetries < kMostRetries) return ScanSendRequest();
+  if (SlavePresent[Row()] && ScanRetries < kMostTimeouts) return ScanSendRequest();
   SlavePresent[Row()] = false;
   txtType(ScanAddress).Text = "-";
   EmptyVersions();
@@ -239,10 +215,7 @@ void frm_ScanSlaves::CommEvent(int event) {
 
 void frm_ScanSlaves::Received() {
   const std::string bytes = ScanSlavesCom->Input();
-  if (quiet_watch_->Enabled()) {
-    doubt_.Raise();
-    return;
-  }
+  if (quiet_watch_.IsOn()) return quiet_watch_.Raise();
   // What comes when nothing has gone out is no answer.
   if (!is_out_) return;
   for (auto kind = frames_.Take(bytes); kind != AnswerKind::kNone; kind = frames_.Take({})) {
@@ -254,29 +227,20 @@ void frm_ScanSlaves::Received() {
   ScanSlavesCom->SetRThreshold(frames_.Missing());
 }
 
-// False for an answer that came late, or another slave's: the right one is still to come.
+// False for an answer that came late, or another slave's: the right one is still to come. One that
+// says that the request was damaged need not know what it was.
 bool frm_ScanSlaves::IsForUs(std::string_view frame) const {
+  if (!IsFrom(frame, Hex(ScanAddress))) return false;
   const ZoltMessage message = ParseZoltMessage(frame);
-  if (message.Ack == 0) return true;
-  const std::string_view slave = zolt_frame::Text(frame, zolt_frame::kSlave);
-  // One that says that the request was damaged need not know what it was and whom it was for.
-  if (message.Ack == zolt_frame::kCorruptedMessage) {
-    return slave == Hex(ScanAddress) || !IsAddress(slave);
-  }
-  return message.Id == Request().id && slave == Hex(ScanAddress);
+  return message.Ack == zolt_frame::kCorruptedMessage || message.Id == Request().id;
 }
 
 // What is still on its way would shift every answer from the next one on.
 void frm_ScanSlaves::AwaitQuiet() {
   ScanSlavesTimer->SetEnabled(false);
   ScanSlavesCom->SetRThreshold(1);
-  doubt_.Raise();
-  quiet_watch_->SetEnabled(true);
+  quiet_watch_.Raise();
   ShowState();
-}
-
-void frm_ScanSlaves::QuietTick() {
-  if (doubt_.AllowsRequest(kQuietTick, TimeOfExchange(host_.line))) ScanSendRequest();
 }
 
 void frm_ScanSlaves::DeviceGone() {
@@ -304,7 +268,7 @@ void frm_ScanSlaves::ScanProcessResponse(std::string_view Raw) {
 
 void frm_ScanSlaves::StoreAnswer(std::uint8_t high, std::uint8_t low) {
   if (ScanStep == kNameStep) {
-    ScanOSName[Row()] = std::string(GetProductName(low)).append(GetTypeName(high));
+    ScanOSName[Row()] = ProductText(high, low);
     ShowType();
   } else if (ScanStep == kNumberStep) {
     ScanOSNumber[Row()] = std::to_string(high * 256 + low);
@@ -331,7 +295,9 @@ void frm_ScanSlaves::ShowType() {
 }
 
 void frm_ScanSlaves::EmptyVersions() {
-  for (auto* texts : {&txtLuP, &txtHuP, &txtEEPROM}) (*texts)(ScanAddress).Text = "";
+  for (ArrayText* field : Fields(ScanAddress)) {
+    if (field != &txtType(ScanAddress)) field->Text = "";
+  }
 }
 
 // --- The table as text ---------------------------------------------------------------------------
@@ -342,10 +308,9 @@ std::string frm_ScanSlaves::TableText() const {
     text += lblHeading(i).Caption.get() + (i < lblHeading.last() ? "\t" : "\n");
   }
   for (int i = 0; i < kAddresses; ++i) {
-    for (const auto* texts : {&txtAddress, &txtType, &txtLuP, &txtHuP}) {
-      text += (*texts)(i).Text.get() + "\t";
-    }
-    text += txtEEPROM(i).Text.get() + "\n";
+    text += txtAddress(i).Text.get();
+    for (const ArrayText* field : Fields(i)) text += "\t" + field->Text.get();
+    text += "\n";
   }
   return text;
 }

@@ -12,9 +12,9 @@
 
 #include "common/control_array.h"
 #include "common/controls.h"
-#include "protocols/line_doubt.h"
 #include "tools/answer_frames.h"
 #include "tools/array_text.h"
+#include "tools/quiet_watch.h"
 #include "tools/tool_host.h"
 
 namespace tarnlink {
@@ -100,25 +100,25 @@ class frm_ScanSlaves {
   void DeviceGone();
   bool IsForUs(std::string_view frame) const;
   void AwaitQuiet();
-  void QuietTick();
   void TimerExpired();
   void StoreAnswer(std::uint8_t high, std::uint8_t low);
   void StoreUnknown();
   void ShowType();
   void EmptyVersions();
+  static constexpr int kFields = 4;
+  // What an answer can fill of a row.
+  std::array<ArrayText*, kFields> Fields(int row) const;
   ArrayText& FieldInWork();
   std::size_t Row() const { return static_cast<std::size_t>(ScanAddress); }
   const Step& Request() const { return kRequests[static_cast<std::size_t>(ScanStep)]; }
 
   ToolHost& host_;
-  bool is_loaded_ = false;
   bool is_running_ = false;
   bool is_out_ = false;       // the request has gone out, and nothing has cut it off
   bool is_in_panel_ = false;  // the port is the control panel's
   std::string trouble_;       // what keeps the port from being used
   AnswerFrames frames_;
-  LineDoubt doubt_;
-  std::unique_ptr<Timer> quiet_watch_;  // runs while the next request waits for a quiet line
+  QuietWatch quiet_watch_;  // on while the next request waits for a quiet line
 };
 
 }  // namespace tarnlink

@@ -9,7 +9,6 @@
 #include "platform/path_resolver.h"
 #include "protocols/frame_bytes.h"
 #include "protocols/zolt_frame.h"
-#include "tools/answer_frames.h"
 #include "tools/tool_port.h"
 
 namespace tarnlink {
@@ -19,10 +18,6 @@ namespace {
 constexpr int kReopenInterval = 1000;  // ms
 constexpr int kTellSoon = 1;           // ms
 constexpr const char* kTitle = "Sniffer";
-
-std::string CountText(int frames, int bad) {
-  return "Frames: " + std::to_string(frames) + ", bad: " + std::to_string(bad);
-}
 
 // Of the sniffer text file, which stands beside the ID file.
 std::string SnifferFilePath(std::string path) {
@@ -101,7 +96,7 @@ void frmSniffer::Show() {
   Reset();
   form.Visible = true;
   ReadIDItems();
-  if (!form.Visible) return;
+  if (!form.Visible) return;  // left with the program while the box was up
   if (host_.LoadErrorTexts) host_.LoadErrorTexts();
   if (!OpenByOptions()) TellBusy();
 }
@@ -121,9 +116,8 @@ void frmSniffer::Reset() {
   from_master_ = false;
   List_DetectedID.List = {};
   List_DisplayDetectedID.List = {};
-  rest_.clear();
-  frames_ = bad_frames_ = 0;
-  lbl_Frames.Caption = CountText(frames_, bad_frames_);
+  frames_ = {};
+  ShowCounts();
   lbl_Port.Caption = "";
   text_.Clear();
   txt_Find.Text = "";
@@ -182,7 +176,7 @@ bool frmSniffer::OpenByOptions() {
   try {
     if (!Comm->PortOpen()) SetServiceLine(*Comm, host_.line);
   } catch (const RunTimeError& error) {
-    AwaitPort(error.what());
+    AwaitPort(PortTrouble(error));
     return false;
   }
   return OpenPort();
@@ -192,12 +186,11 @@ bool frmSniffer::OpenPort() {
   try {
     if (!Comm->PortOpen()) Comm->SetPortOpen(true);
   } catch (const RunTimeError& error) {
-    AwaitPort(error.what());
+    AwaitPort(PortTrouble(error));
     return false;
   }
   Comm->SetRThreshold(zolt_frame::kLength);
-  rest_.clear();
-  in_step_ = true;
+  frames_.DropRest();
   lbl_Port.Caption = "";
   tim_Reopen->SetEnabled(false);
   return true;
@@ -218,7 +211,9 @@ void frmSniffer::TellBusy() {
 // What was on its way when the form was left says nothing any more.
 void frmSniffer::OnComm(int event) {
   if (!form.Visible) return;
-  if (event == kCommDeviceGone) AwaitPort(Comm->LossReason());
+  // Without a reason it is open again already.
+  const bool is_gone = event == kCommDeviceGone && !Comm->LossReason().empty();
+  if (is_gone) AwaitPort(Comm->LossReason());
   if (event != kCommReceive) return;
   try {
     TakeInput();
@@ -227,45 +222,25 @@ void frmSniffer::OnComm(int event) {
   }
 }
 
-// Adapters hand over more than one frame at once, and parts of them. Behind a bad frame nothing
-// says where the next one begins: what waits is dropped with the port, and from then on a frame
-// begins at the next start byte.
 void frmSniffer::TakeInput() {
-  std::string bytes = Comm->Input();
-  bytes.insert(0, std::exchange(rest_, {}));
-  const auto drop_to_start = [&bytes](std::size_t from) {
-    bytes.erase(0, std::min(bytes.find(zolt_frame::kStart, from), bytes.size()));
-  };
-  while (bytes.size() >= zolt_frame::kLength) {
-    const std::string frame = bytes.substr(0, zolt_frame::kLength);
-    if (HasGoodCheck(frame)) {
-      in_step_ = true;
-      CountFrames(1, 0);
-      bytes.erase(0, zolt_frame::kLength);
-      drop_to_start(0);
-      ProcessSnifferMessage(frame);
-      continue;
-    }
-    const bool has_start = bytes.find(zolt_frame::kStart, 1) != std::string::npos;
-    if (in_step_ || !has_start) {
-      CountFrames(0, 1);
-      Comm->SetPortOpen(false);
+  frames_.Add(Comm->Input());
+  while (true) {
+    const SnifferFrames::Found found = frames_.Next();
+    ShowCounts();
+    if (found == SnifferFrames::Found::kNothing) break;
+    if (found == SnifferFrames::Found::kLost) {
+      Comm->SetPortOpen(false);  // what waits is dropped with it
       OpenPort();
-      in_step_ = false;
       return;
     }
-    if (frame.front() == zolt_frame::kStart) CountFrames(0, 1);
-    drop_to_start(1);
+    ProcessSnifferMessage(frames_.frame());
   }
-  if (!in_step_) drop_to_start(0);
-  rest_ = bytes;
-  Comm->SetRThreshold(zolt_frame::kLength - static_cast<int>(rest_.size()));
+  Comm->SetRThreshold(frames_.Missing());
 }
 
-void frmSniffer::CountFrames(int good, int bad) {
-  frames_ += good + bad;
-  bad_frames_ += bad;
-  lbl_Frames.Caption = CountText(frames_, bad_frames_);
+void frmSniffer::ShowCounts() {
+  lbl_Frames.Caption =
+      "Frames: " + std::to_string(frames()) + ", bad: " + std::to_string(bad_frames());
 }
 
 // --- Frames --------------------------------------------------------------------------------------
@@ -319,6 +294,7 @@ int frmSniffer::PlaceItem(const std::string& id, std::int32_t value) {
   last_item_ = std::max(last_item_, index);
   layout_.Add(index);
   CheckNameAndValueWithFile(id, value, index);
+  ShowLastAnswer(index);
   return index;
 }
 
@@ -398,7 +374,6 @@ void frmSniffer::PlaceDetected(int row) {
   if (index == 0) {
     index = PlaceItem(id, 0);
     if (index == 0) return TellFull();
-    ShowLastAnswer(index);
   }
   BringIntoView(index);
 }
@@ -461,7 +436,7 @@ void frmSniffer::SetSniffing(bool on) {
 void frmSniffer::Find() {
   if (txt_Find.Text->empty()) return;
   const auto found = NextPlace();
-  lbl_Find.Caption = found ? "" : "Not found.";
+  lbl_Find.Caption = found ? "" : kNotFound;
   if (!found) return;
   SetSniffing(false);
   txt_Messages.Marked = *found;

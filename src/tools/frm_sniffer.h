@@ -14,6 +14,7 @@
 
 #include "common/control_array.h"
 #include "common/dialog_controls.h"
+#include "tools/sniffer_frames.h"
 #include "tools/sniffer_items.h"
 #include "tools/sniffer_log.h"
 #include "tools/sniffer_text.h"
@@ -48,7 +49,9 @@ class MarkedText : public TextBox {
 
 class frmSniffer {
  public:
-  // Outlives it.
+  static constexpr const char* kNotFound = "Not found.";
+
+  // `host` outlives the form.
   explicit frmSniffer(ToolHost& host);
 
   Control form{"frmSniffer"};
@@ -69,7 +72,7 @@ class frmSniffer {
   CommandButton cmd_Clear{"cmd_Clear", "Clear"};
   TextBox txt_Find{"txt_Find"};
   CommandButton cmd_Find{"cmd_Find", "Find next"};
-  Label lbl_Find{"lbl_Find"};  // "Not found."
+  Label lbl_Find{"lbl_Find"};  // kNotFound, or nothing
   CheckBox LogCheck{"LogCheck", "Log to file"};
   Label lbl_Frames{"lbl_Frames"};      // "Frames: 12, bad: 1"
   Label lbl_Port{"lbl_Port"};          // why nothing is heard; empty while the port is open
@@ -99,8 +102,8 @@ class frmSniffer {
   // Gives an ID of the list an item, unless it has one; that is brought into view in any case.
   void PlaceDetected(int row);
 
-  int frames() const { return frames_; }
-  int bad_frames() const { return bad_frames_; }
+  int frames() const { return frames_.count(); }
+  int bad_frames() const { return frames_.bad(); }
   const std::string& running_text() const { return text_.get(); }
 
   std::function<void(int Index)> ShowSettings;
@@ -123,7 +126,7 @@ class frmSniffer {
   void TellBusy();
   void OnComm(int event);
   void TakeInput();
-  void CountFrames(int good, int bad);
+  void ShowCounts();
 
   void Detect(const SniffedFrame& frame);
   // Its number, or 0 where there is no more room.
@@ -160,10 +163,7 @@ class frmSniffer {
   int last_item_ = 0;
   bool from_master_ = false;  // the last frame whose kind says it
 
-  std::string rest_;     // the beginning of a frame whose end has not come yet
-  bool in_step_ = true;  // what comes next begins with a frame's first byte
-  int frames_ = 0;
-  int bad_frames_ = 0;
+  SnifferFrames frames_;
 
   RunningText text_;
   SnifferLog log_;

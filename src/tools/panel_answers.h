@@ -30,7 +30,6 @@ class PanelAnswers {
     int Word() const { return Hi * 256 + Lo; }
   };
   struct Rule {
-    int pending = kNothingPending;
     std::function<void(const Answer&)> fill;
     std::function<void()> blank;  // without it any kind of answer fills
   };
@@ -46,12 +45,11 @@ class PanelAnswers {
   void AddHistory();
   void AddStatistics();
   // One box, and two of which the first has the high byte.
-  void AddText(int id, int pending, PanelText& box, Text text);
-  void AddPair(int id, int pending, PanelText& one, Text text, PanelText& other, Text other_text);
-  void AddBits(int id, int pending, std::uint8_t& high, std::uint8_t& low,
-               void (PanelForm::*show)());
-  void AddOsHalf(int id, int pending, std::string& half, Text text);
-  int PendingOf(int id, const Rule& rule) const;
+  void AddText(int id, PanelText& box, Text text);
+  void AddPair(int id, PanelText& one, Text text, PanelText& other, Text other_text);
+  void AddBits(int id, std::uint8_t& high, std::uint8_t& low, void (PanelForm::*show)());
+  void AddOsHalf(int id, std::string& half, Text text);
+  int PendingOf(int id) const;
   PanelText& OfEntry(const PanelTexts& column) const;
 
   PanelForm& panel_;

@@ -90,6 +90,21 @@ void PanelForm::ShowConfig() {
   ShowBits(chk_configH, ConfigHigh);
 }
 
+CommandButton& PanelForm::UpdateButton(PanelTabName tab) {
+  switch (tab) {
+    case PanelTabName::kStatus:
+      return cmdUpdateStatus;
+    case PanelTabName::kConfig:
+      return cmdUpdateConfig;
+    case PanelTabName::kSensors:
+      return cmdUpdateSensors;
+    case PanelTabName::kErrors:
+      return cmdUpdateError;
+    default:
+      return cmdUpdateStatistics;
+  }
+}
+
 std::vector<PanelText*> PanelForm::Statistics() {
   return {&txt_BurnerSwitchings,
           &txt_Lockouts,

@@ -149,6 +149,8 @@ struct PanelForm {
   // Each as its own byte is.
   void ShowStatus();
   void ShowConfig();
+  // That of a tab.
+  CommandButton& UpdateButton(PanelTabName tab);
   // In the order of their requests.
   std::vector<PanelText*> Statistics();
   // As the form is before the first answer.

@@ -5,10 +5,10 @@
 
 namespace tarnlink {
 
-void PanelOpenRequests::Add(const PanelRequest& request, double now) {
+void PanelOpenRequests::Add(const Open& one) {
   constexpr std::size_t kMost = 100;  // whose answers can be on their way
   if (open_.size() == kMost) open_.erase(open_.begin());
-  open_.push_back({request, now});
+  open_.push_back(one);
 }
 
 void PanelOpenRequests::Answered(int id) {
@@ -22,9 +22,14 @@ bool PanelOpenRequests::HasOther(const PanelRequest& request) const {
   });
 }
 
-bool PanelOpenRequests::IsEarly(int id, double now, int least) const {
+std::optional<double> PanelOpenRequests::Age(int id, double now) const {
+  if (!IsOurs(id)) return std::nullopt;
+  return now - First(id)->sent;
+}
+
+bool PanelOpenRequests::IsOurs(int id) const {
   const auto first = First(id);
-  return first != open_.end() && now - first->sent < least;
+  return first != open_.end() && first->is_ours;
 }
 
 std::vector<PanelOpenRequests::Open>::const_iterator PanelOpenRequests::First(int id) const {

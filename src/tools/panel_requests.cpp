@@ -8,7 +8,7 @@ namespace {
 
 using zolt_frame::kWrite;
 
-constexpr PanelRequest kReset{kWrite + 3, 171, 170, 85};
+constexpr PanelRequest kReset{kWrite + 3, kResetId, 170, 85};
 constexpr PanelRequest kDemand{kWrite + 1, kHeatDemandId, 255, 255};
 constexpr PanelRequest kNoDemand{kWrite + 1, kHeatDemandId, 0, 0};
 
@@ -25,17 +25,18 @@ void PutAll(Requests& all, int first, std::uint8_t data_class, const std::array<
 
 Requests MakeRequests() {
   Requests all{};
-  Put(all, kStatusIndex, {1, 1});
-  Put(all, kErrorCodeIndex, {1, 50});
-  Put(all, kConfigIndex, {2, 84});
-  Put(all, kFlameCurrentIndex, {4, 868});
-  Put(all, kFlameAdIndex, {4, 6015});
-  PutAll(all, kSafetyIndex, 2, std::array{91, 103, 104, 151});
+  Put(all, kStatusIndex, {1, kStatusId});
+  Put(all, kErrorCodeIndex, {1, kErrorCodeId});
+  Put(all, kConfigIndex, {2, kConfigId});
+  Put(all, kFlameCurrentIndex, {4, kFlameCurrentId});
+  Put(all, kFlameAdIndex, {4, kFlameAdId});
+  PutAll(all, kSafetyIndex, 2, kSafetyIds);
   PutAll(all, kSensorIndex, 4, kSensorIds);
   PutAll(all, kSensorWordIndex, 4, kSensorWordIds);
-  PutAll(all, kOsNameIndex, 1, std::array{61, 5337});
-  PutAll(all, kVersionIndex, 2, std::array{152, 1284, 164});
-  PutAll(all, kCrcIndex, 6, std::array{5349, 5354});
+  Put(all, kOsNameIndex, {1, kOsNameId});
+  Put(all, kOsNumberIndex, {1, kOsNumberId});
+  PutAll(all, kVersionIndex, 2, kVersionIds);
+  PutAll(all, kCrcIndex, 6, kCrcIds);
   for (int entry = 0; entry < kHistoryEntries; ++entry) {
     const auto position = static_cast<std::uint8_t>(entry);
     Put(all, kErrorCodesIndex + entry, {6, kErrorCodesId, position});
@@ -45,9 +46,11 @@ Requests MakeRequests() {
   return all;
 }
 
-PanelTab Tab(const std::string& caption, std::vector<int> indices, int first, int last) {
-  for (int index = first; index <= last; ++index) indices.push_back(index);
-  return {caption, std::move(indices)};
+// The single indices, and a row of them that ends before `end`.
+PanelTab Tab(PanelTabName name, const std::string& caption, std::vector<int> indices, int first,
+             int end) {
+  for (int index = first; index < end; ++index) indices.push_back(index);
+  return {name, caption, std::move(indices)};
 }
 
 }  // namespace
@@ -59,14 +62,21 @@ PanelRequest RequestOf(int index, bool is_demanded) {
   return reads.at(static_cast<std::size_t>(index));
 }
 
+int IndexOf(int id) {
+  int index = 0;
+  while (index < kNothingPending && RequestOf(index, false).Id != id) ++index;
+  return index;
+}
+
 const std::vector<PanelTab>& PanelTabs() {
   static const std::vector<PanelTab> tabs = {
-      Tab("Status and Controll", {kStatusIndex, kFlameCurrentIndex, kFlameAdIndex}, kOsNameIndex,
-          kErrorCodesIndex - 1),
-      Tab("Configuration", {kConfigIndex}, kSafetyIndex, kSensorIndex - 1),
-      Tab("Sensors", {}, kSensorIndex, kOsNameIndex - 1),
-      Tab("Error and History", {kErrorCodeIndex}, kErrorCodesIndex, kStatisticsIndex - 1),
-      Tab("Statistics", {}, kStatisticsIndex, kNothingPending - 1),
+      Tab(PanelTabName::kStatus, "Status and Controll",
+          {kStatusIndex, kFlameCurrentIndex, kFlameAdIndex}, kOsNameIndex, kErrorCodesIndex),
+      Tab(PanelTabName::kConfig, "Configuration", {kConfigIndex}, kSafetyIndex, kSensorIndex),
+      Tab(PanelTabName::kSensors, "Sensors", {}, kSensorIndex, kOsNameIndex),
+      Tab(PanelTabName::kErrors, "Error and History", {kErrorCodeIndex}, kErrorCodesIndex,
+          kStatisticsIndex),
+      Tab(PanelTabName::kStatistics, "Statistics", {}, kStatisticsIndex, kNothingPending),
   };
   return tabs;
 }

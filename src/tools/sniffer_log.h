@@ -12,7 +12,7 @@ namespace tarnlink {
 
 class SnifferLog {
  public:
-  // Outlives it.
+  // `platform` outlives the log.
   explicit SnifferLog(Platform& platform) : platform_(platform) {}
 
   // Asks where the log is to stand; it is proposed in `folder`. Empty for a cancel.

@@ -238,10 +238,11 @@ void Bind(QLabel* label, Label& control) {
     constexpr Colour kGray = static_cast<Colour>(0x80000011);
     ShowCommon(label, control);
     label->setText(ToQt(control.Caption.get()));
-    const auto group = control.ForeColor == kGray ? QPalette::Disabled : QPalette::Active;
-    const QPalette usual = QApplication::palette(label);
-    QPalette colours = label->palette();
-    colours.setColor(QPalette::WindowText, usual.color(group, QPalette::WindowText));
+    QPalette colours;  // one that sets nothing follows the desktop
+    if (control.ForeColor == kGray) {
+      const QPalette usual = QApplication::palette(label);
+      colours.setColor(QPalette::WindowText, usual.color(QPalette::Disabled, QPalette::WindowText));
+    }
     label->setPalette(colours);
   });
 }

@@ -34,7 +34,8 @@ void DrawLamp(QWidget* widget, bool is_lit, const QColor& colour) {
   painter.drawEllipse(place.adjusted(1, 1, -1, -1));
 }
 
-// What is not set here follows the desktop.
+// What is not set here follows the desktop. A colour that is set means something, and stays what it
+// is in a dark one too: white are the slaves that the scan has been at.
 void ShowColours(QLineEdit* edit, const TextBox& control) {
   QPalette colours;
   if (control.BackColor != kWindowBackground) {
@@ -67,22 +68,24 @@ class DesktopWatch final : public QObject {
 
 }  // namespace
 
+void ShowText(QLineEdit* edit, const TextBox& control) {
+  ShowCommon(edit, control);
+  edit->setReadOnly(control.Locked);
+  const QString text = ToQt(control.Text.get());
+  if (edit->text() == text) return;
+  edit->setText(text);
+  if (control.Locked) edit->setCursorPosition(0);
+}
+
 void BindColoured(QLineEdit* edit, TextBox& control) {
   Bind(edit, control);
   edit->setCursorPosition(0);
   if (control.Locked) edit->setFocusPolicy(Qt::ClickFocus);
   const auto show = [edit, &control] {
-    ShowCommon(edit, control);
     if (edit->isReadOnly() != control.Locked.get()) {
-      edit->setReadOnly(control.Locked);
       edit->setFocusPolicy(control.Locked ? Qt::ClickFocus : Qt::StrongFocus);
     }
-    const QString text = ToQt(control.Text.get());
-    if (edit->text() != text) {
-      edit->setText(text);
-      // A long text is read from its beginning.
-      if (control.Locked) edit->setCursorPosition(0);
-    }
+    ShowText(edit, control);
     ShowColours(edit, control);
   };
   control.SetView(show);
@@ -130,7 +133,7 @@ void BitLamp::ShowControl() {
 // Several blanks part what stands on two lines.
 QString BitLamp::ShownCaption() const {
   static const QRegularExpression blanks(QStringLiteral(" {2,}"));
-  return accessibleName().replace(blanks, QStringLiteral("\n"));
+  return ToQt(control_.Caption.get()).replace(blanks, QStringLiteral("\n"));
 }
 
 QSize BitLamp::sizeHint() const {

@@ -8,8 +8,12 @@
 
 namespace tarnlink {
 
+// What an edit shows of its control besides colours. Of a locked text that is too long the
+// beginning can be seen.
+void ShowText(QLineEdit* edit, const TextBox& control);
+
 // As `Bind`, with the control's background; letters take the colour that can be read on it. One
-// that is locked stands on the ground of the window, and shows the beginning of a long text.
+// that is locked stands on the ground of the window.
 void BindColoured(QLineEdit* edit, TextBox& control);
 
 // A round lamp in the background colour of its control, which outlives it; out in that of a form.

@@ -92,13 +92,24 @@ QLayout* ControlPanelDialog::BuildFoot() {
 
 void ControlPanelDialog::BuildTabs() {
   tabs_->setObjectName(ToQt(form_.SSTab1.name()));
-  const std::vector<QWidget*> pages = {StatusTab(), ConfigTab(), SensorTab(), ErrorTab(),
-                                       StatisticsTab()};
-  for (std::size_t i = 0; i < pages.size(); ++i) {
-    tabs_->addTab(pages[i], ToQt(form_.SSTab1.Captions.at(i)));
-  }
+  for (const PanelTab& tab : PanelTabs()) tabs_->addTab(Parts(tab.name), ToQt(tab.caption));
   connect(tabs_, &QTabWidget::currentChanged, this, [this](int tab) { form_.SSTab1.Tab = tab; });
   form_.SSTab1.SetView([this] { tabs_->setCurrentIndex(form_.SSTab1.Tab); });
+}
+
+QWidget* ControlPanelDialog::Parts(PanelTabName tab) {
+  switch (tab) {
+    case PanelTabName::kStatus:
+      return StatusTab();
+    case PanelTabName::kConfig:
+      return ConfigTab();
+    case PanelTabName::kSensors:
+      return SensorTab();
+    case PanelTabName::kErrors:
+      return ErrorTab();
+    default:
+      return StatisticsTab();
+  }
 }
 
 QWidget* ControlPanelDialog::StatusTab() {
@@ -108,14 +119,14 @@ QWidget* ControlPanelDialog::StatusTab() {
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(Flame());
   column->addWidget(Acknowledge());
-  parts->addLayout(Beside({Bits({}, form_.chk_StatusH), Bits({}, form_.chk_StatusL), right}));
+  parts->addLayout(Beside({Bits(form_.chk_StatusH), Bits(form_.chk_StatusL), right}));
   parts->addWidget(Versions());
   return Page(parts, form_.cmdUpdateStatus);
 }
 
 QWidget* ControlPanelDialog::ConfigTab() {
   auto* parts = new QVBoxLayout;
-  parts->addLayout(Beside({Bits({}, form_.chk_configL), Bits({}, form_.chk_configH)}));
+  parts->addLayout(Beside({Bits(form_.chk_configL), Bits(form_.chk_configH)}));
   QGroupBox* safety = Frame(form_.fraSafety);
   auto* rows = new QGridLayout(safety);
   constexpr int kRows = 4;
@@ -257,8 +268,8 @@ QGroupBox* ControlPanelDialog::Frame(GroupBox& frame) {
   return box;
 }
 
-QWidget* ControlPanelDialog::Bits(const QString& title, BitBoxes& boxes) {
-  auto* frame = new QGroupBox(title);
+QWidget* ControlPanelDialog::Bits(BitBoxes& boxes) {
+  auto* frame = new QGroupBox;
   auto* rows = new QVBoxLayout(frame);
   for (int bit = boxes.first(); bit <= boxes.last(); ++bit) {
     rows->addWidget(new BitLamp(boxes(bit), frame));
@@ -267,21 +278,10 @@ QWidget* ControlPanelDialog::Bits(const QString& title, BitBoxes& boxes) {
 }
 
 void ControlPanelDialog::AddText(QGridLayout& rows, int row, PanelText& text, int column) {
-  auto* label = new QLabel(ToQt(text.Caption));
-  QLineEdit* edit = Field(text);
+  QLineEdit* edit = AddField(rows, row, column, new QLabel(ToQt(text.Caption)), text);
   const bool is_text = &text == &form_.txt_ErrorDescription || &text == &form_.txt_OSNumber;
   edit->setMinimumWidth(is_text ? kTextWidth : kNumberWidth);
   if (!is_text) edit->setMaximumWidth(kNumberWidth);
-  label->setBuddy(edit);
-  rows.addWidget(label, row, column);
-  rows.addWidget(edit, row, column + 1);
-}
-
-QWidget* ControlPanelDialog::Button(CommandButton& control) {
-  auto* button = new QPushButton;
-  Bind(button, control);
-  button->setAutoDefault(false);
-  return button;
 }
 
 QLineEdit* ControlPanelDialog::Field(PanelText& text) {

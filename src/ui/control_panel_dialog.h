@@ -31,6 +31,7 @@ class ControlPanelDialog final : public ToolDialog {
   void BuildTabs();
   QLayout* BuildFoot();
   QWidget* Page(QLayout* parts, CommandButton& update);
+  QWidget* Parts(PanelTabName tab);
   QWidget* StatusTab();
   QWidget* ConfigTab();
   QWidget* SensorTab();
@@ -42,10 +43,9 @@ class ControlPanelDialog final : public ToolDialog {
   QWidget* History();
 
   QGroupBox* Frame(GroupBox& frame);
-  QWidget* Bits(const QString& title, BitBoxes& boxes);
+  QWidget* Bits(BitBoxes& boxes);
   // A text behind its caption.
   void AddText(QGridLayout& rows, int row, PanelText& text, int column = 0);
-  QWidget* Button(CommandButton& control);
   QLineEdit* Field(PanelText& text);
   void ShowSlave();
 

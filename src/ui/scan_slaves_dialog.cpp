@@ -72,7 +72,7 @@ QWidget* ScanSlavesDialog::BuildTable() {
       BindColoured(field, (*columns.at(column))(row));
       rows->addWidget(field, row + 1, static_cast<int>(column));
     }
-    auto* details = Button(form_.cmdControlPanel(row));
+    auto* details = Button(form_.cmdControlPanel(row), table);
     details->setAccessibleName(ToQt(form_.cmdControlPanel(row).ToolTipText.get()));
     rows->addWidget(details, row + 1, static_cast<int>(columns.size()));
   }
@@ -87,22 +87,15 @@ QLayout* ScanSlavesDialog::BuildFoot() {
   Bind(state, form_.lblState);
   state->setWordWrap(true);
   row->addWidget(state, 1);
-  QPushButton* start = Button(form_.cmdStart);
-  QPushButton* stop = Button(form_.cmdStop);
-  for (QPushButton* button : {start, stop, Button(form_.cmdCopy)}) row->addWidget(button);
+  QPushButton* start = Button(form_.cmdStart, this);
+  QPushButton* stop = Button(form_.cmdStop, this);
+  for (QPushButton* button : {start, stop, Button(form_.cmdCopy, this)}) row->addWidget(button);
   // The one that was pressed cannot be pressed again, and no other one is pressed by mistake.
   connect(start, &QPushButton::clicked, stop, [stop] { stop->setFocus(); });
   connect(stop, &QPushButton::clicked, start, [start] { start->setFocus(); });
   // The nearest to begin with: the keyboard comes to the rows after these.
   stop->setFocus();
   return row;
-}
-
-QPushButton* ScanSlavesDialog::Button(CommandButton& control) {
-  auto* button = new QPushButton(this);
-  Bind(button, control);
-  button->setAutoDefault(false);
-  return button;
 }
 
 }  // namespace tarnlink

@@ -5,7 +5,6 @@
 #include "ui/tool_dialog.h"
 
 class QLayout;
-class QPushButton;
 
 namespace tarnlink {
 
@@ -20,7 +19,6 @@ class ScanSlavesDialog final : public ToolDialog {
  private:
   QWidget* BuildTable();
   QLayout* BuildFoot();
-  QPushButton* Button(CommandButton& control);
 
   frm_ScanSlaves& form_;
 };

@@ -33,12 +33,11 @@ ServiceTools::ServiceTools(ToolHost& host, QWidget* parent)
 }
 
 void ServiceTools::GoControlPanel(int Index, std::function<void()> closed) {
+  if (panel.form.Visible) return;
   host_.SlaveAddress = Hex(Index);
   panel.Unloaded = std::move(closed);
   const bool is_elsewhere = panel_dialog_ && panel_dialog_->parentWidget() != BelowPanel();
-  if (is_elsewhere && !panel_dialog_->isVisible()) {
-    panel_dialog_->setParent(BelowPanel(), panel_dialog_->windowFlags());
-  }
+  if (is_elsewhere) panel_dialog_->setParent(BelowPanel(), panel_dialog_->windowFlags());
   panel.Show();
 }
 

@@ -23,7 +23,8 @@ class ServiceTools {
   // `GoControlPanel`.
   ServiceTools(ToolHost& host, QWidget* parent);
 
-  // On the slave of this number; `closed` comes when the panel has been.
+  // On the slave of this number; `closed` comes when the panel has been. One that is open stays on
+  // its slave.
   void GoControlPanel(int Index, std::function<void()> closed = {});
   void ShowScanSlaves() { scan.Show(); }
   void ShowErrorGenerator() { errors.Show(); }

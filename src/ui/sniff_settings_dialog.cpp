@@ -12,7 +12,6 @@
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
-#include "ui/coloured_edit.h"
 #include "ui/frames.h"
 
 namespace tarnlink {
@@ -40,10 +39,7 @@ SniffSettingsDialog::SniffSettingsDialog(frm_Sniff_Settings& form, SettingsStore
   Bind(wrong, form_.lbl_Wrong);
   layout->addWidget(wrong);
   auto* foot = new QHBoxLayout;
-  auto* remove = new QPushButton(this);
-  Bind(remove, form_.cmdDeleteLocation);
-  remove->setAutoDefault(false);
-  foot->addWidget(remove);
+  foot->addWidget(Button(form_.cmdDeleteLocation, this));
   foot->addWidget(OkCancelRow(this, form_.cmd_Ok, form_.cmd_Cancel), 1);
   layout->addLayout(foot);
   Begin(settings);
@@ -63,12 +59,8 @@ QWidget* SniffSettingsDialog::BuildFields() {
   const auto add = [&](int row, Label& caption, TextBox& text, bool is_number) {
     auto* label = new QLabel(fields);
     Bind(label, caption);
-    auto* edit = new QLineEdit(fields);
+    QLineEdit* edit = AddField(*rows, row, 0, label, text);
     if (is_number) edit->setMaximumWidth(kNumberWidth);
-    BindColoured(edit, text);
-    label->setBuddy(edit);
-    rows->addWidget(label, row, 0);
-    rows->addWidget(edit, row, 1);
   };
   add(0, form_.lbl_SniffAlias, form_.txt_SniffAlias, false);
   add(1, form_.lbl_SniffAddress, form_.txt_SniffAddress, true);

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/qt/qt_text.h"
-#include "ui/binders.h"
+#include "ui/coloured_edit.h"
 #include "ui/mouse_button.h"
 #include "ui/reading_order.h"
 #include "ui/report.h"
@@ -22,13 +22,7 @@ constexpr int kEdge = 20;  // pixels: a drag that comes nearer to the edge of th
 
 // Keeps a box at the place of its control.
 void PlaceBox(QLineEdit* edit, const TextBox& control) {
-  ShowCommon(edit, control);
-  edit->setReadOnly(true);
-  const QString text = ToQt(control.Text.get());
-  if (edit->text() != text) {
-    edit->setText(text);
-    edit->setCursorPosition(0);  // of one that is too long the beginning is shown
-  }
+  ShowText(edit, control);
   const QRect place = PlaceOf(control);
   if (edit->geometry() != place) edit->setGeometry(place);
 }
@@ -43,10 +37,13 @@ class NameBox final : public QLineEdit {
   }
 
  protected:
+  // Other buttons neither begin nor end a drag.
   void mousePressEvent(QMouseEvent* event) override {
+    if (event->button() != Qt::LeftButton) return;
     setFocus(Qt::MouseFocusReason);
     pressed_ = event->position().toPoint();
-    is_down_ = event->button() == Qt::LeftButton;
+    is_down_ = true;
+    window()->installEventFilter(this);
     const MousePress press{.button = ToMouseButton(*event),
                            .shift = event->modifiers().testFlag(Qt::ShiftModifier),
                            .X = ToUnits(pressed_.x()),
@@ -56,6 +53,7 @@ class NameBox final : public QLineEdit {
   void mouseMoveEvent(QMouseEvent* event) override {
     const QPoint at = event->position().toPoint();
     if (!is_down_) return;
+    if (!event->buttons().testFlag(Qt::LeftButton)) return GiveUp();
     if (!is_dragged_) {
       if ((at - pressed_).manhattanLength() < QApplication::startDragDistance()) return;
       is_dragged_ = true;
@@ -64,13 +62,17 @@ class NameBox final : public QLineEdit {
     area_->Drag(mapTo(area_, at));
   }
   void mouseReleaseEvent(QMouseEvent* event) override {
-    is_down_ = false;
-    if (!is_dragged_) {
-      area_->CancelDrag();
-      return;
-    }
-    is_dragged_ = false;
+    if (event->button() != Qt::LeftButton || !is_down_) return;
+    if (!is_dragged_) return GiveUp();
+    LetGo();
     area_->Drop(mapTo(area_, event->position().toPoint()), index_);
+  }
+  // The release goes elsewhere once another window has come up.
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    const bool is_elsewhere =
+        event->type() == QEvent::WindowBlocked || event->type() == QEvent::WindowDeactivate;
+    if (is_elsewhere) GiveUp();
+    return QLineEdit::eventFilter(watched, event);
   }
   void focusInEvent(QFocusEvent* event) override {
     QLineEdit::focusInEvent(event);
@@ -95,8 +97,7 @@ class NameBox final : public QLineEdit {
         return;
       case Qt::Key_Escape:
         if (is_dragged_) {
-          is_dragged_ = is_down_ = false;
-          area_->CancelDrag();
+          GiveUp();
           return;
         }
         break;
@@ -107,6 +108,14 @@ class NameBox final : public QLineEdit {
   }
 
  private:
+  void LetGo() {
+    is_dragged_ = is_down_ = false;
+    window()->removeEventFilter(this);
+  }
+  void GiveUp() {
+    LetGo();
+    area_->CancelDrag();
+  }
   void Step(int right, int down) {
     Report(form_.RAM_TEXT.Arrow, index_, ArrowStep{.right = right, .down = down});
   }

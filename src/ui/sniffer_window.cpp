@@ -133,15 +133,9 @@ QWidget* SnifferWindow::BuildRow() {
   auto* parts = new QWidget;
   auto* row = new QHBoxLayout(parts);
   row->setContentsMargins(0, 0, 0, 0);
-  const auto add = [&](CommandButton& control) {
-    auto* button = new QPushButton;
-    Bind(button, control);
-    button->setAutoDefault(false);
-    row->addWidget(button);
-  };
-  add(form_.Command1);
-  add(form_.Command2);
-  add(form_.cmd_Clear);
+  for (CommandButton* control : {&form_.Command1, &form_.Command2, &form_.cmd_Clear}) {
+    row->addWidget(Button(*control));
+  }
   row->addStretch();
   auto* find = new QLineEdit;
   Bind(find, form_.txt_Find);
@@ -150,8 +144,10 @@ QWidget* SnifferWindow::BuildRow() {
   find->setAccessibleName(tr("Find"));
   connect(find, &QLineEdit::returnPressed, this, [this] { form_.cmd_Find.Press(); });
   row->addWidget(find);
-  add(form_.cmd_Find);
-  auto* found = new QLabel;
+  row->addWidget(Button(form_.cmd_Find));
+  // It has its room before it says anything: nothing moves under the pointer then.
+  auto* found = new QLabel(ToQt(frmSniffer::kNotFound));
+  found->setMinimumWidth(found->sizeHint().width());
   Bind(found, form_.lbl_Find);
   row->addWidget(found);
   row->addStretch();

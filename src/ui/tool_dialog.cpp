@@ -1,10 +1,15 @@
 #include "ui/tool_dialog.h"
 
+#include <QGridLayout>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScreen>
 
 #include "platform/qt/qt_text.h"
+#include "ui/binders.h"
+#include "ui/coloured_edit.h"
 #include "ui/remembered_place.h"
 
 namespace tarnlink {
@@ -32,6 +37,23 @@ void ToolDialog::Begin(SettingsStore& settings) {
 void ToolDialog::ShowForm() {
   FormChanged();
   if (control_.Visible != isVisible()) setVisible(control_.Visible);
+}
+
+QPushButton* ToolDialog::Button(CommandButton& control, QWidget* parent) {
+  auto* button = new QPushButton(parent);
+  Bind(button, control);
+  button->setAutoDefault(false);
+  return button;
+}
+
+QLineEdit* ToolDialog::AddField(QGridLayout& rows, int row, int column, QLabel* label,
+                                TextBox& text) {
+  auto* edit = new QLineEdit(label->parentWidget());
+  BindColoured(edit, text);
+  label->setBuddy(edit);
+  rows.addWidget(label, row, column);
+  rows.addWidget(edit, row, column + 1);
+  return edit;
 }
 
 void ToolDialog::keyPressEvent(QKeyEvent* event) {

@@ -3,8 +3,13 @@
 
 #include <QDialog>
 
-#include "common/control.h"
+#include "common/controls.h"
 #include "platform/settings_store.h"
+
+class QGridLayout;
+class QLabel;
+class QLineEdit;
+class QPushButton;
 
 namespace tarnlink {
 
@@ -22,6 +27,11 @@ class ToolDialog : public QDialog {
   virtual void FormChanged() {}
   // Enter, pressed on anything but a button.
   virtual void Enter() {}
+
+  // A button that Enter presses only while it has the focus.
+  static QPushButton* Button(CommandButton& control, QWidget* parent = nullptr);
+  // A text in its colours behind its label, in two columns of a grid that begin with `column`.
+  static QLineEdit* AddField(QGridLayout& rows, int row, int column, QLabel* label, TextBox& text);
 
   // Enter presses the button that has the focus, never another one.
   void keyPressEvent(QKeyEvent* event) override;

@@ -131,12 +131,7 @@ QLayout* WrongMessageDialog::BuildAnswer() {
   const auto add = [&](int row, Label& caption, TextBox& text) {
     auto* label = new QLabel(this);
     Bind(label, caption);
-    auto* edit = new QLineEdit(this);
-    BindColoured(edit, text);
-    label->setBuddy(edit);
-    rows->addWidget(label, row, 0);
-    rows->addWidget(edit, row, 1);
-    return edit;
+    return AddField(*rows, row, 0, label, text);
   };
   add(0, form_.lblReturnedData, form_.txt_ReturnedData);
   QLineEdit* status = add(1, form_.lblStatus, form_.txtStatus);
@@ -179,10 +174,7 @@ QLayout* WrongMessageDialog::BuildButtons() {
   row->addStretch();
   for (CommandButton* control :
        {&form_.cmd_SendErrMsg, &form_.cmd_ResetDefault, &form_.cmd_CloseErrGen}) {
-    auto* button = new QPushButton(this);
-    Bind(button, *control);
-    button->setAutoDefault(false);
-    row->addWidget(button);
+    row->addWidget(Button(*control, this));
   }
   return row;
 }

@@ -150,6 +150,16 @@ TEST_F(ControlPanelHistory, WhereOtherAnswersAreAsEarlyAnEarlyOneCounts) {
   EXPECT_EQ(Sent().size(), 10U);
 }
 
+TEST_F(ControlPanelHistory, AClockThatIsSetBackDoesNotMakeAnAdapterFast) {
+  Begin();
+  Slowly("0011");
+  world.clock().Set({2024, 3, 5, 12, 0, 0});
+  Slowly("0012");
+  world.Advance(17ms);
+  Receive(Entry("0012"));
+  EXPECT_EQ(Code(1) + Code(2), " 18") << "It has come twice.";
+}
+
 TEST_F(ControlPanelHistory, AnEarlyAnswerCountsThatIsNotTheSame) {
   Begin();
   Slowly("0011");

@@ -78,6 +78,24 @@ TEST_F(ControlPanelLine, ACommandIsRepeatedUntilItIsAcknowledged) {
   EXPECT_TRUE(panel.chk_HeatDemand.Value);
 }
 
+// Nothing else would say that the values are old.
+TEST_F(ControlPanelLine, WithoutTheBoxTheFormSaysThatTheSlaveIsSilent) {
+  panel.cmdUpdateError.Press();
+  world.Advance(2999ms);
+  EXPECT_EQ(panel.lblLine.Caption.get(), "");
+  world.Advance(1ms);
+  EXPECT_EQ(panel.lblLine.Caption.get(), "The slave does not answer. It is asked again.");
+  world.Advance(10s);
+  EXPECT_NE(panel.lblLine.Caption.get(), "");
+  AnswerLast(kReadDone, "0001");
+  EXPECT_EQ(panel.lblLine.Caption.get(), "");
+  ignores_errors = false;
+  panel.cmdUpdateError.Press();
+  ExpectTimeout();
+  world.Advance(4s);
+  EXPECT_EQ(panel.lblLine.Caption.get(), "");
+}
+
 // The exchange goes on behind the box; what is pending then is asked for again.
 TEST_F(ControlPanelLine, AnAnswerWhileTheBoxIsUpGoesOnWithTheNextRequest) {
   ignores_errors = false;

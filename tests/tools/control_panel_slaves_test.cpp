@@ -105,5 +105,108 @@ TEST_F(ControlPanelSlaves, OtherSlavesAnswersDoNotPutTheTimeOutOff) {
   EXPECT_EQ(Sent(), Requests{"1 1 0000"});
 }
 
+TEST_F(ControlPanelSlaves, AWordOfDamageWithoutAnAddressIsNoSilence) {
+  for (const char slave : {' ', '?', 'a'}) {
+    Press(panel.cmdUpdateStatus);
+    Receive(PanelFrame(kCorrupted + 1, 1, "0000", slave));
+    EXPECT_FALSE(panel.Pending[kStatusIndex]) << slave;
+    EXPECT_EQ(Sent(), Requests{"4 868 0000"}) << "As one with its address.";
+  }
+}
+
+TEST_F(ControlPanelSlaves, AWordOfDamageWithoutAnyAddressRepeatsTheRequestAtOnce) {
+  Press(panel.cmdHeadDemand);
+  Receive(PanelFrame(kCorrupted + 3, 171, "AA55", ' '));
+  EXPECT_FALSE(panel.chk_Reset.Value);
+  EXPECT_EQ(Sent(), Requests{"129 14 FFFF"});
+}
+
+TEST_F(ControlPanelSlaves, AWordOfDamageOfAnotherSlaveIsPassedBy) {
+  Press(panel.cmdUpdateStatus);
+  Receive(PanelFrame(kCorrupted + 1, 1, "0000", '3'));
+  EXPECT_EQ(Sent(), Requests{});
+  EXPECT_TRUE(panel.Pending[kStatusIndex]);
+}
+
+TEST_F(ControlPanelSlaves, NothingOfTheSlaveBeforeCountsForTheNextOne) {
+  panel.Pending[kErrorCodesIndex + 1] = true;
+  panel.SendNextRequest();
+  Sent();
+  panel.Unload();
+  host.SlaveAddress = "3";
+  panel.Show();
+  panel.Pending[kErrorCodesIndex] = true;
+  panel.SendNextRequest();
+  EXPECT_EQ(Sent(), Requests{"6 875 0000"}) << "No answer is on its way from this one.";
+}
+
+// --- Another master that asks the same slave ---
+
+TEST_F(ControlPanelSlaves, TheAnswerBehindOneThatNobodyAskedForIsTaken) {
+  Press(panel.cmdHeadDemand);
+  Receive(PanelFrame(kReadDone + 4, 868, "0102"));
+  EXPECT_EQ(panel.txt_FlameCurrentuA.Text.get(), "1");
+  world.Advance(30ms);
+  const std::string ours = PanelFrame(kWriteDone + 1, 14, "FFFF");
+  for (const char byte : ours) {
+    Receive(std::string(1, byte));
+    world.Advance(7ms);
+  }
+  EXPECT_TRUE(panel.chk_HeatDemand.Value);
+  EXPECT_EQ(Pending(), std::vector<int>{});
+  world.Advance(1h);
+  EXPECT_EQ(Sent(), Requests{}) << "It is not sent again.";
+}
+
+TEST_F(ControlPanelSlaves, TheRequestBehindItGoesOutAtOnce) {
+  Press(panel.cmdUpdateStatus);
+  Receive(PanelFrame(kReadDone + 6, 923, "0102"));
+  Receive(Good());
+  EXPECT_TRUE(panel.chk_StatusH(7).Value);
+  EXPECT_EQ(Sent(), Requests{"4 868 0000"});
+}
+
+TEST_F(ControlPanelSlaves, BehindALateAnswerOfItsOwnNothingIsTaken) {
+  Press(panel.cmdUpdateConfig);
+  Press(panel.cmdUpdateStatus);
+  Receive(PanelFrame(kReadDone + 2, 84, "0001"));
+  Receive(Good());
+  EXPECT_FALSE(panel.chk_StatusH(7).Value);
+}
+
+TEST_F(ControlPanelSlaves, WhatAnotherMasterReadsOfACommandDoesNotAcknowledgeIt) {
+  Press(panel.cmdHeadDemand);
+  Receive(PanelFrame(kRead + 1, 14, "0000"));
+  Receive(PanelFrame(kReadDone + 1, 14, "0000"));
+  EXPECT_TRUE(panel.Pending[kHeatDemandIndex]);
+  Receive(PanelFrame(kWriteDone + 1, 14, "FFFF"));
+  EXPECT_TRUE(panel.chk_HeatDemand.Value);
+  EXPECT_FALSE(panel.Pending[kHeatDemandIndex]);
+}
+
+TEST_F(ControlPanelSlaves, ACommandThatWaitsForQuietIsNotAcknowledgedByARead) {
+  Press(panel.cmdUpdateStatus);
+  Receive(PanelFrame(kReadDone + 4, 868, "0102"));
+  panel.cmdHeadDemand.Press();
+  Receive(PanelFrame(kReadDone + 1, 14, "0000"));
+  world.Advance(1100ms);
+  EXPECT_EQ(Sent(), Requests{"129 14 FFFF"});
+}
+
+TEST_F(ControlPanelSlaves, AnEntryOfTheHistoryThatAnotherMasterAsksForIsNotTaken) {
+  Press(panel.cmdUpdateError);
+  AnswerLast(kReadDone, "0000");
+  Receive(PanelFrame(kRead + 6, 875, "0300"));
+  Receive(PanelFrame(kReadDone + 6, 875, "0013"));
+  EXPECT_EQ(panel.txt_ErrBufCode(0).Text.get(), "") << "It may be that of entry 3.";
+  Sent();
+  world.Advance(1100ms);
+  EXPECT_EQ(Sent(), Requests{"1 50 0000"});
+  AnswerLast(kReadDone, "0000");
+  EXPECT_EQ(Sent(), Requests{"6 875 0000"});
+  AnswerLast(kReadDone, "0010");
+  EXPECT_EQ(panel.txt_ErrBufCode(0).Text.get(), " 16");
+}
+
 }  // namespace
 }  // namespace tarnlink

@@ -84,7 +84,7 @@ std::string LowFifths(int word) { return Fifths(word % 256); }
 }  // namespace
 
 PanelOnLine::PanelOnLine(const boiler::LineOptions& line, std::uint64_t seed,
-                         const std::string& slave)
+                         const std::string& slave, const boiler::SecondMasterOptions& other)
     : host{.platform = world,
            .line = {.ComPortNumber = [] { return 1; }, .Baudrate = [this] { return baudrate; }},
            .IgnoresErrors = [this] { return ignores_errors; },
@@ -94,7 +94,11 @@ PanelOnLine::PanelOnLine(const boiler::LineOptions& line, std::uint64_t seed,
            .GoControlPanel = {},
            .SlaveAddress = slave},
       boiler(world,
-             {.protocol = "zolt", .slave = {.addresses = "0,3,A"}, .line = line, .seed = seed},
+             {.protocol = "zolt",
+              .slave = {.addresses = "0,3,A"},
+              .line = line,
+              .second_master = other,
+              .seed = seed},
              [this](const boiler::LogEntry& entry) { Take(entry); }) {
   for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = "text of " + std::to_string(i);
   world.on_output = [this, hears = world.on_output](FakeSerialPort& port, std::string_view bytes) {

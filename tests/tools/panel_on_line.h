@@ -27,7 +27,8 @@ struct PanelValue {
 class PanelOnLine {
  public:
   explicit PanelOnLine(const boiler::LineOptions& line, std::uint64_t seed = 1,
-                       const std::string& slave = "0");
+                       const std::string& slave = "0",
+                       const boiler::SecondMasterOptions& other = {});
   ~PanelOnLine();
 
   // By its own update button.

@@ -142,6 +142,52 @@ TEST_F(ScanSlavesTest, CanBeStoppedAndGoesOnWhereItWas) {
   EXPECT_EQ(Row(10), "R1865CM2050 |  |  | ");
 }
 
+// With both greyed for a moment the focus would go elsewhere.
+TEST_F(ScanSlavesTest, OneOfStartAndStopCanAlwaysBePressed) {
+  bool is_one = true;
+  const auto look = [&] { is_one = is_one && (scan.cmdStart.Enabled || scan.cmdStop.Enabled); };
+  scan.cmdStart.SetView(look);
+  scan.cmdStop.SetView(look);
+  scan.Show();
+  scan.cmdStop.Press();
+  scan.cmdStart.Press();
+  scan.cmdStop.Press();
+  scan.Unload();
+  scan.Show();
+  EXPECT_TRUE(is_one);
+  scan.cmdStart.SetView({});
+  scan.cmdStop.SetView({});
+}
+
+TEST_F(ScanSlavesTest, WithoutAPanelADetailsButtonLeavesThePortAlone) {
+  plain.host.GoControlPanel = {};
+  scan.Show();
+  scan.cmdControlPanel(4).Press();
+  EXPECT_TRUE(world.port().PortOpen());
+  Answer(kScanRead, 5, 2);
+  EXPECT_EQ(Row(0), "R1865CM |  |  | ");
+}
+
+TEST_F(ScanSlavesTest, CheckDigitsMayBeOfEitherCase) {
+  scan.Show();
+  std::string other = BuildZoltMessage(kScanRead + 1, "3", 61, 5, 2);
+  std::string frame = AnswerFrame(kScanRead, 5, 2);
+  for (std::string* one : {&other, &frame}) {
+    bool has_letter = false;
+    for (std::size_t at = 11; at < 15; ++at) {
+      if ((*one)[at] < 'A') continue;
+      (*one)[at] = static_cast<char>((*one)[at] + ('a' - 'A'));
+      has_letter = true;
+    }
+    ASSERT_TRUE(has_letter);
+  }
+  Receive(other);
+  EXPECT_EQ(scan.ScanAddress, 0) << "Another slave's.";
+  EXPECT_EQ(Row(0), " |  |  | ");
+  Receive(frame);
+  EXPECT_EQ(Row(0), "R1865CM |  |  | ");
+}
+
 TEST_F(ScanSlavesTest, AStopForgetsARetry) {
   scan.Show();
   Answer(kScanRead, 5, 2);

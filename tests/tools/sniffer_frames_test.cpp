@@ -136,6 +136,8 @@ TEST_F(OpenSnifferTest, GivesAnItemToAnIdWhoseAnswerCameFirst) {
   Hear(kAnswerType, 0xF1, 7, 0);
   EXPECT_EQ(Detected(), "00F1");
   EXPECT_EQ(Items(), "");
+  Hear(kReadType, 0xF1, 0, 0);
+  EXPECT_EQ(Items(), "1 Flow 00F1 7\n");
   Exchange(0xF1, 8, 0);
   EXPECT_EQ(Detected(), "00F1");
   EXPECT_EQ(Items(), "1 Flow 00F1 8\n");

@@ -130,6 +130,14 @@ TEST_F(SnifferTest, HasNoFileWhereNoIdsAreWanted) {
   EXPECT_TRUE(world.port().PortOpen());
 }
 
+TEST_F(SnifferTest, LeavesThePortAloneWhenItIsLeftWhileABoxIsUp) {
+  world.disk().Remove(kNames);
+  world.dialogs().ExpectMessageBox(SnifferFileBox(kNotFound)).While([this] { sniffer.Unload(); });
+  sniffer.Show();
+  EXPECT_FALSE(sniffer.form.Visible);
+  EXPECT_FALSE(world.port().PortOpen());
+}
+
 // --- A port that cannot be had -------------------------------------------------------------------
 
 class SnifferPort : public SnifferTest {
@@ -224,6 +232,40 @@ TEST_F(SnifferPort, ComesBackWhenItCannotBeHadBehindABadFrame) {
   world.Advance(1s);
   Exchange(0xF1, 2, 0);
   EXPECT_EQ(Items(), "1 Flow 00F1 2\n");
+}
+
+TEST_F(SnifferPort, IsStillOutOfStepWhenItCanBeHadAgainBehindABadFrame) {
+  sniffer.Show();
+  world.faults().Break("Port.Open", RunTimeError(kPortUnavailable, "COM1 is busy."));
+  HearBytes(Damaged(FrameOf(kReadType, 0xF1, 0, 0)));
+  world.Advance(1s);
+  HearBytes(FrameOf(kReadType, 0xF1, 0, 0).substr(3));
+  Exchange(0xF1, 2, 0);
+  EXPECT_EQ(Items(), "1 Flow 00F1 2\n");
+  EXPECT_EQ(Counts(), "Frames: 3, bad: 1");
+}
+
+TEST_F(SnifferPort, SaysThatItIsClosedWhereTheErrorSaysNothing) {
+  constexpr const char* kNoWord = "The communication port can not be used.";
+  world.faults().Break("Port.Open", RunTimeError(kPortUnavailable));
+  ExpectBusy(kNoWord);
+  sniffer.Show();
+  EXPECT_EQ(sniffer.lbl_Port.Caption.get(), kNoWord);
+}
+
+TEST_F(SnifferPort, DoesNotMindALossThatIsToldWhenItIsOpenAgain) {
+  sniffer.Show();
+  world.port().Unplug();
+  sniffer.Unload();
+  world.port().PlugIn();
+  sniffer.Show();
+  world.Settle();
+  EXPECT_TRUE(world.port().PortOpen());
+  HearBytes(FrameOf(kReadType, 0x01, 0, 0) + FrameOf(kReadType, 0xF1, 0, 0).substr(0, 7));
+  world.Advance(5s);
+  HearBytes(FrameOf(kReadType, 0xF1, 0, 0).substr(7));
+  EXPECT_EQ(Items(), "1 Status 0001 \n2 Flow 00F1 \n");
+  EXPECT_EQ(Counts(), "Frames: 2, bad: 0");
 }
 
 TEST_F(SnifferPort, EndsAnEventWithAnErrorSilently) {

@@ -122,12 +122,39 @@ TEST_F(WrongMessageTest, AMessageThatIsShortComesBackShort) {
   EXPECT_EQ(tool.txt_ReturnedData.Text.get(), AnswerOf(0x21));
 }
 
-TEST_F(WrongMessageTest, OnlyTheMessageComingBackIsSilence) {
+// Such as a plug that joins both wires.
+TEST_F(WrongMessageTest, TheMessageComingBackWithNothingBehindItIsTheAnswer) {
+  Box(1).Text = "91";
   Send();
-  Receive(world.port().frames().back().bytes);
+  const std::string echo = world.port().frames().back().bytes;
+  Receive(echo);
+  world.Advance(999ms);
+  EXPECT_EQ(State(), "waiting");
+  EXPECT_EQ(tool.txt_ReturnedData.Text.get(), "");
+  world.Advance(1ms);
+  EXPECT_EQ(State(), "idle, Rx");
+  EXPECT_EQ(BoxTexts(tool.txt_RecErrMsg, 0, 6), "0D 91 0 0 0 0 1");
+  EXPECT_EQ(tool.txtStatus.Text.get(), "Write Acknowledge");
+  EXPECT_TRUE(world.dialogs().TakeShown().empty());
+  tool.cmd_ResetDefault.Press();
+  SendAndReceive("<");
+  ExpectNoResponse(world);
+  world.Advance(1s);
+  EXPECT_EQ(Received(), std::string(15, ' ')) << "That of the message before is gone.";
+}
+
+TEST_F(WrongMessageTest, TheMessageComingBackWithHalfAnAnswerBehindItIsSilence) {
+  Send();
+  Receive(world.port().frames().back().bytes + AnswerOf(0x11).substr(0, 5));
   ExpectNoResponse(world);
   world.Advance(1s);
   EXPECT_EQ(Received(), std::string(15, ' '));
+}
+
+TEST_F(WrongMessageTest, AFrameThatCanNotBeBuiltOpensNoPort) {
+  Box(0).Text = "?";
+  EXPECT_EQ(Send(), "nothing");
+  EXPECT_EQ(world.port().opens(), 0);
 }
 
 TEST_F(WrongMessageTest, OnlyOnceAndOnlyAsItWasSentItIsNoAnswer) {

@@ -4,9 +4,11 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QImage>
+#include <QLabel>
 #include <QMenu>
 
 #include "ui/binder_fixture.h"
+#include "ui/look.h"
 
 namespace tarnlink {
 namespace {
@@ -283,6 +285,23 @@ TEST_F(BinderTest, ANameWithoutEndIsDrawnAsFarAsThePanelGoes) {
   control.Text = std::string(5000000, 'W');
   EXPECT_EQ(panel->grab().toImage(), as_far_as_it_goes);
   EXPECT_EQ(panel->size(), QSize(300, 30));
+}
+
+// The desktop changes between light and dark while the window is there.
+TEST_F(BinderTest, ALabelHasTheLettersOfTheDesktop) {
+  Label& label = Make<Label>("lbl_Port", "COM1");
+  auto* shown = Add<QLabel>();
+  Bind(shown, label);
+  ShowWindow();
+  const QPalette usual = QApplication::palette();
+  const QPalette dark = DarkPalette();
+  QApplication::setPalette(dark);
+  const auto letters = [&] { return shown->palette().color(QPalette::WindowText); };
+  EXPECT_TRUE(QTest::qWaitFor([&] { return letters() == dark.color(QPalette::WindowText); }, 3000));
+  label.ForeColor = static_cast<Colour>(0x80000011);
+  label.Caption = "gray";
+  EXPECT_EQ(letters(), dark.color(QPalette::Disabled, QPalette::WindowText));
+  QApplication::setPalette(usual);
 }
 
 }  // namespace

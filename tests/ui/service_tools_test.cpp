@@ -34,6 +34,18 @@ TEST_F(ServiceToolsTest, ThePanelFillsItsTabsByClicks) {
   EXPECT_FALSE(world.port().PortOpen());
 }
 
+TEST_F(ServiceToolsTest, AnOpenPanelStaysOnItsSlave) {
+  std::string closed;
+  tools->GoControlPanel(2, [&] { closed += "first "; });
+  tools->GoControlPanel(5, [&] { closed += "second "; });
+  EXPECT_EQ(host.SlaveAddress, "2");
+  Form("frm_ContPanel").close();
+  EXPECT_EQ(closed, "first ");
+  tools->GoControlPanel(5);
+  EXPECT_EQ(host.SlaveAddress, "5");
+  Form("frm_ContPanel").close();
+}
+
 TEST_F(ServiceToolsTest, TheScanShowsWhoAnswersAndOpensThePanel) {
   QWidget& scan = OpenScan();
   world.Advance(60s);

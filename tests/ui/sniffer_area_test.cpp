@@ -1,6 +1,7 @@
 // The sniffer's items under mouse and keyboard, and the settings of one.
 
 #include <QCheckBox>
+#include <QDialog>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -53,6 +54,57 @@ TEST_F(SnifferAreaTest, GivesADragUpByEscape) {
   Release();
   EXPECT_EQ(Items(), "1 2 3");
   EXPECT_TRUE(Window().isVisible());
+}
+
+TEST_F(SnifferAreaTest, GivesADragUpWhenABoxComesUp) {
+  PlaceItems(3);
+  Grab("RAM_TEXT(1)", CellBelow());
+  QDialog box(&Window());
+  box.open();
+  EXPECT_FALSE(Dragging());
+  QTest::mouseRelease(box.windowHandle(), Qt::LeftButton);
+  box.close();
+  Activated("frmSniffer");
+  MoveTo(On(Window(), "RAM_TEXT(1)") + CellBelow() / 2);
+  EXPECT_FALSE(Dragging());
+  EXPECT_EQ(Items(), "1 2 3");
+  Drag("RAM_TEXT(1)", CellRight());
+  EXPECT_EQ(Items(), "2 1 3");
+}
+
+TEST_F(SnifferAreaTest, GivesADragUpWhenAnotherWindowComesUp) {
+  PlaceItems(3);
+  Grab("RAM_TEXT(1)", CellBelow());
+  QDialog other(&Window());
+  other.show();
+  other.activateWindow();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return other.isActiveWindow(); }, 2000));
+  EXPECT_FALSE(Dragging());
+  Release();
+  EXPECT_EQ(Items(), "1 2 3");
+}
+
+TEST_F(SnifferAreaTest, GivesADragUpWhoseButtonCameUpElsewhere) {
+  PlaceItems(3);
+  Grab("RAM_TEXT(1)", CellBelow());
+  QWindow other;
+  other.setFlags(Qt::ToolTip | Qt::WindowDoesNotAcceptFocus);
+  other.show();
+  QTest::mouseRelease(&other, Qt::LeftButton);
+  ASSERT_TRUE(Dragging());
+  MoveTo(On(Window(), "RAM_TEXT(1)") + CellBelow() / 2);
+  EXPECT_FALSE(Dragging());
+  EXPECT_EQ(Items(), "1 2 3");
+}
+
+TEST_F(SnifferAreaTest, LeavesADragAloneUnderOtherButtons) {
+  PlaceItems(3);
+  Grab("RAM_TEXT(1)", CellRight());
+  QTest::mousePress(Window().windowHandle(), Qt::RightButton, {}, pointer);
+  QTest::mouseRelease(Window().windowHandle(), Qt::RightButton, {}, pointer);
+  EXPECT_TRUE(Dragging());
+  Release();
+  EXPECT_EQ(Items(), "2 1 3");
 }
 
 TEST_F(SnifferAreaTest, GivesADragUpThatEndsOutOfSight) {

@@ -271,5 +271,20 @@ TEST_F(SnifferErrorTexts, MayBeBrokenOrOutOfReach) {
   EXPECT_TRUE(world.dialogs().shown().empty());
 }
 
+// Nothing moves under the pointer that has pressed "Find next".
+TEST_F(SnifferUiTest, HasRoomForWhatItSaysOfASearchHoweverNarrowItIs) {
+  PlaceItems(3);
+  Window().resize(Window().minimumSizeHint());
+  QWidget& found = Part("lbl_Find");
+  const QRect button = Part("cmd_Find").geometry();
+  tools->sniffer.txt_Find.Text = "nothing";
+  Click("cmd_Find");
+  ASSERT_EQ(Caption(Window(), "lbl_Find"), "Not found.");
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return found.width() >= found.minimumSizeHint().width(); }, 2000));
+  EXPECT_EQ(Part("cmd_Find").geometry(), button);
+  EXPECT_GE(Part("LogCheck").width(), Part("LogCheck").minimumSizeHint().width());
+}
+
 }  // namespace
 }  // namespace tarnlink

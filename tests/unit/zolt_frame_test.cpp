@@ -212,6 +212,25 @@ TEST(ZoltType, HasAClassAndAKind) {
   EXPECT_EQ(kWriteMemory, 135);
 }
 
+TEST(ZoltFrame, IsReadWithItsCheckDigitsInEitherCase) {
+  const std::string good = Frame(0x01, "000010000D7AF");
+  for (const std::string digits : {"D7AF", "d7af", "D7aF"}) {
+    const std::string frame = Frame(0x01, "000010000" + digits);
+    EXPECT_EQ(WithUpperCheck(frame), good) << digits;
+  }
+  EXPECT_FALSE(IsGood(WithUpperCheck(Frame(0x01, "000010000d7ag"))));
+  const std::string small = Frame(0x11, "aabcdefaf0000");
+  EXPECT_EQ(WithUpperCheck(small), small) << "No other digits.";
+  EXPECT_EQ(WithUpperCheck("short"), "short");
+}
+
+TEST(ZoltFrame, HasAnAddressOfOneDigit) {
+  for (const char one : std::string("0123456789ABCDEF")) EXPECT_TRUE(IsSlave({&one, 1})) << one;
+  for (const std::string_view other : {"", " ", "a", "G", "01", "?"}) {
+    EXPECT_FALSE(IsSlave(other)) << other;
+  }
+}
+
 // --- Writable pages ----------------------------------------------------------------------------
 
 TEST(ZoltWriteAlias, OfEveryWritablePage) {
