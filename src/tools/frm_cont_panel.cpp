@@ -227,9 +227,8 @@ bool frm_ContPanel::IsCompletion(std::string_view frame) const {
   return kind != (is_write ? zolt_frame::kReadAcknowledge : zolt_frame::kWriteAcknowledge);
 }
 
-// What another master reads of it does not say that it was carried out.
-bool frm_ContPanel::IsReadOfPendingCommand(std::string_view frame) const {
-  if (zolt_frame::KindOf(zolt_frame::TypeOf(frame)) != zolt_frame::kReadAcknowledge) return false;
+// What another master reads or writes of it does not say that this panel's was carried out.
+bool frm_ContPanel::IsOfPendingCommand(std::string_view frame) const {
   const int index = IndexOf(zolt_frame::Number(frame, zolt_frame::kId));
   return index < kNoRequestIndex && Pending.at(static_cast<std::size_t>(index));
 }
@@ -276,7 +275,7 @@ void frm_ContPanel::TakeUnasked() {
   }
   const bool is_open = is_out_ && !open_.IsOurs(answered.Id) && !frames_.IsDoubtful();
   open_.Answered(answered.Id);
-  if (!answered.IsOfHistory() && !IsReadOfPendingCommand(frame)) ProcessKEM3Message(frame);
+  if (!answered.IsOfHistory() && !IsOfPendingCommand(frame)) ProcessKEM3Message(frame);
   AwaitQuiet(is_open);
 }
 

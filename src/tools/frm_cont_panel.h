@@ -57,7 +57,7 @@ class frm_ContPanel : public PanelForm {
   void HearRequest(std::string_view frame);
   bool IsAnswerToOther(std::string_view frame) const;
   bool IsCompletion(std::string_view frame) const;
-  bool IsReadOfPendingCommand(std::string_view frame) const;
+  bool IsOfPendingCommand(std::string_view frame) const;
   void TakeGood();
   void TakeUnasked();
   double Milliseconds() const;

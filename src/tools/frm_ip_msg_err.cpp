@@ -311,10 +311,14 @@ void frm_IPMsgErr::ClearReceived() {
   txtStatus.Text = "";
 }
 
-// Where nothing follows it, what came back is the answer: that of a plug that joins both wires.
+// What came back without anything behind it is shown, as of a plug that joins both wires. But a
+// slave has not answered.
 void frm_IPMsgErr::NoResponse() {
-  if (!echo_.empty() && received_.empty()) return ShowAnswer(echo_);
-  GiveUp();
+  if (!echo_.empty() && received_.empty()) {
+    ShowAnswer(echo_);
+  } else {
+    GiveUp();
+  }
   host_.platform.dialogs().MessageBox(
       {.text = "No Response", .title = "Communication Problem", .icon = Icon::kCritical});
 }

@@ -33,7 +33,10 @@ ServiceTools::ServiceTools(ToolHost& host, QWidget* parent)
 }
 
 void ServiceTools::GoControlPanel(int Index, std::function<void()> closed) {
-  if (panel.form.Visible) return;
+  if (panel.form.Visible) {
+    if (closed) closed();
+    return;
+  }
   host_.SlaveAddress = Hex(Index);
   panel.Unloaded = std::move(closed);
   const bool is_elsewhere = panel_dialog_ && panel_dialog_->parentWidget() != BelowPanel();

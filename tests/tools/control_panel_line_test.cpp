@@ -78,6 +78,19 @@ TEST_F(ControlPanelLine, ACommandIsRepeatedUntilItIsAcknowledged) {
   EXPECT_TRUE(panel.chk_HeatDemand.Value);
 }
 
+// Another master's command to the same slave does not pass for a press that still waits.
+TEST_F(ControlPanelLine, AnotherMastersWriteDoesNotAnswerAPressThatHasNotGoneOut) {
+  panel.cmdUpdateError.Press();
+  Sent();
+  Answer(kReadDone | 1, 91, "0001");
+  panel.cmdHeadDemand.Press();
+  EXPECT_EQ(Sent(), Requests{}) << "The line is in doubt.";
+  Answer(kWriteDone | 1, 14, "FF00");
+  EXPECT_EQ(Pending().front(), 1);
+  world.Advance(2s);
+  EXPECT_EQ(Sent(), Requests{"129 14 FFFF"});
+}
+
 // Nothing else would say that the values are old.
 TEST_F(ControlPanelLine, WithoutTheBoxTheFormSaysThatTheSlaveIsSilent) {
   panel.cmdUpdateError.Press();
