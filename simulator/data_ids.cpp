@@ -102,8 +102,8 @@ int Entry(const Query& q, const char* list) {
 // A parameter in the high byte, within the range of its item. It takes effect at once and is
 // stored.
 DataId Parameter(std::uint16_t id, std::string_view name, std::string_view item,
-                 std::string_view stored_item, std::string_view written) {
-  DataId parameter = High(5, id, name, item, "high: degrees");
+                 std::string_view stored_item, std::string_view meaning, std::string_view written) {
+  DataId parameter = High(5, id, name, item, meaning);
   parameter.written = written;
   parameter.takes = [item](int high, int) {
     return high >= Item(item).lowest && high <= Item(item).highest;
@@ -112,6 +112,12 @@ DataId Parameter(std::uint16_t id, std::string_view name, std::string_view item,
     controller.Set(Item(item), high);
     controller.Set(Item(stored_item), high);
   };
+  return parameter;
+}
+
+// The same in a controller whose limits can be wrong: a limit that is too wide, or too narrow.
+DataId WithWrongLimits(DataId parameter, const Limits& wrong_limits) {
+  parameter.wrong_limits = wrong_limits;
   return parameter;
 }
 
@@ -239,10 +245,31 @@ std::vector<DataId> Measurements() {
 }
 
 std::vector<DataId> Parameters() {
+  constexpr std::string_view kDegrees = "high: degrees";
+  constexpr std::string_view kFifths = "high: fifths of a second";
   return {
-      Parameter(1389, "ch_setpoint", "flow_setpoint", "stored_flow_setpoint", "high: 30 to 85"),
-      Parameter(1524, "dhw_setpoint", "dhw_setpoint", "stored_dhw_setpoint", "high: 35 to 65"),
-      Parameter(2311, "storage_setpoint", "storage_setpoint", "storage_setpoint", "high: 40 to 70"),
+      WithWrongLimits(Parameter(1389, "ch_setpoint", "flow_setpoint", "stored_flow_setpoint",
+                                kDegrees, "high: 30 to 85"),
+                      {29, 85}),
+      WithWrongLimits(Parameter(1524, "dhw_setpoint", "dhw_setpoint", "stored_dhw_setpoint",
+                                kDegrees, "high: 35 to 65"),
+                      {35, 66}),
+      WithWrongLimits(Parameter(2311, "storage_setpoint", "storage_setpoint", "storage_setpoint",
+                                kDegrees, "high: 40 to 70"),
+                      {40, 69}),
+      Parameter(2352, "prepurge_parameter", "prepurge_time", "prepurge_time", kFifths,
+                "high: 5 to 150"),
+      Parameter(2363, "ignition_parameter", "ignition_time", "ignition_time", kFifths,
+                "high: 5 to 50"),
+      Parameter(2374, "postpurge_parameter", "postpurge_time", "postpurge_time", kFifths,
+                "high: 5 to 250"),
+      Parameter(2385, "retries_parameter", "retries", "retries",
+                "high: failed ignitions that make a lockout", "high: 1 to 10"),
+      Parameter(2396, "heat_demand_parameter", "heat_demand", "stored_heat_demand",
+                "high: 0 by the room thermostat, 255 always, others never", "high: 0 to 255"),
+      Parameter(2408, "tap_parameter", "tap", "stored_tap",
+                "high: hot water drawn, tenths of a litre per minute; 0 by the household",
+                "high: 0 to 150"),
   };
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -20,6 +21,12 @@ struct DataIdQuery {
   int Value(std::string_view item) const { return controller.Value(Item(item)); }
 };
 
+// Of a parameter: what its high byte may be, both ends included.
+struct Limits {
+  int lowest;
+  int highest;
+};
+
 struct DataId {
   int data_class;
   std::uint16_t id;
@@ -32,6 +39,8 @@ struct DataId {
   // Whether a write takes these data bytes.
   std::function<bool(int high, int low)> takes;
   std::function<void(Controller&, int high, int low)> store;
+  // What a controller with wrong limits takes instead; of three parameters only.
+  std::optional<Limits> wrong_limits = {};
 };
 
 // In the order of classes and IDs.

@@ -23,6 +23,7 @@ constexpr std::string_view kHelp =
     "given;\n"
     "                   modbus 1 to 247, 1 when not given\n"
     "  --corrupted      zolt, any: answers a ZOLT request whose check is wrong as corrupted\n"
+    "  --wrong-limits   zolt, any: three parameters take other values than they should\n"
     "  --poll LIST      zolt, any: a second master on the line asks these slaves for all data IDs\n"
     "                   in turn, again and again\n"
     "  --poll-gap MS    of silence ahead of each of its requests, 20 when not given\n"
@@ -96,6 +97,7 @@ ProgramOptions ParseOptions(const std::vector<std::string>& words) {
   const std::map<std::string, bool*> plain = {
       {"--at-once", &at_once},
       {"--corrupted", &options.boiler.slave.answers_corrupted},
+      {"--wrong-limits", &options.boiler.slave.has_wrong_limits},
       {"--until-eof", &options.until_eof},
       {"--help", &options.help}};
   for (auto word = words.begin(); word != words.end(); ++word) {

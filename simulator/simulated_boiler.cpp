@@ -62,7 +62,8 @@ std::unique_ptr<Slave> MakeTarnlink(const SlaveOptions& options) {
 
 std::unique_ptr<Slave> MakeZolt(const SlaveOptions& options) {
   const std::string text = options.addresses.empty() ? "0" : options.addresses;
-  return std::make_unique<ZoltSlave>(ZoltAddresses(text), options.answers_corrupted);
+  return std::make_unique<ZoltSlave>(ZoltAddresses(text), options.answers_corrupted,
+                                     options.has_wrong_limits);
 }
 
 std::unique_ptr<Slave> MakeModbus(const SlaveOptions& options) {
@@ -82,6 +83,7 @@ std::unique_ptr<Slave> MakeSlave(std::string_view protocol, const SlaveOptions& 
   if (options.answers_corrupted) {
     throw Problem("Only a ZOLT slave can answer that a request is corrupted.");
   }
+  if (options.has_wrong_limits) throw Problem("Only a ZOLT slave has parameters with limits.");
   if (protocol == "tarnlink") return MakeTarnlink(options);
   if (protocol == "modbus") return MakeModbus(options);
   throw Problem("The boiler does not speak the protocol \"" + std::string(protocol) +

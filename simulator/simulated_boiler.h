@@ -19,6 +19,7 @@ struct SlaveOptions {
   // Modbus; empty for the protocol's first. A slave of any protocol takes those of ZOLT.
   std::string addresses;
   bool answers_corrupted = false;  // ZOLT: says so when the check of a request is wrong
+  bool has_wrong_limits = false;   // ZOLT: of three parameters
 };
 
 // The slave of the named protocol. Throws Problem for a name that it does not know, and for options

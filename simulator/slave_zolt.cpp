@@ -64,15 +64,20 @@ std::string AnswerMemoryWrite(const std::string& frame, const ZoltData& data,
   return As(ZoltKind::kWriteDone, frame);
 }
 
+bool Takes(const DataId& id, const ZoltData& data, bool has_wrong_limits) {
+  if (!has_wrong_limits || !id.wrong_limits) return id.takes(data.high, data.low);
+  return data.high >= id.wrong_limits->lowest && data.high <= id.wrong_limits->highest;
+}
+
 std::string AnswerWrite(const std::string& frame, const ZoltRequest& asked, Controller& controller,
-                        WriteEffect effect) {
+                        WriteEffect effect, bool has_wrong_limits) {
   const ZoltData& data = *asked.data;
   if (asked.data_class == kZoltMemoryClass) {
     return AnswerMemoryWrite(frame, data, controller, effect);
   }
   const DataId* id = FindDataId(asked.data_class, data.id);
   if (id == nullptr || !id->store) return As(ZoltKind::kUnknownId, frame);
-  if (!id->takes(data.high, data.low) || effect == WriteEffect::kRejected) {
+  if (!Takes(*id, data, has_wrong_limits) || effect == WriteEffect::kRejected) {
     return As(ZoltKind::kOutOfRange, frame);
   }
   if (effect == WriteEffect::kStored) id->store(controller, data.high, data.low);
@@ -147,9 +152,10 @@ std::string AnswerOfOther(const std::string& frame, const Controller& controller
 
 }  // namespace
 
-ZoltSlave::ZoltSlave(std::string addresses, bool answers_corrupted)
+ZoltSlave::ZoltSlave(std::string addresses, bool answers_corrupted, bool has_wrong_limits)
     : addresses_(std::move(addresses)),
       answers_corrupted_(answers_corrupted),
+      has_wrong_limits_(has_wrong_limits),
       collector_(kZoltStart, LookAtFrame) {}
 
 std::optional<Heard> ZoltSlave::Hear(char byte) {
@@ -175,7 +181,7 @@ std::string ZoltSlave::Answer(const Request& request, Controller& controller, Wr
   const ZoltParsed parsed = ParseZoltRequest(request.bytes);
   if (!parsed.request || !parsed.request->data) return As(ZoltKind::kCorrupted, request.bytes);
   if (parsed.request->write) {
-    return AnswerWrite(request.bytes, *parsed.request, controller, effect);
+    return AnswerWrite(request.bytes, *parsed.request, controller, effect, has_wrong_limits_);
   }
   return AnswerRead(request.bytes, *parsed.request, controller);
 }

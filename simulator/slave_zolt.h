@@ -12,8 +12,9 @@ namespace boiler {
 class ZoltSlave : public Slave {
  public:
   // `addresses` are characters of kZoltSlaves. A frame whose check is wrong is ignored, or answered
-  // as corrupted.
-  explicit ZoltSlave(std::string addresses = "0", bool answers_corrupted = false);
+  // as corrupted. Three parameters can have limits that are wrong.
+  explicit ZoltSlave(std::string addresses = "0", bool answers_corrupted = false,
+                     bool has_wrong_limits = false);
 
   std::optional<Heard> Hear(char byte) override;
   std::optional<Heard> Silence() override { return collector_.Silence(); }
@@ -35,6 +36,7 @@ class ZoltSlave : public Slave {
 
   std::string addresses_;
   bool answers_corrupted_;
+  bool has_wrong_limits_;
   FrameCollector collector_;
 };
 

@@ -22,7 +22,13 @@ struct ToolHost {
   std::function<std::string()> LogPath;  // the folder of the options for logs
   // Shows the control panel on the slave of this number, 0 to 15; `closed` comes when it has been.
   std::function<void(int Index, std::function<void()> closed)> GoControlPanel;
-  std::string SlaveAddress = "0";  // of the slave that the control panel shows
+  std::string SlaveAddress = "0";        // of the slave that the control panel shows
+  std::function<int()> MsgTimeout = {};  // of the options, in seconds; 0 waits for ever
+  // The parameter file that was opened last from the project; empty without one.
+  std::function<std::string()> ParameterFile = {};
+  // Where the dialog for parameter files opens, and where it was left.
+  std::function<std::string()> ParFolder = {};
+  std::function<void(const std::string& folder)> KeepParFolder = {};
 };
 
 }  // namespace tarnlink

@@ -55,7 +55,7 @@ TEST(DataIds, HaveAllThatAServiceToolAsksFor) {
       {3, {171}},
       {4, {241,  254,  770,  781,  817,  830,  855,  856,  868,  3854, 4034, 4045,
            4368, 4383, 4572, 4576, 4627, 5913, 5925, 5930, 5955, 5964, 6000, 6015}},
-      {5, {1389, 1524, 2311}},
+      {5, {1389, 1524, 2311, 2352, 2363, 2374, 2385, 2396, 2408}},
       {6, {875, 916, 923, 935, 936, 961, 974, 1010, 1021, 3943, 4004, 5349, 5354}},
   };
   std::map<int, std::vector<int>> held;
@@ -207,16 +207,33 @@ TEST_F(DataIdValues, TakeParametersWithinTheirLimits) {
       {1389, 30, 85, "flow_setpoint"},
       {1524, 35, 65, "dhw_setpoint"},
       {2311, 40, 70, "storage_setpoint"},
+      {2352, 5, 150, "prepurge_time"},
+      {2363, 5, 50, "ignition_time"},
+      {2374, 5, 250, "postpurge_time"},
+      {2385, 1, 10, "retries"},
+      {2396, 0, 255, "heat_demand"},
+      {2408, 0, 150, "tap"},
   };
   for (const auto& one : parameters) {
-    EXPECT_FALSE(Write(5, one.id, one.lowest - 1, 0)) << one.item;
-    EXPECT_FALSE(Write(5, one.id, one.highest + 1, 0)) << one.item;
+    // A byte has no values beyond its own ends.
+    if (one.lowest > 0) {
+      EXPECT_FALSE(Write(5, one.id, one.lowest - 1, 0)) << one.item;
+    }
+    if (one.highest < 255) {
+      EXPECT_FALSE(Write(5, one.id, one.highest + 1, 0)) << one.item;
+    }
     EXPECT_TRUE(Write(5, one.id, one.lowest, 0)) << one.item;
     EXPECT_EQ(Get(one.item), one.lowest);
     EXPECT_TRUE(Write(5, one.id, one.highest, 99)) << one.item;
     EXPECT_EQ(Get(one.item), one.highest);
     EXPECT_EQ(Read(5, one.id), one.highest << 8);
   }
+}
+
+TEST_F(DataIdValues, BeginWithTheirDefaults) {
+  const std::map<int, int> defaults = {{1389, 60}, {1524, 50}, {2311, 60}, {2352, 25}, {2363, 15},
+                                       {2374, 40}, {2385, 3},  {2396, 0},  {2408, 0}};
+  for (const auto& [id, value] : defaults) EXPECT_EQ(Read(5, id), value << 8) << id;
 }
 
 TEST_F(DataIdValues, KeepParametersPastPowerOff) {
@@ -288,11 +305,13 @@ TEST(DataIds, LiveWhileTheBoilerDoes) {
   for (const auto& [name, values] : seen) {
     if (values.size() == 1) still.push_back(name);
   }
-  EXPECT_THAT(still, ElementsAre("air_switch_times", "ch_setpoint", "configuration", "crc_rom_high",
-                                 "crc_rom_low", "dhw_setpoint", "heat_demand", "os_name",
-                                 "os_number", "postpurge_and_retries", "prepurge_and_preignition",
-                                 "safety_and_postignition", "storage_setpoint", "version_eeprom",
-                                 "version_rom_high", "version_rom_low"));
+  EXPECT_THAT(
+      still, ElementsAre("air_switch_times", "ch_setpoint", "configuration", "crc_rom_high",
+                         "crc_rom_low", "dhw_setpoint", "heat_demand", "heat_demand_parameter",
+                         "ignition_parameter", "os_name", "os_number", "postpurge_and_retries",
+                         "postpurge_parameter", "prepurge_and_preignition", "prepurge_parameter",
+                         "retries_parameter", "safety_and_postignition", "storage_setpoint",
+                         "tap_parameter", "version_eeprom", "version_rom_high", "version_rom_low"));
 }
 
 }  // namespace

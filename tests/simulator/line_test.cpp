@@ -217,5 +217,15 @@ TEST(SimulatedBoiler, AnswersThatARequestIsCorruptedUnderZoltAlone) {
   }
 }
 
+TEST(SimulatedBoiler, HasWrongLimitsUnderZoltAlone) {
+  for (const std::string name : {"tarnlink", "modbus"}) {
+    SimulatedBoiler::Options options;
+    options.protocol = name;
+    options.slave.has_wrong_limits = true;
+    EXPECT_EQ(ProblemText([&] { SimulatedBoiler boiler(options); }),
+              "Only a ZOLT slave has parameters with limits.");
+  }
+}
+
 }  // namespace
 }  // namespace boiler

@@ -149,6 +149,38 @@ TEST(ZoltSlave, SaysThatARequestIsCorruptedWhereItIsAskedTo) {
               ElementsAre(HexText(no_request) + ": not the type of a request"));
 }
 
+TEST(ZoltSlave, HasThreeWrongLimitsWhereItIsAskedTo) {
+  // The values of the high byte that a write takes.
+  const auto taken = [](ZoltSlave& slave, int id) {
+    Controller controller(1);
+    std::string text;
+    bool was_taken = false;
+    for (int value = 0; value <= 256; ++value) {
+      const std::string request = Frame(0x85, '0', HexDigits(static_cast<unsigned>(id), 4),
+                                        HexDigits(static_cast<unsigned>(value % 256) << 8, 4));
+      const std::string answer =
+          slave.Answer({request, true, ""}, controller, WriteEffect::kStored);
+      const bool is_taken = value < 256 && answer[1] == '\x95';
+      if (value < 256) EXPECT_EQ(answer[1], is_taken ? '\x95' : '\x45');
+      if (is_taken && !was_taken) text += std::to_string(value) + " to ";
+      if (!is_taken && was_taken) text += std::to_string(value - 1);
+      was_taken = is_taken;
+    }
+    return text;
+  };
+  ZoltSlave wrong("0", false, true);
+  EXPECT_EQ(taken(wrong, 1389), "29 to 85");
+  EXPECT_EQ(taken(wrong, 1524), "35 to 66");
+  EXPECT_EQ(taken(wrong, 2311), "40 to 69");
+  ZoltSlave right;
+  EXPECT_EQ(taken(right, 1389), "30 to 85");
+  EXPECT_EQ(taken(right, 1524), "35 to 65");
+  EXPECT_EQ(taken(right, 2311), "40 to 70");
+  for (const int id : {2352, 2363, 2374, 2385, 2396, 2408}) {
+    EXPECT_EQ(taken(wrong, id), taken(right, id)) << id;
+  }
+}
+
 TEST(ZoltSlave, CanHaveAllFaults) { EXPECT_THAT(Misfits(ZoltSlave()), IsEmpty()); }
 
 class ZoltAnswers : public ::testing::Test {

@@ -1,0 +1,61 @@
+#include "monitor/frm_gen_par_file.h"
+
+#include "common/paths.h"
+#include "common/run_time_error.h"
+#include "common/text.h"
+#include "monitor/file_error_box.h"
+#include "monitor/gen_parameter_file.h"
+#include "monitor/project_paths.h"
+#include "platform/path_resolver.h"
+
+namespace tarnlink {
+
+frmGenParFile::frmGenParFile(frm_Main& main) : main_(main) {
+  form.Visible = false;
+  main_.mnuGenParaFile.Click = [this] { Show(); };
+  cmdSave.Click = [this] { Save(); };
+  cmdCancel.Click = [this] { Hide(); };
+}
+
+std::string frmGenParFile::DefaultName() const {
+  constexpr int kExtension = 4;  // with its dot
+  const std::string& screen = main_.CurrentTarnLinkFile;
+  const int count = CountCharacters(screen);
+  if (count <= kExtension) return "Para.par";
+  return std::string(FirstCharacters(screen, count - kExtension)) + ".par";
+}
+
+void frmGenParFile::Save() {
+  CommonDialog& dialog = main_.ParCmnDlg;
+  Platform& platform = main_.platform();
+  dialog.FileName = DefaultName();
+  const auto path =
+      platform.dialogs().SaveFile({.title = "Save As",
+                                   .filter = "Parameter File (*.par)|*.par",
+                                   .file_name = dialog.FileName,
+                                   .folder = UsableFolder(dialog.InitDir, platform.files()),
+                                   .extension = "par",
+                                   .confirm_overwrite = true});
+  if (!path || path->empty()) return;
+  dialog.InitDir = FolderOfPath(*path);
+  dialog.FileName = *path;
+  try {
+    GenParameterFile(main_, {chkClass5.Value, chkClass7EE.Value, chkClass7RAM.Value}, *path);
+  } catch (const RunTimeError& error) {
+    ReportFileError(platform.dialogs(), error, "During saving par file ", *path);
+    return;
+  }
+  OfferToAddToProject(*path);
+  Hide();
+}
+
+void frmGenParFile::OfferToAddToProject(const std::string& path) {
+  if (HoldsFile(main_, path)) return;
+  const Answer answer = main_.platform().dialogs().MessageBox({.text = "Add file to project?",
+                                                               .title = std::string(kQuestionTitle),
+                                                               .icon = Icon::kQuestion,
+                                                               .buttons = Buttons::kYesNo});
+  if (answer == Answer::kYes) AddSavedFile(main_, "par", path);
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,39 @@
+// The steps by which the configuration check proves the limits of one item, and what an answer
+// means in each of them. No port and no clock.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "files/config_file.h"
+#include "protocols/zolt_message.h"
+
+namespace tarnlink {
+
+inline constexpr std::uint8_t kParameterClass = 5;
+
+enum CfgStage : int {
+  kReadDefault = 0,
+  kWriteMinimum = 1,
+  kReadMinimum = 2,
+  kWriteBelow = 3,
+  kWriteMaximum = 4,
+  kReadMaximum = 5,
+  kWriteAbove = 6,
+};
+inline constexpr int kCfgStages = 7;
+
+// What goes out in this stage.
+std::string CfgMessage(const ConfigItem& item, int stage, const std::string& slave);
+
+// The stage behind this one, past those for which there is no byte value; empty behind the last.
+std::optional<int> NextStage(const ConfigItem& item, int stage);
+
+// What ends the test of the item: the text for its result. Empty when the stage has passed.
+std::string CfgFailure(const ConfigItem& item, int stage, const ZoltMessage& answer);
+
+// "reading the default", for people who watch.
+std::string CfgStageText(const ConfigItem& item, int stage);
+
+}  // namespace tarnlink

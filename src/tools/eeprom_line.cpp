@@ -1,0 +1,137 @@
+#include "tools/eeprom_line.h"
+
+#include "protocols/zolt_frame.h"
+#include "tools/tool_port.h"
+
+namespace tarnlink {
+
+EepromLine::EepromLine(ToolHost& host, SerialPort& port, Timer& timeout)
+    : host_(host),
+      port_(port),
+      timeout_(timeout),
+      quiet_watch_(host.platform, host.line, [this](bool) { Quiet(); }) {
+  timeout_.SetInterval(kAnswerTime);
+  timeout_.SetOnTimer([this] { TimeOut(); });
+  port_.SetOnComm([this](int event) { CommEvent(event); });
+}
+
+void EepromLine::Open() {
+  Close();
+  SetServiceLine(port_, host_.line);
+  port_.SetPortOpen(true);
+}
+
+void EepromLine::Close() {
+  timeout_.SetEnabled(false);
+  quiet_watch_.End();
+  is_out_ = is_doubtful_ = heard_more_ = false;
+  CloseQuietly(port_);
+}
+
+// --- Requests ------------------------------------------------------------------------------------
+
+void EepromLine::Send(const std::string& message, const std::string& slave, const std::string& id) {
+  LastMessage = message;
+  slave_ = slave;
+  id_ = id;
+  repeats_ = 0;
+  is_doubtful_ = false;
+  Put();
+}
+
+void EepromLine::ResendMsg() {
+  ++repeats_;
+  Put();
+}
+
+void EepromLine::Put() {
+  quiet_watch_.End();
+  frames_.Clear();
+  heard_more_ = false;
+  is_out_ = true;
+  try {
+    port_.ClearInBuffer();
+    port_.SetRThreshold(zolt_frame::kLength);
+    port_.Output(LastMessage);
+  } catch (const RunTimeError& error) {
+    return Lose(PortTrouble(error));
+  }
+  Restart(timeout_);
+}
+
+void EepromLine::AskAgain() {
+  is_out_ = true;
+  AwaitQuiet();
+}
+
+void EepromLine::AwaitQuiet() {
+  timeout_.SetEnabled(false);
+  port_.SetRThreshold(1);
+  quiet_watch_.Raise();
+}
+
+void EepromLine::Quiet() {
+  if (is_out_) ResendMsg();
+}
+
+// Each request that went out may be answered yet.
+void EepromLine::TimeOut() {
+  timeout_.SetEnabled(false);
+  is_doubtful_ = true;
+  ResendMsg();
+}
+
+// --- Answers -------------------------------------------------------------------------------------
+
+void EepromLine::CommEvent(int event) {
+  if (event == kCommDeviceGone) {
+    const std::string reason = port_.LossReason();
+    if (!reason.empty()) Lose(reason);
+    return;
+  }
+  if (event != kCommReceive) return;
+  try {
+    Received();
+  } catch (const RunTimeError&) {
+    // The timer goes on from here.
+  }
+}
+
+void EepromLine::Received() {
+  const std::string bytes = port_.Input();
+  if (!is_out_) heard_more_ = true;
+  if (quiet_watch_.IsOn()) return quiet_watch_.Raise();
+  if (!is_out_) return;
+  for (auto kind = frames_.Take(bytes); kind != AnswerKind::kNone; kind = frames_.Take({})) {
+    if (kind != AnswerKind::kGood) return AskAgain();
+    const std::string frame = frames_.frame();
+    if (!IsForUs(frame)) continue;
+    timeout_.SetEnabled(false);
+    const bool is_doubtful = is_doubtful_ || frames_.IsDoubtful();
+    is_out_ = false;
+    if (!Answered || Answered(frame)) {
+      if (is_doubtful && port_.PortOpen() && !is_out_) AwaitQuiet();
+      return;
+    }
+    if (!port_.PortOpen() || is_out_) return;
+    return is_doubtful ? AskAgain() : ResendMsg();
+  }
+  port_.SetRThreshold(frames_.Missing());
+}
+
+// An answer that came late, or another slave's, is not: the right one is still to come. One that
+// says that the request was damaged need not know what it was.
+bool EepromLine::IsForUs(std::string_view frame) const {
+  if (!IsFrom(frame, slave_)) return false;
+  const std::uint8_t type = zolt_frame::TypeOf(frame);
+  if (zolt_frame::KindOf(type) == zolt_frame::kCorruptedMessage) return true;
+  if (zolt_frame::ClassOf(type) != zolt_frame::kMemoryClass) return false;
+  return zolt_frame::Text(frame, zolt_frame::kId) == id_;
+}
+
+void EepromLine::Lose(const std::string& reason) {
+  Close();
+  if (Lost) Lost(reason);
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,72 @@
+// One request after the other to a slave's memory, each repeated until it is answered: what the
+// EEPROM writer and the EEPROM downloader have in common.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "platform/serial_port.h"
+#include "platform/timer.h"
+#include "tools/answer_frames.h"
+#include "tools/quiet_watch.h"
+#include "tools/tool_host.h"
+
+namespace tarnlink {
+
+class EepromLine {
+ public:
+  static constexpr int kAnswerTime = 1000;  // ms
+
+  // Host, port and timer outlive it; the events of both are its own.
+  EepromLine(ToolHost& host, SerialPort& port, Timer& timeout);
+
+  // What the slave says to the request. True: the request is answered. False: it goes out again.
+  std::function<bool(std::string_view frame)> Answered;
+  // The port cannot be used; it is closed already.
+  std::function<void(const std::string& reason)> Lost;
+
+  // Throws RunTimeError.
+  void Open();
+  void Close();
+
+  // `slave` answers under `id`.
+  void Send(const std::string& message, const std::string& slave, const std::string& id);
+  // The present request once more, or once more when the line has been quiet.
+  void ResendMsg();
+  void AskAgain();
+  // From here on the line is watched until it is quiet.
+  void AwaitQuiet();
+
+  // Nothing is awaited, neither an answer nor a quiet line.
+  bool IsReady() const { return !is_out_ && !quiet_watch_.IsOn(); }
+  // Something came since the answer.
+  bool HeardMore() const { return heard_more_; }
+  // How often the present request has been repeated.
+  int Repeats() const { return repeats_; }
+
+  std::string LastMessage;
+
+ private:
+  void Put();
+  void CommEvent(int event);
+  void Received();
+  bool IsForUs(std::string_view frame) const;
+  void TimeOut();
+  void Quiet();
+  void Lose(const std::string& reason);
+
+  ToolHost& host_;
+  SerialPort& port_;
+  Timer& timeout_;
+  AnswerFrames frames_;
+  std::string slave_;
+  std::string id_;
+  bool is_out_ = false;       // an answer is awaited, or the request is to go out again
+  bool is_doubtful_ = false;  // more than one answer may come
+  bool heard_more_ = false;
+  int repeats_ = 0;
+  QuietWatch quiet_watch_;
+};
+
+}  // namespace tarnlink

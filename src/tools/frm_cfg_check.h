@@ -1,0 +1,114 @@
+// The configuration check: proves the limits of a controller's parameters against a file. It reads
+// the default of each, writes both limits, and writes just outside of them, which the slave has to
+// refuse. A parameter keeps what was written last.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/controls.h"
+#include "common/dialog_controls.h"
+#include "files/config_file.h"
+#include "tools/answer_frames.h"
+#include "tools/run_bar.h"
+#include "tools/tool_host.h"
+
+namespace tarnlink {
+
+class frm_CfgCheck {
+ public:
+  static constexpr const char* kNoFile = "No file specified";
+
+  // `host` outlives it.
+  explicit frm_CfgCheck(ToolHost& host);
+
+  Control form{"frm_CfgCheck"};
+  Label caption{"frm_CfgCheck.Caption", "Configuration check"};
+
+  TextBox txt_ConfigurationFile{"txt_ConfigurationFile"};
+  CommandButton cmd_Open{"cmd_Open", "Open file"};
+  Label lblSlave{"lblSlave", "Slave address"};
+  PickBox cmb_Slave{"cmb_Slave"};
+
+  // The names of the columns, with tabs between them as in the rows.
+  Label lblHeading{"lblHeading"};
+  ListBox ParametersList{"ParametersList"};
+
+  RunBar ProgressBar1{"ProgressBar1"};
+  Label Label6{"Label6"};      // "3 / 12"
+  Label lblState{"lblState"};  // what is in work, and what is left
+  CommandButton cmd_Check{"cmd_Check", "Check"};
+  CommandButton cmd_Stop{"cmd_Stop", "Stop"};
+  CommandButton cmd_Copy{"cmd_Copy", "Copy list"};
+  CommandButton cmd_Save{"cmd_Save", "Save list"};
+
+  std::unique_ptr<SerialPort> CfgCom;
+  std::unique_ptr<Timer> tim_cfgread;          // until the next message goes out
+  std::unique_ptr<Timer> tim_cfgread_timeout;  // until it goes out once more
+
+  std::vector<ConfigItem> ConfigItems;
+  int CfgIndex = 0;  // of the item in work
+  int CfgStage = 0;
+
+  void Show();
+  // In the middle of a check it asks first. Only once.
+  void Unload();
+  std::function<void()> Unloaded;
+
+  void OpenFile();
+  void Check();
+  void Stop();
+
+  bool IsRunning() const { return is_running_; }
+  // Sends the last message again.
+  void ResendMsg();
+  void ErrorHandler(const std::string& text);
+  // The check is over, and the port is let go.
+  void ShutDownCom();
+
+  // Headings and rows, each on a line of its own.
+  std::string ListText() const;
+  std::function<void(const std::string& text)> CopyText;  // what `cmd_Copy` does with it
+
+ private:
+  void BindControls();
+  ConfigFile ReadFile(const std::string& path);
+  void TellBadLine(const BadLine& line);
+  void ClearResults();
+  void ShowRows();
+  void ShowRow(std::size_t index);
+  void ShowCount();
+  void ShowState();
+  void ShowButtons();
+  bool Begin();
+
+  void SendMessage();
+  void Output();
+  void TimedOut();
+  void CommEvent(int event);
+  void Received();
+  bool IsForUs(std::string_view frame) const;
+  void ProcessAnswer(std::string_view frame);
+  void EndItem(const std::string& result);
+  void GoOn();
+  void Finish();
+  void MarkUnreached();
+  void Save();
+  ConfigItem& Item() { return ConfigItems[static_cast<std::size_t>(CfgIndex)]; }
+  const ConfigItem& Item() const { return ConfigItems[static_cast<std::size_t>(CfgIndex)]; }
+  int Count() const { return static_cast<int>(ConfigItems.size()); }
+
+  ToolHost& host_;
+  AnswerFrames frames_;
+  std::unique_ptr<Timer> quiet_;  // until no late answer can come any more
+  std::string message_;           // that went out last
+  bool is_running_ = false;
+  bool is_asking_ = false;    // whether the form may be closed
+  bool is_doubtful_ = false;  // an answer to a message before may still be on its way
+  int repeats_ = 0;           // of the message
+};
+
+}  // namespace tarnlink

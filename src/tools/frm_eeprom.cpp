@@ -1,0 +1,448 @@
+#include "tools/frm_eeprom.h"
+
+#include <algorithm>
+
+#include "common/numbers.h"
+#include "common/run_time_error.h"
+#include "common/text.h"
+#include "common/text_file.h"
+#include "files/eeprom_output.h"
+#include "protocols/zolt_frame.h"
+#include "tools/tool_port.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr int kTick = 10;  // ms
+constexpr int kTlk = 0;    // of `chkOutputFormat`
+constexpr int kBin = 1;
+constexpr int kMostWrongAnswers = 5;
+constexpr const char* kAnyDef = "*.def";
+
+std::string FourDigits(std::uint16_t number) { return Stuff(Hex(number), 4); }
+std::string TwoDigits(int number) { return Stuff(Hex(number), 2); }
+
+// Under which ID a byte of this page is written.
+std::string PrefixOf(std::uint16_t address) {
+  switch (address >> 8) {
+    case 0x80:
+      return "FFFE";
+    case 0x81:
+      return "????";
+    default:
+      return "";
+  }
+}
+
+// A value of one digit has a blank in front.
+std::string WriteMessage(const std::string& slave, std::uint16_t address,
+                         const EepromRecord& record) {
+  return zolt_frame::Request(
+      zolt_frame::kWriteMemory, slave, PrefixOf(address),
+      FourDigits(address).substr(2) + RightAlign(ToUpper(record.HexValue), 2));
+}
+
+// The high data byte of the answer is that of the address behind the one that is asked.
+std::string VerifyMessage(const std::string& slave, std::uint16_t address) {
+  return zolt_frame::Request(zolt_frame::kReadMemory, slave, zolt_frame::kReadMemoryId,
+                             FourDigits(static_cast<std::uint16_t>(address - 1)));
+}
+
+bool IsKind(std::string_view frame, std::uint8_t kind) {
+  return zolt_frame::KindOf(zolt_frame::TypeOf(frame)) == kind;
+}
+
+std::uint16_t DataOf(std::string_view frame) {
+  return static_cast<std::uint16_t>(zolt_frame::Number(frame, zolt_frame::kDataHigh) << 8 |
+                                    zolt_frame::Number(frame, zolt_frame::kDataLow));
+}
+
+}  // namespace
+
+frm_EEPROM::frm_EEPROM(ToolHost& host)
+    : comm_eewrite(host.platform.CreatePort()),
+      tim_eewrite(host.platform.CreateTimer()),
+      tim_verify(host.platform.CreateTimer()),
+      tim_eewrite_timeout(host.platform.CreateTimer()),
+      host_(host),
+      line_(host, *comm_eewrite, *tim_eewrite_timeout) {
+  form.Visible = false;
+  for (TextBox* box : {&txt_eepromsourcefile, &txt_FileChecksum, &txt_SlaveAddress}) {
+    box->Locked = true;
+  }
+  txt_eepromsourcefile.Text = kNoFile;
+  for (const int format : {kTlk, kBin}) chkOutputFormat(format).Value = true;
+  txt_SlaveAddress.Text = "0";
+  ud_SlaveAddress.Step = [this](int step) { StepSlave(step); };
+  cmd_Browse.Click = [this] { Browse(); };
+  cmd_TarnlinkFile.Click = [this] { MakeOutputFiles(); };
+  cmd_CalcFileChecksum.Click = [this] { CalcFileChecksum(); };
+  cmd_WriteEEPROM.Click = [this] { WriteEEPROM(); };
+  cmd_VerifyEEPROM.Click = [this] { VerifyEEPROM(); };
+  cmd_Stop.Click = [this] { Stop(); };
+  cmd_Cancel.Click = [this] { Writing ? Stop() : Unload(); };
+  cmdCopyResults.Click = [this] {
+    if (CopyText) CopyText(ResultText());
+  };
+  cmdSaveResults.Click = [this] { SaveResults(); };
+  for (Timer* timer : {tim_eewrite.get(), tim_verify.get()}) {
+    timer->SetInterval(kTick);
+    timer->SetOnTimer([this] { Tick(); });
+  }
+  line_.Answered = [this](std::string_view frame) { return TakeAnswer(frame); };
+  line_.Lost = [this](const std::string& reason) { ReportError(reason, ConfirmedText()); };
+  ShowState();
+}
+
+// --- Beginning and end ---------------------------------------------------------------------------
+
+void frm_EEPROM::Show() {
+  if (form.Visible) return;
+  form.Visible = true;
+  ShowState();
+}
+
+bool frm_EEPROM::MayClose() {
+  if (!Writing || pass_ != Pass::kWrite) return true;
+  return host_.platform.dialogs().MessageBox(
+             {.text = "The EEPROM is being written. Stop and close the window?",
+              .title = caption.Caption,
+              .icon = Icon::kQuestion,
+              .buttons = Buttons::kYesNo,
+              .second_is_default = true,
+              .detail = "An image that is not complete fails its check."}) == Answer::kYes;
+}
+
+void frm_EEPROM::Unload() {
+  if (!form.Visible) return;
+  Halt();
+  form.Visible = false;
+  if (Unloaded) Unloaded();
+}
+
+void frm_EEPROM::Halt() {
+  Writing = Busy = false;
+  tim_eewrite->SetEnabled(false);
+  tim_verify->SetEnabled(false);
+  line_.Close();
+  ShowState();
+}
+
+void frm_EEPROM::Stop() {
+  if (!Writing) return;
+  Halt();
+  AddResult("Stopped. " + ConfirmedText());
+}
+
+void frm_EEPROM::ReportError(const std::string& text, const std::string& detail) {
+  const bool was_on = Writing;
+  Halt();
+  if (was_on) AddResult("Ended: " + text + (detail.empty() ? "" : " " + detail));
+  host_.platform.dialogs().MessageBox(
+      {.text = text, .title = "Error", .icon = Icon::kCritical, .detail = detail});
+}
+
+std::string frm_EEPROM::ConfirmedText() const {
+  if (LastConfirmed.empty()) return "No address has been confirmed.";
+  return "The last address that was confirmed is " + LastConfirmed + ".";
+}
+
+void frm_EEPROM::ShowState() {
+  for (Control* control : std::initializer_list<Control*>{
+           &cmd_Browse, &cmd_TarnlinkFile, &fra_Eewrite, &chkOutputFormat(kTlk),
+           &chkOutputFormat(kBin), &txt_SlaveAddress, &ud_SlaveAddress}) {
+    control->Enabled = !Writing;
+  }
+  cmd_Stop.Enabled = Writing;
+  cmd_CalcFileChecksum.Enabled = FileOpen;
+  for (CommandButton* button : {&cmd_WriteEEPROM, &cmd_VerifyEEPROM}) {
+    button->Enabled = FileOpen && !Writing;
+  }
+}
+
+void frm_EEPROM::StepSlave(int step) {
+  constexpr int kLast = 15;
+  const auto now = static_cast<int>(Val("&H" + txt_SlaveAddress.Text.get()));
+  txt_SlaveAddress.Text = Hex(std::clamp(now + step, 0, kLast));
+}
+
+// --- The source and its output files -------------------------------------------------------------
+
+void frm_EEPROM::Browse() {
+  if (Writing) return;
+  const auto name = host_.platform.dialogs().OpenFile(
+      {.filter = std::string(kAnyDef) + "|" + kAnyDef, .file_name = kAnyDef});
+  FileOpen = name && !name->empty() && *name != kAnyDef;
+  txt_eepromsourcefile.Text = FileOpen ? *name : std::string(kNoFile);
+  txt_FileChecksum.Text = "";
+  ShowState();
+}
+
+std::optional<EepromSource> frm_EEPROM::ReadSource() {
+  try {
+    return ReadEepromSource(DecodeText(host_.platform.files().ReadWhole(Path())));
+  } catch (const RunTimeError& error) {
+    ReportError(error.what());
+    return std::nullopt;
+  }
+}
+
+void frm_EEPROM::MakeOutputFiles() {
+  if (!FileOpen || Writing) return;
+  const std::optional<EepromSource> source = ReadSource();
+  if (!source) return;
+  const std::string tlk = OutputPath(Path(), "tlk");
+  const std::string bin = OutputPath(Path(), "bin");
+  if (tlk == Path() || bin == Path()) {
+    return ReportError("The output file would replace the source file.");
+  }
+  const bool makes_tlk = chkOutputFormat(kTlk).Value;
+  const bool makes_bin = chkOutputFormat(kBin).Value;
+  if (!makes_tlk && !makes_bin) {
+    lblLeft.Caption = "No file format is ticked.";
+    return;
+  }
+  try {
+    Files& files = host_.platform.files();
+    if (makes_tlk) files.WriteWhole(tlk, EncodeText(TlkText(*source)));
+    if (makes_bin) files.WriteWhole(bin, BinBytes(*source));
+  } catch (const RunTimeError& error) {
+    return ReportError(error.what());
+  }
+  host_.platform.dialogs().MessageBox({.text = "Tarnlink File is generated",
+                                       .title = "File Generation Done...",
+                                       .icon = Icon::kInformation});
+}
+
+void frm_EEPROM::CalcFileChecksum() {
+  if (!FileOpen) return;
+  try {
+    const std::string bytes = host_.platform.files().ReadWhole(Path());
+    txt_FileChecksum.Text = "&H" + Hex(FileChecksum(bytes));
+  } catch (const RunTimeError& error) {
+    ReportError(error.what());
+  }
+}
+
+// --- The run -------------------------------------------------------------------------------------
+
+// All of it is checked before the first byte goes out.
+bool frm_EEPROM::LoadRecords() {
+  const std::optional<EepromSource> source = ReadSource();
+  if (!source) return false;
+  records_.clear();
+  addresses_.clear();
+  try {
+    for (const EepromBlock& block : source->blocks) {
+      for (const EepromRecord& record : block) {
+        addresses_.push_back(AddressOf(record));
+        records_.push_back(record);
+      }
+    }
+  } catch (const RunTimeError& error) {
+    ReportError(error.what());
+    return false;
+  }
+  if (!records_.empty()) return true;
+  ReportError("The EEPROM source file holds no block behind a line \"START\".");
+  return false;
+}
+
+bool frm_EEPROM::AsksFirst() {
+  const auto stuck = std::find_if(addresses_.begin(), addresses_.end(),
+                                  [](std::uint16_t address) { return address >> 8 != 0x80; });
+  const std::string detail =
+      stuck == addresses_.end()
+          ? "All that these addresses hold now is lost."
+          : "Only page 80 can be written: the run will get no further than 0X" +
+                FourDigits(*stuck) + ".";
+  const std::string text = "Write " + std::to_string(records_.size()) + " bytes, " +
+                           records_.front().Address + " to " + records_.back().Address +
+                           ", into slave " + slave_ + "?";
+  return host_.platform.dialogs().MessageBox({.text = text,
+                                              .title = "Write EEPROM",
+                                              .icon = Icon::kQuestion,
+                                              .buttons = Buttons::kYesNo,
+                                              .second_is_default = true,
+                                              .detail = detail}) == Answer::kYes;
+}
+
+void frm_EEPROM::WriteEEPROM() {
+  if (!FileOpen || Writing || !LoadRecords()) return;
+  slave_ = txt_SlaveAddress.Text;
+  if (AsksFirst() && form.Visible && !Writing) Begin(Pass::kWrite);
+}
+
+void frm_EEPROM::VerifyEEPROM() {
+  if (!FileOpen || Writing || !LoadRecords()) return;
+  slave_ = txt_SlaveAddress.Text;
+  Begin(Pass::kVerify);
+}
+
+void frm_EEPROM::Begin(Pass first) {
+  LastConfirmed.clear();
+  lstResults.List = {};
+  was_written_ = first == Pass::kWrite;
+  try {
+    line_.Open();
+  } catch (const RunTimeError& error) {
+    return ReportError(PortTrouble(error));
+  }
+  Writing = true;
+  ShowState();
+  BeginPass(first);
+}
+
+void frm_EEPROM::BeginPass(Pass pass) {
+  pass_ = pass;
+  next_ = 0;
+  repeats_ = wrong_answers_ = 0;
+  Sent = Answered = 0;
+  Busy = is_asked_again_ = false;
+  prgRun.Maximum = static_cast<int>(records_.size());
+  tim_eewrite->SetEnabled(pass == Pass::kWrite);
+  tim_verify->SetEnabled(pass == Pass::kVerify);
+  ShowLeft();
+}
+
+void frm_EEPROM::Tick() {
+  if (!Writing || Busy || !line_.IsReady()) return;
+  if (next_ == records_.size()) return EndPass();
+  SendNext();
+}
+
+void frm_EEPROM::SendNext() {
+  ByteInBlock = static_cast<std::uint8_t>(next_ % kEepromBlock);
+  const std::uint16_t address = addresses_[next_];
+  lblProgress.Caption =
+      Record().Address + " : " + Record().HexValue + " (" + Record().Comment + ")";
+  Busy = true;
+  wrong_answers_ = 0;
+  ++Sent;
+  if (pass_ == Pass::kWrite) {
+    return line_.Send(WriteMessage(slave_, address, Record()), slave_, PrefixOf(address));
+  }
+  ExpectedValue = Record().DecValue;
+  line_.Send(VerifyMessage(slave_, address), slave_, std::string(zolt_frame::kReadMemoryId));
+}
+
+bool frm_EEPROM::TakeAnswer(std::string_view frame) {
+  return pass_ == Pass::kWrite ? TakeWriteAnswer(frame) : TakeReadAnswer(frame);
+}
+
+// The acknowledgement of another byte of the page came late, or twice: ours is still to come.
+bool frm_EEPROM::TakeWriteAnswer(std::string_view frame) {
+  if (!IsKind(frame, zolt_frame::kWriteAcknowledge)) return false;
+  const auto data = static_cast<std::uint16_t>((addresses_[next_] & 0xFF) << 8 | Record().DecValue);
+  if (DataOf(frame) != data) {
+    line_.AskAgain();
+    return true;
+  }
+  Confirm();
+  return true;
+}
+
+// The low data byte is that of the address in front. An answer to an earlier request is found out
+// by it, now or at the next address.
+std::optional<std::uint16_t> frm_EEPROM::WordExpected() const {
+  if (next_ == 0 || addresses_[next_ - 1] + 1 != addresses_[next_]) return std::nullopt;
+  return static_cast<std::uint16_t>(ExpectedValue << 8 | records_[next_ - 1].DecValue);
+}
+
+bool frm_EEPROM::TakeReadAnswer(std::string_view frame) {
+  if (!IsKind(frame, zolt_frame::kReadAcknowledge)) return false;
+  const std::uint16_t word = DataOf(frame);
+  const bool is_right = word >> 8 == ExpectedValue && WordExpected().value_or(word) == word;
+  if (is_right) {
+    const bool is_last = next_ + 1 == records_.size();
+    Confirm();
+    if (is_last) line_.AwaitQuiet();
+    return true;
+  }
+  ++wrong_answers_;
+  const bool is_sure = wrong_answers_ > 1 && word == last_wrong_;
+  last_wrong_ = word;
+  if (is_sure || wrong_answers_ == kMostWrongAnswers) {
+    VerifyError(word);
+  } else {
+    line_.AskAgain();
+  }
+  return true;
+}
+
+void frm_EEPROM::VerifyError(std::uint16_t word) {
+  const bool is_own = word >> 8 != ExpectedValue;
+  const EepromRecord& record = is_own ? Record() : records_[next_ - 1];
+  ReportError("Verify Error on " + Path(),
+              record.Address + ": " + TwoDigits(record.DecValue) + " expected, " +
+                  TwoDigits(is_own ? word >> 8 : word & 0xFF) + " read. " + ConfirmedText());
+}
+
+void frm_EEPROM::Confirm() {
+  Busy = false;
+  ++Answered;
+  repeats_ += line_.Repeats();
+  LastConfirmed = Record().Address;
+  ++next_;
+  ShowLeft();
+  if (next_ % kEepromBlock != 0 || is_asked_again_) return;
+  const std::string repeats =
+      repeats_ == 0 ? "" : ", " + std::to_string(repeats_) + " times repeated";
+  AddResult(records_[next_ - kEepromBlock].Address + " to " + LastConfirmed + " " + Verb() +
+            repeats);
+  repeats_ = 0;
+}
+
+// What comes behind the last answer may be the true one: then the last address is asked once more.
+void frm_EEPROM::EndPass() {
+  if (pass_ == Pass::kWrite) return BeginPass(Pass::kVerify);
+  if (line_.HeardMore()) {
+    --next_;
+    is_asked_again_ = true;
+    return SendNext();
+  }
+  const std::string count = std::to_string(records_.size()) + " bytes ";
+  Halt();
+  AddResult(count + (was_written_ ? "written and verified." : "verified."));
+}
+
+void frm_EEPROM::ShowLeft() {
+  prgRun.Value = static_cast<int>(next_);
+  const std::string left = std::to_string(records_.size() - next_) + " of " +
+                           std::to_string(records_.size()) + " bytes left to be ";
+  lblLeft.Caption = left + Verb();
+}
+
+// --- Results -------------------------------------------------------------------------------------
+
+void frm_EEPROM::AddResult(const std::string& line) {
+  std::vector<std::string> lines = lstResults.List;
+  lines.push_back(line);
+  lstResults.List = lines;
+  if (!Writing) lblLeft.Caption = line;
+}
+
+std::string frm_EEPROM::ResultText() const {
+  std::string text;
+  for (const std::string& line : lstResults.List.get()) text.append(line).append("\n");
+  return text;
+}
+
+void frm_EEPROM::SaveResults() {
+  const auto path = host_.platform.dialogs().SaveFile({.title = "Save results",
+                                                       .filter = "Text (*.txt)|*.txt",
+                                                       .extension = "txt",
+                                                       .confirm_overwrite = true});
+  if (!path) return;
+  std::string text;
+  for (const std::string& line : lstResults.List.get()) text.append(line).append(kLineEnd);
+  try {
+    host_.platform.files().WriteWhole(*path, EncodeText(text));
+  } catch (const RunTimeError& error) {
+    host_.platform.dialogs().MessageBox(
+        {.text = error.what(), .title = "Error", .icon = Icon::kCritical});
+  }
+}
+
+}  // namespace tarnlink

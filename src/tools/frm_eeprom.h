@@ -1,0 +1,137 @@
+// The EEPROM writer: makes output files from an EEPROM definition file, writes its image byte by
+// byte into a slave, and proves what the slave then holds.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/control_array.h"
+#include "common/dialog_controls.h"
+#include "files/eeprom_source.h"
+#include "tools/eeprom_line.h"
+#include "tools/run_bar.h"
+#include "tools/tool_host.h"
+
+namespace tarnlink {
+
+class frm_EEPROM {
+ public:
+  static constexpr const char* kNoFile = "No file specified";
+
+  // `host` outlives the form.
+  explicit frm_EEPROM(ToolHost& host);
+
+  Control form{"frm_EEPROM"};
+  Label caption{"frm_EEPROM.Caption", "PROM File Generator"};
+
+  // --- The source and what is made of it ---
+  GroupBox fra_SourceFile{"fra_SourceFile", "PROM Source File"};
+  TextBox txt_eepromsourcefile{"txt_eepromsourcefile"};
+  CommandButton cmd_Browse{"cmd_Browse", "&Browse"};
+  GroupBox fra_Eewrite{"fra_Eewrite", "File Format"};
+  FixedArray<CheckBox> chkOutputFormat{"chkOutputFormat", 0, {"TLK File", "BIN File"}};
+  CommandButton cmd_TarnlinkFile{"cmd_TarnlinkFile", "&Make Output Files"};
+  CommandButton cmd_CalcFileChecksum{"cmd_CalcFileChecksum", "Checksum"};
+  TextBox txt_FileChecksum{"txt_FileChecksum"};
+
+  // --- The slave ---
+  Label lblSlaveAddress{"lblSlaveAddress", "Slave Address"};
+  TextBox txt_SlaveAddress{"txt_SlaveAddress"};
+  SpinButton ud_SlaveAddress{"ud_SlaveAddress"};
+  CommandButton cmd_WriteEEPROM{"cmd_WriteEEPROM", "&Write EEPROM"};
+  CommandButton cmd_VerifyEEPROM{"cmd_VerifyEEPROM", "&Verify EEPROM"};
+  CommandButton cmd_Stop{"cmd_Stop", "&Stop"};
+  CommandButton cmd_Cancel{"cmd_Cancel", "&Cancel"};  // stops a run, and closes a form at rest
+
+  // --- The run ---
+  RunBar prgRun{"prgRun"};
+  Label lblProgress{"lblProgress"};  // the item in work
+  Label lblLeft{"lblLeft"};          // what is still to be done, or how it ended
+  ListBox lstResults{"lstResults"};
+  CommandButton cmdCopyResults{"cmdCopyResults", "C&opy results"};
+  CommandButton cmdSaveResults{"cmdSaveResults", "Save &results..."};
+
+  std::unique_ptr<SerialPort> comm_eewrite;
+  std::unique_ptr<Timer> tim_eewrite;          // runs in the write pass
+  std::unique_ptr<Timer> tim_verify;           // runs in the verify pass
+  std::unique_ptr<Timer> tim_eewrite_timeout;  // runs while an answer is awaited
+
+  bool FileOpen = false;  // a source is chosen
+  bool Writing = false;   // a run is on, of either pass
+  bool Busy = false;      // a message is under way
+  std::uint8_t ByteInBlock = 0;
+  std::uint16_t Sent = 0;
+  std::uint16_t Answered = 0;
+  std::uint16_t ExpectedValue = 0;
+  std::string LastConfirmed;  // the address that was acknowledged or found right last; or empty
+  const std::string& LastMessage() const { return line_.LastMessage; }
+
+  // Only once.
+  void Show();
+  // True if the form may close: a write that is under way asks.
+  bool MayClose();
+  // Stops what runs. Only once.
+  void Unload();
+  std::function<void()> Unloaded;
+
+  void Browse();
+  void MakeOutputFiles();
+  void CalcFileChecksum();
+  // Asks first. Behind the last byte all of them are read back.
+  void WriteEEPROM();
+  void VerifyEEPROM();
+  void Stop();
+
+  std::string ResultText() const;
+  std::function<void(const std::string& text)> CopyText;  // what `cmdCopyResults` does with it
+
+ private:
+  enum class Pass { kWrite, kVerify };
+
+  // Reads and checks the chosen source; nothing if that fails, which has been told then.
+  std::optional<EepromSource> ReadSource();
+  std::string Path() const { return txt_eepromsourcefile.Text; }
+  bool LoadRecords();
+  bool AsksFirst();
+  void Begin(Pass first);
+  void BeginPass(Pass pass);
+  void Tick();
+  void SendNext();
+  bool TakeAnswer(std::string_view frame);
+  bool TakeWriteAnswer(std::string_view frame);
+  bool TakeReadAnswer(std::string_view frame);
+  void Confirm();
+  void VerifyError(std::uint16_t word);
+  std::optional<std::uint16_t> WordExpected() const;
+  void EndPass();
+  void Halt();
+  void ReportError(const std::string& text, const std::string& detail = {});
+  void AddResult(const std::string& line);
+  void SaveResults();
+  std::string ConfirmedText() const;
+  void ShowState();
+  void ShowLeft();
+  void StepSlave(int step);
+  const EepromRecord& Record() const { return records_[next_]; }
+  const char* Verb() const { return pass_ == Pass::kWrite ? "written" : "verified"; }
+
+  ToolHost& host_;
+  EepromLine line_;
+  Pass pass_ = Pass::kWrite;
+  bool was_written_ = false;  // in this run
+  std::string slave_;
+  std::vector<EepromRecord> records_;
+  std::vector<std::uint16_t> addresses_;
+  std::size_t next_ = 0;  // the record in work
+  int repeats_ = 0;       // in the present block
+  int wrong_answers_ = 0;
+  std::uint16_t last_wrong_ = 0;
+  bool is_asked_again_ = false;  // the last address is, behind the end of the pass
+};
+
+}  // namespace tarnlink

@@ -1,0 +1,443 @@
+#include "tools/frm_write_parameters.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/paths.h"
+#include "common/run_time_error.h"
+#include "common/text.h"
+#include "common/text_file.h"
+#include "platform/path_resolver.h"
+#include "protocols/frame_bytes.h"
+#include "protocols/zolt_frame.h"
+#include "tools/tool_port.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr const char* kTitle = "Write Parameters";
+constexpr const char* kWriteTitle = "Write settings";
+constexpr const char* kVerifyTitle = "Write & verify settings";
+
+constexpr int kDesignWatch = 3000;  // ms
+constexpr int kSecond = 1000;       // ms
+constexpr int kMostTries = 3;
+constexpr int kGivenUp = 10;
+constexpr int kDigits = 4;
+
+std::string ItemText(const ParameterItem& item) {
+  const auto digits = [](std::int32_t number) { return HexDigits(number, kDigits); };
+  return "Class " + std::to_string(item.Class) + "   ID  &H" + digits(item.ID) + "   Value   &H" +
+         digits(item.Value);
+}
+
+MessageBoxRequest FileTrouble(const RunTimeError& error, const std::string& doing) {
+  return {.text = SystemErrorText(error.code()) + "\r\n" + doing,
+          .title = "Internal System Error",
+          .icon = Icon::kCritical,
+          .detail = error.what()};
+}
+
+}  // namespace
+
+std::string ShortnPath(const std::string& Path) {
+  constexpr int kShort = 12;  // characters
+  if (CharacterCount(Path) < kShort) return Path;
+  const auto first = std::find_if(Path.begin(), Path.end(), IsSeparator);
+  const auto last = std::find_if(Path.rbegin(), Path.rend(), IsSeparator);
+  if (first == Path.end() || first + 1 == last.base()) return Path;
+  return std::string(Path.begin(), first + 1) + "..." + std::string(last.base() - 1, Path.end());
+}
+
+frmWriteParameters::frmWriteParameters(ToolHost& host)
+    : Comm(host.platform.CreatePort()),
+      CommWatch(host.platform.CreateTimer()),
+      host_(host),
+      quiet_watch_(host.platform, host.line, [this](bool) { SendNextParameter(); }) {
+  form.Visible = false;
+  txtFilename.Locked = true;
+  txtScrollStatus.Locked = true;
+  // What was written is proved, unless the user does not want it.
+  chkVerify.Value = true;
+  ProgressBar1.Visible = false;
+  cmdBrowse.Click = [this] { Browse(); };
+  cmdWriteZOLT.Click = [this] { Write(); };
+  cmdCancel.Click = [this] { Unload(); };
+  cmdCopy.Click = [this] {
+    if (CopyText) CopyText(txtScrollStatus.Text);
+  };
+  cmdSaveList.Click = [this] { SaveList(); };
+  Comm->SetOnComm([this](int event) { CommEvent(event); });
+  CommWatch->SetInterval(kDesignWatch);
+  CommWatch->SetOnTimer([this] { WatchExpired(); });
+}
+
+// --- Beginning and end ---------------------------------------------------------------------------
+
+void frmWriteParameters::Show() {
+  if (form.Visible) return;
+  txtSlave.Text = "0";
+  txtFilename.Text = "";
+  txtFilename.ToolTipText = "";
+  txtScrollStatus.Text = "";
+  ParameterPath.clear();
+  items_.clear();
+  ShowIdle();
+  form.Visible = true;
+  const std::string file = host_.ParameterFile ? host_.ParameterFile() : std::string();
+  if (!file.empty()) TakeFile(file);
+}
+
+void frmWriteParameters::Unload() {
+  if (!form.Visible || is_asked_ || !MayStop()) return;
+  Halt();
+  ShowIdle();
+  form.Visible = false;
+  if (Unloaded) Unloaded();
+}
+
+bool frmWriteParameters::MayStop() {
+  if (!is_running_) return true;
+  is_asked_ = true;
+  const Answer answer = host_.platform.dialogs().MessageBox(
+      {.text = "Parameters are still being sent. Those sent so far stay in the controller.\r\n"
+               "Do you want to stop?",
+       .title = kTitle,
+       .icon = Icon::kQuestion,
+       .buttons = Buttons::kYesNo,
+       .second_is_default = true});
+  is_asked_ = false;
+  if (answer == Answer::kYes) return true;
+  if (std::exchange(is_held_, false) && is_running_) SendNextParameter();
+  return false;
+}
+
+void frmWriteParameters::Halt() {
+  is_running_ = false;
+  is_out_ = false;
+  is_settling_ = false;
+  is_held_ = false;
+  CommWatch->SetEnabled(false);
+  quiet_watch_.End();
+  CloseQuietly(*Comm);
+}
+
+void frmWriteParameters::ShowIdle() {
+  ProgressBar1.Visible = false;
+  StatusBar1.Text = "";
+  lblProgress.Caption = "";
+  cmdWriteZOLT.Enabled = !items_.empty();
+  cmdBrowse.Enabled = true;
+  txtFilename.Enabled = true;
+  txtSlave.Enabled = true;
+  chkVerify.Enabled = true;
+}
+
+// --- The file ------------------------------------------------------------------------------------
+
+void frmWriteParameters::Browse() {
+  const std::string folder = host_.ParFolder ? host_.ParFolder() : std::string();
+  const auto path =
+      host_.platform.dialogs().OpenFile({.title = "Open",
+                                         .filter = "Parameter Files (*.par)|*.par",
+                                         .folder = UsableFolder(folder, host_.platform.files()),
+                                         .extension = "par"});
+  if (!path || path->empty()) return;
+  if (host_.KeepParFolder) host_.KeepParFolder(FolderOfPath(*path));
+  TakeFile(*path);
+}
+
+void frmWriteParameters::TakeFile(const std::string& path) {
+  ParameterPath = path;
+  txtFilename.Text = ShortnPath(path);
+  txtFilename.ToolTipText = path;
+  // A box that comes up must not leave the button to the file before.
+  cmdWriteZOLT.Enabled = false;
+  ReadParameters();
+  cmdWriteZOLT.Enabled = !items_.empty();
+}
+
+void frmWriteParameters::ReadParameters() {
+  txtScrollStatus.Text = "";
+  items_.clear();
+  ParameterFile file;
+  try {
+    file = ReadParameterFile(DecodeText(host_.platform.files().ReadWhole(ParameterPath)));
+  } catch (const RunTimeError& error) {
+    StatusBar1.Text = "0 parameters";
+    host_.platform.dialogs().MessageBox(
+        FileTrouble(error, "During reading par file " + std::exchange(ParameterPath, {})));
+    return;
+  }
+  items_ = std::move(file.items);
+  StatusBar1.Text = std::to_string(file.count) + " parameters";
+  if (!file.failure) {
+    std::string list;
+    for (const std::string& comment : file.comments) list.append(comment).append(kLineEnd);
+    for (const ParameterItem& item : items_) list.append(ItemText(item)).append(kLineEnd);
+    txtScrollStatus.Text = list;
+    return;
+  }
+  const std::string path = std::exchange(ParameterPath, {});
+  host_.platform.dialogs().MessageBox(
+      {.text = "Error in file " + ShortnPath(path) + " line " + std::to_string(file.failure->line),
+       .title = kTitle,
+       .icon = Icon::kCritical,
+       .detail = file.failure->reason});
+}
+
+// --- Sending -------------------------------------------------------------------------------------
+
+void frmWriteParameters::AddMonitorText(const std::string& Text, bool AddNewLine) {
+  txtScrollStatus.Text =
+      txtScrollStatus.Text.get() + Text + (AddNewLine ? std::string(kLineEnd) : std::string());
+}
+
+void frmWriteParameters::Write() {
+  if (is_running_ || items_.empty()) return;
+  WritePhase = 1;
+  ParameterIndex = RetryCount = NotSentCount = VerifiedCount = acknowledged_ = 0;
+  timed_out_ = false;
+  ProgressBar1.Max = Count();
+  ProgressBar1.Visible = true;
+  txtScrollStatus.Text = "";
+  StatusBar1.Text = "Writing to ZOLT";
+  AddMonitorText("Writing parameters", true);
+  cmdWriteZOLT.Enabled = false;
+  cmdBrowse.Enabled = false;
+  txtFilename.Enabled = false;
+  txtSlave.Enabled = false;
+  chkVerify.Enabled = false;
+  is_running_ = true;
+  try {
+    SetServiceLine(*Comm, host_.line);
+  } catch (const RunTimeError& error) {
+    return Fail(PortTrouble(error));
+  }
+  SendNextParameter();
+}
+
+bool frmWriteParameters::BeginVerify() {
+  if (!chkVerify.Value || WritePhase != 1) return false;
+  WritePhase = 0;
+  ParameterIndex = RetryCount = 0;
+  timed_out_ = false;
+  StatusBar1.Text = "Verifing parameters";
+  AddMonitorText("Verifing parameters", true);
+  return true;
+}
+
+void frmWriteParameters::SendNextParameter() {
+  if (is_asked_) {
+    is_held_ = true;
+    return;
+  }
+  while (is_running_) {
+    ProgressBar1.Value = ParameterIndex;
+    if (RetryCount >= kMostTries) {
+      AddMonitorText("Continue with next parameter", true);
+      ++NotSentCount;
+      ++ParameterIndex;
+      RetryCount = 0;
+      timed_out_ = false;
+    }
+    if (ParameterIndex < Count()) {
+      if (SendItem()) return;
+    } else if (!BeginVerify()) {
+      return EndOfPhases();
+    }
+  }
+}
+
+// False if there is nothing to wait for.
+bool frmWriteParameters::SendItem() {
+  ShowProgress();
+  AddMonitorText((RetryCount == 0 ? "Sending  " : "Retry  ") + ItemText(Item()) + ".. ", false);
+  request_ = MakeParameterRequest(Item(), WritePhase == 1, txtSlave.Text.get(), messages_);
+  if (request_.frame.empty()) {
+    AddMonitorText("protected area", true);
+    RetryCount = kGivenUp;
+    return false;
+  }
+  frames_.Clear();
+  try {
+    Comm->ClearInBuffer();
+    if (Comm->PortOpen()) Comm->SetPortOpen(false);
+    Comm->SetPortOpen(true);
+    Comm->SetRThreshold(zolt_frame::kLength);
+    Comm->Output(request_.frame);
+  } catch (const RunTimeError& error) {
+    Fail(PortTrouble(error));
+    return true;
+  }
+  is_out_ = true;
+  Watch();
+  return true;
+}
+
+void frmWriteParameters::ShowProgress() {
+  lblProgress.Caption = std::string(WritePhase == 1 ? "Writing" : "Verifying") + " parameter " +
+                        std::to_string(ParameterIndex + 1) + " of " + std::to_string(Count()) +
+                        ", " + std::to_string(Count() - ParameterIndex - 1) + " left";
+}
+
+void frmWriteParameters::Watch() {
+  CommWatch->SetInterval((host_.MsgTimeout ? host_.MsgTimeout() * kSecond : kDesignWatch));
+  Restart(*CommWatch);
+}
+
+void frmWriteParameters::WatchExpired() {
+  CommWatch->SetEnabled(false);
+  if (!is_running_) return;
+  is_out_ = false;
+  if (!std::exchange(is_settling_, false)) {
+    ++RetryCount;
+    timed_out_ = true;
+    AddMonitorText("TimeOut", true);
+  }
+  SendNextParameter();
+}
+
+// --- Answers -------------------------------------------------------------------------------------
+
+void frmWriteParameters::CommEvent(int event) {
+  // On a port that could not be closed what nobody waits for would come again and again.
+  if (!is_running_) return Comm->ClearInBuffer();
+  if (event == kCommDeviceGone && !Comm->LossReason().empty()) return Fail(Comm->LossReason());
+  try {
+    if (event == kCommReceive) Received();
+  } catch (const RunTimeError&) {
+    // The timer goes on from here.
+  }
+}
+
+void frmWriteParameters::Received() {
+  const std::string bytes = Comm->Input();
+  if (quiet_watch_.IsOn()) return quiet_watch_.Raise();
+  if (!is_out_) return;
+  for (auto kind = frames_.Take(bytes); kind != AnswerKind::kNone; kind = frames_.Take({})) {
+    const std::string answer = frames_.frame();
+    if (kind != AnswerKind::kGood) return Answered(kUnusableAnswer, true);
+    if (IsForAnother(answer)) continue;
+    // Of two answers at once nobody knows which one is to the read.
+    const bool is_doubtful = frames_.IsDoubtful();
+    if (is_doubtful && !request_.is_write) return Answered(kUnusableAnswer, true);
+    const ParameterVerdict verdict = JudgeAnswer(answer, request_, messages_);
+    const bool is_unusable = std::string_view(verdict.word) == kUnusableAnswer.word;
+    return Answered(verdict, is_doubtful || is_unusable);
+  }
+  Comm->SetRThreshold(frames_.Missing());
+}
+
+// Another slave's, or that to an earlier message which came late: the right one is still to come.
+bool frmWriteParameters::IsForAnother(std::string_view answer) const {
+  const std::string slave = txtSlave.Text->substr(0, 1);
+  if (!IsFrom(answer, slave.empty() ? "0" : slave)) return true;
+  if (IsAbout(answer, request_, messages_)) return false;
+  return std::any_of(items_.begin(), items_.end(), [&](const ParameterItem& item) {
+    const bool is_in_work = item.Class == request_.item.Class && item.ID == request_.item.ID;
+    return (!is_in_work || !request_.is_write) && IsAbout(answer, item, messages_);
+  });
+}
+
+void frmWriteParameters::Answered(const ParameterVerdict& verdict, bool is_doubtful) {
+  CommWatch->SetEnabled(false);
+  is_out_ = false;
+  AddMonitorText(verdict.word, true);
+  bool settles = false;
+  switch (verdict.outcome) {
+    case ParameterOutcome::kRetry:
+      ++RetryCount;
+      break;
+    case ParameterOutcome::kGiveUp:
+      RetryCount = kGivenUp;
+      break;
+    case ParameterOutcome::kVerified:
+    case ParameterOutcome::kNext:
+      VerifiedCount += verdict.outcome == ParameterOutcome::kVerified ? 1 : 0;
+      acknowledged_ += WritePhase;
+      ++ParameterIndex;
+      RetryCount = 0;
+      settles = std::exchange(timed_out_, false) && IsNextConfusable(request_.item);
+  }
+  if (settles) {
+    is_settling_ = true;
+    Comm->SetRThreshold(1);
+    return Watch();
+  }
+  return is_doubtful ? AwaitQuiet() : SendNextParameter();
+}
+
+// Whether a late answer to `last` would pass for one to the item in work: an answer to a read of
+// memory does not bear its address.
+bool frmWriteParameters::IsNextConfusable(const ParameterItem& last) const {
+  if (ParameterIndex >= Count() || Item().Class != last.Class) return false;
+  const bool is_memory_read = WritePhase == 0 && last.Class == kMemoryParameterClass;
+  return is_memory_read || Item().ID == last.ID;
+}
+
+// What is still on its way would shift every answer from the next one on.
+void frmWriteParameters::AwaitQuiet() {
+  Comm->SetRThreshold(1);
+  quiet_watch_.Raise();
+}
+
+// --- The end of the phases -----------------------------------------------------------------------
+
+void frmWriteParameters::EndOfPhases() {
+  Halt();
+  ShowIdle();
+  AddMonitorText(StatusBar1.Text, true);
+  Report();
+}
+
+void frmWriteParameters::Report() {
+  MessageBoxRequest box{.text = "", .title = kWriteTitle, .icon = Icon::kInformation};
+  const bool is_verified = chkVerify.Value;
+  if (is_verified) box.title = kVerifyTitle;
+  const int not_ok = Count() - VerifiedCount;
+  if (NotSentCount != 0) {
+    box.text = std::to_string(NotSentCount) + " parameters NOT send.";
+    if (is_verified) {
+      box.text += " " + std::to_string(not_ok - NotSentCount) + " parameters NOT ok.";
+    } else {
+      box.icon = Icon::kCritical;
+    }
+  } else if (!is_verified) {
+    box.text = "All parameters set.";
+  } else if (not_ok == 0) {
+    box.text = "All parameters set. And verified.";
+  } else {
+    box.text = "All parameters writen. " + std::to_string(not_ok) + " parameters NOT ok.";
+  }
+  host_.platform.dialogs().MessageBox(box);
+}
+
+// Without its port it stops where it is.
+void frmWriteParameters::Fail(const std::string& reason) {
+  const std::string state = std::to_string(acknowledged_) + " of " + std::to_string(Count()) +
+                            " parameters were acknowledged, " + std::to_string(VerifiedCount) +
+                            " verified.";
+  Halt();
+  ShowIdle();
+  AddMonitorText(reason, true);
+  host_.platform.dialogs().MessageBox(
+      {.text = reason, .title = kTitle, .icon = Icon::kCritical, .detail = state});
+}
+
+void frmWriteParameters::SaveList() {
+  const auto path = host_.platform.dialogs().SaveFile({.title = "Save As",
+                                                       .filter = "Text File (*.txt)|*.txt",
+                                                       .file_name = "Parameters.txt",
+                                                       .extension = "txt",
+                                                       .confirm_overwrite = true});
+  if (!path || path->empty()) return;
+  try {
+    host_.platform.files().WriteWhole(*path, EncodeText(txtScrollStatus.Text.get()));
+  } catch (const RunTimeError& error) {
+    host_.platform.dialogs().MessageBox(FileTrouble(error, "During saving list " + *path));
+  }
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,87 @@
+#include "tools/parameter_answer.h"
+
+#include "protocols/zolt_frame.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr int kByteBits = 8;
+constexpr std::int32_t kByte = 0xFF;
+constexpr std::uint8_t kWriteBit = 128;
+
+std::uint8_t Low(std::int32_t number) { return static_cast<std::uint8_t>(number & kByte); }
+std::uint8_t High(std::int32_t number) { return Low(number >> kByteBits); }
+
+// An answer with the ID that it is about, an address in class 7.
+ZoltMessage Parse(std::string_view answer, const ZoltMessages& messages) {
+  const ZoltMessage message = ParseZoltMessage(answer);
+  if (message.Class != kMemoryParameterClass) return message;
+  const ZoltAddressMessage memory = messages.ParseZoltAddressMessage(answer);
+  return {memory.Ack, memory.Class, memory.Address, 0, memory.DataLo};
+}
+
+}  // namespace
+
+ParameterRequest MakeParameterRequest(const ParameterItem& item, bool is_write,
+                                      std::string_view slave, ZoltMessages& messages) {
+  ParameterRequest request{item, is_write, {}};
+  const std::int32_t value = is_write ? item.Value : 0;
+  const auto type = static_cast<std::uint8_t>(item.Class + (is_write ? kWriteBit : 0));
+  if (item.Class != kMemoryParameterClass) {
+    request.frame = BuildZoltMessage(type, slave, item.ID, High(value), Low(value));
+    return request;
+  }
+  request.frame = messages.BuildZoltAddressMessage(type, slave, item.ID, Low(value));
+  // Without an alias of its page it would be a write to something else.
+  if (is_write && ParseZoltMessage(request.frame).Id == 0) request.frame.clear();
+  return request;
+}
+
+bool IsAbout(std::string_view answer, const ParameterItem& item, const ZoltMessages& messages) {
+  const ZoltMessage message = Parse(answer, messages);
+  return message.Class == item.Class && message.Id == item.ID;
+}
+
+bool IsAbout(std::string_view answer, const ParameterRequest& request,
+             const ZoltMessages& messages) {
+  const ZoltMessage message = ParseZoltMessage(answer);
+  switch (message.Ack) {
+    case zolt_frame::kCorruptedMessage:
+      return true;
+    case zolt_frame::kReadAcknowledge:
+    case zolt_frame::kWriteAcknowledge:
+      return (message.Ack == zolt_frame::kWriteAcknowledge) == request.is_write &&
+             IsAbout(answer, request.item, messages);
+    default: {
+      // A refusal need not bear the address.
+      const ZoltMessage asked = ParseZoltMessage(request.frame);
+      return message.Class == asked.Class && message.Id == asked.Id;
+    }
+  }
+}
+
+ParameterVerdict JudgeAnswer(std::string_view answer, const ParameterRequest& request,
+                             const ZoltMessages& messages) {
+  if (!IsAbout(answer, request, messages)) return kUnusableAnswer;
+  const ZoltMessage message = Parse(answer, messages);
+  switch (message.Ack) {
+    case zolt_frame::kWriteAcknowledge:
+      return {"OK", ParameterOutcome::kNext};
+    case zolt_frame::kReadAcknowledge:
+      if ((message.DataHi << kByteBits | message.DataLo) == request.item.Value) {
+        return {"OK", ParameterOutcome::kVerified};
+      }
+      return {"FAULT", ParameterOutcome::kNext};
+    case zolt_frame::kCorruptedMessage:
+      return {"corrupt msg", ParameterOutcome::kRetry};
+    case zolt_frame::kUnknownDataId:
+      return {"unknown ID", ParameterOutcome::kGiveUp};
+    case zolt_frame::kOutsideRange:
+      return {"out range", ParameterOutcome::kGiveUp};
+    default:
+      return kUnusableAnswer;
+  }
+}
+
+}  // namespace tarnlink

@@ -1,0 +1,297 @@
+// The EEPROM writer and the EEPROM downloader against the simulated boiler: what is written is what
+// is held, and what is read back.
+
+#include "files/eeprom_output.h"
+#include "support/samples.h"
+#include "tools/eeprom_fixture.h"
+
+namespace tarnlink {
+namespace {
+
+TEST_F(EepromBoilerTest, HoldsWhatWasWrittenByteForByte) {
+  Choose(Source(16));
+  question = "Write 256 bytes, 0X8000 to 0X80FF, into slave 0?";
+  PressWrite();
+  ASSERT_TRUE(Finish(120s));
+  EXPECT_EQ(LastResult(), "256 bytes written and verified.");
+  EXPECT_EQ(Held(0x8000, 256), BinBytes(ReadEepromSource(Source(16))));
+  EXPECT_EQ(tool.lstResults.List->size(), 33U);
+  EXPECT_EQ(tool.lstResults.List->front(), "0X8000 to 0X800F written");
+  EXPECT_EQ(tool.prgRun.Value.get(), 256);
+  EXPECT_FALSE(world.port().PortOpen());
+}
+
+TEST_F(EepromBoilerTest, WritesIntoTheSlaveThatIsChosen) {
+  for (int i = 0; i < 10; ++i) tool.ud_SlaveAddress.Press(1);
+  Choose(Source(1));
+  question = "Write 16 bytes, 0X8000 to 0X800F, into slave A?";
+  PressWrite();
+  ASSERT_TRUE(Finish());
+  EXPECT_EQ(LastResult(), "16 bytes written and verified.");
+}
+
+TEST_F(EepromBoilerTest, FindsABlockOutThatWasAcknowledgedButNotStored) {
+  Choose(Source(1));
+  boiler.line().AddFault("write_ok_not_stored");
+  ExpectError("Verify Error on " + kDefPath);
+  PressWrite();
+  ASSERT_TRUE(Finish());
+  EXPECT_EQ(LastResult().substr(0, 6), "Ended:");
+}
+
+TEST_F(EepromBoilerTest, FindsEachSingleByteOutThatWasNotStored) {
+  for (const int lost : {0, 1, 7, 13, 14, 15}) {
+    Choose(Source(1));
+    PressWrite();
+    world.RunUntil([&] { return tool.Sent == lost + 1; }, 5s);
+    const auto address = static_cast<std::uint16_t>(0x8000 + lost);
+    world.RunUntil([&] { return tool.Answered == lost + 1; }, 5s);
+    boiler.controller().WriteByte(
+        address, static_cast<std::uint8_t>(boiler.controller().memory().Byte(address) ^ 1));
+    ExpectError("Verify Error on " + kDefPath);
+    ASSERT_TRUE(Finish());
+    EXPECT_NE(LastResult().find("0X" + Hex(address) + ": "), std::string::npos) << lost;
+    world.dialogs().TakeShown();
+  }
+}
+
+TEST_F(EepromBoilerTest, RepeatsAWriteWhoseAnswerWasLost) {
+  Choose(Source(1));
+  boiler.line().AddFault("write_stored_answer_lost@0.3");
+  PressWrite();
+  ASSERT_TRUE(Finish(300s));
+  EXPECT_EQ(LastResult(), "16 bytes written and verified.");
+  EXPECT_NE(tool.lstResults.List->front().find(" times repeated"), std::string::npos);
+}
+
+// Whatever the line does: a good end is a true one.
+TEST_F(EepromBoilerTest, NeverSaysOkOfAnImageThatIsNotThere) {
+  Choose(Source(4));
+  question = "Write 64 bytes, 0X8000 to 0X803F, into slave 0?";
+  const std::string image = BinBytes(ReadEepromSource(Source(4)));
+  int good = 0;
+  for (const char* fault :
+       {"late_reply(1200)@0.1", "late_reply(2400)@0.1", "late_reply_after_next@0.1",
+        "stale_duplicate@0.2", "answer_of_other_request@0.2", "wrong_address@0.2", "wrong_id@0.2",
+        "wrong_kind@0.2", "refused(4)@0.2", "no_reply@0.1", "byte_drop@0.2", "byte_insert@0.2",
+        "merge_two@0.2", "noise_before@0.2", "noise_after@0.2", "self_echo@0.5",
+        "foreign_traffic@0.3", "truncate(9)@0.2", "write_ok_not_stored@0.02"}) {
+    boiler.line().AddFault(fault);
+    std::vector<std::string> told;
+    PressWriteOnBadLine(told);
+    const bool is_there = Held(0x8000, 64) == image;
+    const bool is_ok = LastResult() == "64 bytes written and verified.";
+    EXPECT_TRUE(!is_ok || is_there) << fault;
+    if (is_ok) ++good;
+    boiler.Calm();
+    world.Advance(5s);
+  }
+  EXPECT_GT(good, 12);
+}
+
+TEST_F(EepromBoilerTest, TellsWhereItWasWhenItIsPulledOut) {
+  Choose(Source(1));
+  PressWrite();
+  world.RunUntil([&] { return tool.Answered == 5; }, 5s);
+  world.port().Unplug();
+  world.dialogs().ExpectMessageBox({.text = world.port().LossReason(),
+                                    .title = "Error",
+                                    .icon = Icon::kCritical,
+                                    .detail = "The last address that was confirmed is 0X8004."});
+  world.Advance(1s);
+  EXPECT_FALSE(tool.Writing);
+  world.port().PlugIn();
+}
+
+TEST_F(EepromBoilerTest, WritesTheSample) {
+  Choose(SampleBytes("boiler.def"));
+  question = "Write 48 bytes, 0X8000 to 0X802F, into slave 0?";
+  PressWrite();
+  ASSERT_TRUE(Finish());
+  EXPECT_EQ(LastResult(), "48 bytes written and verified.");
+  // It holds the settings of the factory.
+  for (const char* name : {"stored_flow_setpoint", "prepurge_time", "retries", "eeprom_minor"}) {
+    const boiler::MemoryItem& item = boiler::Item(name);
+    EXPECT_EQ(boiler.controller().Value(item), item.power_on) << name;
+  }
+}
+
+class EepromDownTest : public EepromBoilerTest {
+ protected:
+  EepromDownTest() {
+    down.Show();
+    world.dialogs().ExpectSaveFile().Give(kDefPath);
+    down.txt_eepromsourcefile.Click();
+    world.dialogs().TakeShown();
+  }
+  bool Read(Micros at_most = 120s) {
+    down.cmd_read_EEPROM.Press();
+    return world.RunUntil([this] { return !down.progress.form.Visible; }, at_most);
+  }
+  void ExpectDone() {
+    world.dialogs().ExpectMessageBox({.text = "Tarnlink File is generated",
+                                      .title = "File Generation Done...",
+                                      .icon = Icon::kInformation});
+  }
+  std::string Image() { return world.disk().Get("/home/user/work/image.bin"); }
+
+  frm_EEPROM_Down down{plain.host};
+};
+
+TEST_F(EepromDownTest, ReadsThirtyTwoBlocks) {
+  for (const char* size : {"512", "511"}) {
+    down.EESize.Text = size;
+    ExpectDone();
+    ASSERT_TRUE(Read());
+    EXPECT_EQ(ReadEepromSource(world.disk().Get(kDefPath)).blocks.size(), 32U);
+    EXPECT_EQ(Image(), Held(0x8000, 512));
+    EXPECT_EQ(down.lblState.Caption.get(), "512 bytes read. ");
+    EXPECT_EQ(world.disk().Get(kDefPath).substr(0, 10), "START\r\n" + Hex(60) + ",");
+  }
+}
+
+TEST_F(EepromDownTest, AsksForTwoBytesAtATime) {
+  down.EESize.Text = "16";
+  down.Slave_address.Pick(10);
+  ExpectDone();
+  ASSERT_TRUE(Read());
+  const auto sent = world.port().TakeSent();
+  ASSERT_EQ(sent.size(), 8U);
+  EXPECT_EQ(sent[0], zolt_frame::FinishFrame("\x07"
+                                             "AFFAB8000"));
+  EXPECT_EQ(sent[7], zolt_frame::FinishFrame("\x07"
+                                             "AFFAB800E"));
+  EXPECT_FALSE(world.port().PortOpen());
+}
+
+TEST_F(EepromDownTest, WritesWhatItReadIntoAnotherController) {
+  down.EESize.Text = "256";
+  ExpectDone();
+  ASSERT_TRUE(Read());
+  const std::string image = Held(0x8000, 256);
+  for (int i = 0; i < 256; ++i) {
+    boiler.controller().WriteByte(static_cast<std::uint16_t>(0x8000 + i), 0xEE);
+  }
+  Choose(world.disk().Get(kDefPath));
+  question = "Write 256 bytes, 0X8000 to 0X80FF, into slave 0?";
+  PressWrite();
+  ASSERT_TRUE(Finish(120s));
+  EXPECT_EQ(Held(0x8000, 256), image);
+  EXPECT_EQ(LastResult(), "256 bytes written and verified.");
+}
+
+TEST_F(EepromDownTest, ReadsADspThatCanBeVerified) {
+  down.Option1.Choose(frm_EEPROM_Down::kDsp);
+  down.EESize.Text = "32";
+  for (int i = 0; i < 14; ++i) {
+    boiler.controller().WriteByte(static_cast<std::uint16_t>(0x9000 + i),
+                                  static_cast<std::uint8_t>(i));
+  }
+  boiler.controller().WriteWord(0x900E, 0xD1A1);
+  ExpectDone();
+  ASSERT_TRUE(Read());
+  const std::string text = world.disk().Get(kDefPath);
+  EXPECT_EQ(text.substr(0, 25), "START\r\n \r\n00,0,0X9000, \r\n");
+  EXPECT_EQ(Image(), Held(0x9000, 32));
+  Choose(text);
+  tool.cmd_VerifyEEPROM.Press();
+  ASSERT_TRUE(Finish());
+  EXPECT_EQ(LastResult(), "32 bytes verified.");
+}
+
+TEST_F(EepromDownTest, TellsBlocksWhoseCheckIsWrong) {
+  boiler.controller().WriteByte(0x8012, 0x77);
+  down.EESize.Text = "48";
+  world.dialogs().ExpectMessageBox(
+      {.text = "Tarnlink File is generated",
+       .title = "File Generation Done...",
+       .icon = Icon::kInformation,
+       .detail = "The slave holds blocks whose check is wrong: 0X8010. In the image it is right."});
+  ASSERT_TRUE(Read());
+  EXPECT_EQ(Image().substr(0, 30), Held(0x8000, 30));
+  EXPECT_NE(Image().substr(30, 2), Held(0x801E, 2));
+  EXPECT_EQ(ReadEepromSource(world.disk().Get(kDefPath)).blocks.size(), 3U);
+}
+
+TEST_F(EepromDownTest, StartsNothingWithoutADefFile) {
+  for (const char* path : {"/home/user/work/image.txt", "Output file not specified", "def/x"}) {
+    down.txt_eepromsourcefile.Text = path;
+    down.cmd_read_EEPROM.Press();
+    EXPECT_FALSE(down.progress.form.Visible) << path;
+  }
+  EXPECT_EQ(world.port(1).opens(), 0);
+}
+
+TEST_F(EepromDownTest, RefusesASizeThatIsNone) {
+  for (const char* size : {"", "0", "-4", "many", "32769"}) {
+    down.EESize.Text = size;
+    ExpectError("The size must be 1 to 32768.");
+    down.cmd_read_EEPROM.Press();
+  }
+  down.Option1.Choose(frm_EEPROM_Down::kDsp);
+  ExpectError("The size must be 1 to 28672.");
+  down.cmd_read_EEPROM.Press();
+  EXPECT_EQ(world.port(1).opens(), 0);
+}
+
+TEST_F(EepromDownTest, TellsABlockThatIsNotWhole) {
+  down.EESize.Text = "20";
+  ExpectError("Line 22: the file ends behind record 4 of a block of 16.");
+  ASSERT_TRUE(Read());
+  EXPECT_FALSE(world.disk().Exists("/home/user/work/image.bin"));
+}
+
+TEST_F(EepromDownTest, KeepsTheOldFileWhenItIsStopped) {
+  world.disk().Put(kDefPath, "old");
+  down.cmd_read_EEPROM.Press();
+  EXPECT_EQ(down.progress.caption.Caption.get(), "EEPROM Reading in progress");
+  world.Advance(1s);
+  EXPECT_GT(down.progress.ProgressBar1.Value.get(), 0);
+  down.progress.Cancel.Press();
+  EXPECT_FALSE(down.progress.form.Visible);
+  EXPECT_TRUE(down.form.Visible);
+  EXPECT_EQ(down.lblState.Caption->substr(0, 46), "Stopped. The last address that was read is 0X8");
+  EXPECT_EQ(world.disk().Get(kDefPath), "old");
+  EXPECT_FALSE(world.port(1).PortOpen());
+}
+
+TEST_F(EepromDownTest, RepeatsWithoutEndWhenNobodyAnswers) {
+  down.Slave_address.Pick(5);
+  EXPECT_FALSE(Read(30s));
+  EXPECT_EQ(world.port(1).TakeSent().size(), 30U);
+  down.cmd_Cancel.Press();
+  EXPECT_FALSE(down.progress.form.Visible);
+}
+
+TEST_F(EepromDownTest, TellsThatItWasPulledOut) {
+  down.cmd_read_EEPROM.Press();
+  world.Advance(1s);
+  world.port(1).Unplug();
+  ExpectError(world.port(1).LossReason());
+  world.Advance(1s);
+  EXPECT_FALSE(down.progress.form.Visible);
+  world.port(1).PlugIn();
+}
+
+// Whatever the line does: the image is the one that the slave holds.
+TEST_F(EepromDownTest, ReadsTheTrueImageOnABadLine) {
+  down.EESize.Text = "128";
+  for (const char* fault :
+       {"late_reply(1200)@0.1", "late_reply(2400)@0.1", "late_reply_after_next@0.1",
+        "stale_duplicate@0.2", "answer_of_other_request@0.05", "wrong_address@0.2", "wrong_id@0.2",
+        "wrong_kind@0.2", "refused(4)@0.2", "no_reply@0.1", "byte_drop@0.2", "byte_insert@0.2",
+        "merge_two@0.2", "noise_before@0.2", "noise_after@0.2", "self_echo@0.5",
+        "foreign_traffic@0.3", "truncate(9)@0.2"}) {
+    boiler.line().AddFault(fault);
+    ExpectDone();
+    ASSERT_TRUE(Read(3600s)) << fault;
+    EXPECT_EQ(Image(), Held(0x8000, 128)) << fault;
+    EXPECT_EQ(down.lblState.Caption.get(), "128 bytes read. ") << fault;
+    boiler.Calm();
+    world.Advance(5s);
+    world.dialogs().TakeShown();
+  }
+}
+
+}  // namespace
+}  // namespace tarnlink

@@ -1,0 +1,99 @@
+// The EEPROM writer and the EEPROM downloader, alone or with the simulated boiler at the other end
+// of the line.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "form/boiler_on_line.h"
+#include "protocols/zolt_frame.h"
+#include "support/byte_text.h"
+#include "support/eeprom_text.h"
+#include "support/fake_world.h"
+#include "tools/frm_eeprom.h"
+#include "tools/frm_eeprom_down.h"
+#include "tools/plain_host.h"
+
+namespace tarnlink {
+
+using namespace std::chrono_literals;
+
+inline constexpr boiler::LineOptions kEepromLine = {.pace = {.baud = 9600},
+                                                    .answer_delay_us = 5'000};
+inline const std::string kDefPath = "/home/user/work/image.def";
+
+inline boiler::SimulatedBoiler::Options EepromBoiler(std::uint64_t seed = 1) {
+  return {.protocol = "zolt", .slave = {.addresses = "0,A"}, .line = kEepromLine, .seed = seed};
+}
+
+class EepromWriterTest : public ::testing::Test {
+ protected:
+  EepromWriterTest() { tool.Show(); }
+
+  void Choose(const std::string& text, const std::string& path = kDefPath) {
+    world.disk().Put(path, text);
+    world.dialogs().ExpectOpenFile().Give(path);
+    tool.cmd_Browse.Press();
+    world.dialogs().TakeShown();
+  }
+  static std::string Source(int blocks, int first = 0x8000) {
+    std::string text = "START\r\n";
+    for (int i = 0; i < blocks; ++i) {
+      text += DefBlock(first + 16 * i, [&](int offset) { return (i * 37 + offset * 5) & 0xFF; });
+      text += i + 1 < blocks ? "\r\n" : "END\r\n";
+    }
+    return text;
+  }
+  void PressWrite(Answer answer = Answer::kYes) {
+    world.dialogs().ExpectMessageBox(question, "Write EEPROM").Press(answer);
+    tool.cmd_WriteEEPROM.Press();
+    world.dialogs().TakeShown();
+  }
+  bool Finish(Micros at_most = 60s) {
+    return world.RunUntil([this] { return !tool.Writing; }, at_most);
+  }
+  ScriptedDialog& ExpectError(const std::string& text) {
+    return world.dialogs().ExpectMessageBox(
+        {.text = text, .title = "Error", .icon = Icon::kCritical});
+  }
+  std::string LastResult() const {
+    const auto& lines = tool.lstResults.List.get();
+    return lines.empty() ? "" : lines.back();
+  }
+  // The frames that went out since the last call.
+  std::vector<std::string> TakeFrames() {
+    std::vector<std::string> frames;
+    for (const std::string& frame : world.port().TakeSent()) frames.push_back(Readable(frame));
+    return frames;
+  }
+  void Say(std::uint8_t type, const std::string& id, const std::string& data,
+           const std::string& slave = "0") {
+    world.port().Receive(zolt_frame::Request(type, slave, id, data));
+    world.Advance(20ms);
+  }
+
+  std::string question = "Write 16 bytes, 0X8000 to 0X800F, into slave 0?";
+  FakeWorld world;
+  PlainHost plain{world};
+  frm_EEPROM tool{plain.host};
+};
+
+// With the boiler.
+class EepromBoilerTest : public EepromWriterTest {
+ protected:
+  std::string Held(int first, int count) {
+    std::string bytes;
+    for (int i = 0; i < count; ++i) {
+      const auto address = static_cast<std::uint16_t>(first + i);
+      bytes += static_cast<char>(boiler.controller().memory().Byte(address));
+    }
+    return bytes;
+  }
+
+  BoilerOnLine boiler{world, EepromBoiler()};
+};
+
+}  // namespace tarnlink

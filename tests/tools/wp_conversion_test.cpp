@@ -1,0 +1,178 @@
+#include "tools/frm_wp_conversion.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+namespace tarnlink {
+namespace {
+
+class WpConversion : public ::testing::Test {
+ protected:
+  WpConversion() { tool.Show(); }
+
+  void Convert(const std::string& u1, const std::string& pres1, const std::string& u2,
+               const std::string& pres2) {
+    tool.txtU1.Text = u1;
+    tool.txtPres1.Text = pres1;
+    tool.txtU2.Text = u2;
+    tool.txtPres2.Text = pres2;
+    tool.cmdConvert.Press();
+  }
+  // "A B C | range | fault | resolution".
+  std::string Shown() const {
+    return tool.txtFactorA.Text.get() + " " + tool.txtFactorB.Text.get() + " " +
+           tool.txtFactorC.Text.get() + " | " + tool.txtRange.Text.get() + " | " +
+           tool.txtFault.Text.get() + " | " + tool.txtResolution.Text.get();
+  }
+  void ExpectEmpty() const {
+    EXPECT_EQ(Shown(), "   |  |  | ");
+    EXPECT_FALSE(tool.frmFault.Visible);
+  }
+  static bool IsWarning(const TextBox& box) {
+    EXPECT_EQ(box.TextFont.get().bold, box.ForeColor == frmWPconversion::kWarning);
+    return box.TextFont.get().bold;
+  }
+
+  frmWPconversion tool;
+};
+
+TEST_F(WpConversion, OpensWithItsDesign) {
+  EXPECT_EQ(tool.caption.Caption.get(), "Water Pressure Conversion");
+  EXPECT_EQ(tool.txtU1.Text.get(), "1.4");
+  EXPECT_EQ(tool.txtPres1.Text.get(), "0.5");
+  EXPECT_EQ(tool.txtU2.Text.get(), "2.5");
+  EXPECT_EQ(tool.txtPres2.Text.get(), "2.5");
+  EXPECT_EQ(tool.frmFault.Caption.get(), "ZOLT calculation");
+  EXPECT_EQ(tool.txtRange.ToolTipText.get(), "Range of AD converter ");
+  EXPECT_EQ(tool.txtResolution.ToolTipText.get(), "1 AD count");
+  ExpectEmpty();
+}
+
+TEST_F(WpConversion, WorksOutTheFactorsOfItsDesign) {
+  tool.cmdConvert.Press();
+  // 20 / 56.1 is nearest to 41 / 115; point 1 is at 71.4 counts and 5 tenths of a bar.
+  EXPECT_EQ(Shown(), "41 115 57 | -2.03 ... 7.06 | 0.0135 | 0.0357");
+  EXPECT_TRUE(tool.frmFault.Visible);
+  EXPECT_EQ(tool.txtFault.ToolTipText.get(), "Divation of calculation in range 0.5 ... 2.5 Bar");
+  EXPECT_EQ(tool.lblFault.ToolTipText.get(), tool.txtFault.ToolTipText.get());
+  EXPECT_FALSE(IsWarning(tool.txtFault));
+  EXPECT_FALSE(IsWarning(tool.txtResolution));
+}
+
+TEST_F(WpConversion, TakesTheFirstOfEqualFractions) {
+  // A slope of one half: 1 / 2, and not 2 / 4.
+  Convert("0", "0", "2", "5.1");
+  EXPECT_EQ(Shown(), "1 2 0 | 0.00 ... 12.75 | 0.0000 | 0.0500");
+}
+
+TEST_F(WpConversion, RoundsTheOffsetTiesToEven) {
+  // 51 counts and 51 tenths make a slope of 1; the offset is what is left.
+  Convert("0", "-0.05", "1", "5.05");
+  EXPECT_EQ(tool.txtFactorC.Text.get(), "0");  // 0.5
+  Convert("0", "-0.15", "1", "4.95");
+  EXPECT_EQ(tool.txtFactorC.Text.get(), "2");  // 1.5
+  Convert("0", "-0.25", "1", "4.85");
+  EXPECT_EQ(tool.txtFactorC.Text.get(), "2");  // 2.5
+}
+
+TEST_F(WpConversion, KeepsTheOffsetInAByte) {
+  Convert("0", "10", "1", "15.1");
+  EXPECT_EQ(tool.txtFactorC.Text.get(), "0");
+  Convert("0", "-30", "1", "-24.9");
+  EXPECT_EQ(tool.txtFactorC.Text.get(), "255");
+}
+
+TEST_F(WpConversion, HasNoFactorsBelowZero) {
+  Convert("1", "5.1", "2", "0");
+  // The error of each fraction is greater than that of the smallest, 1 / 255.
+  EXPECT_EQ(tool.txtFactorA.Text.get(), "1");
+  EXPECT_EQ(tool.txtFactorB.Text.get(), "255");
+  EXPECT_TRUE(IsWarning(tool.txtFault));
+}
+
+TEST_F(WpConversion, WarnsOfAFaultOfHalfABarAndMore) {
+  // A slope of 1, and an offset that cannot be below 0: what is lost is the fault.
+  Convert("0", "0.5", "1", "5.6");
+  EXPECT_EQ(tool.txtFault.Text.get(), "0.5000");
+  EXPECT_TRUE(IsWarning(tool.txtFault));
+  Convert("0", "0.4999", "1", "5.5999");
+  EXPECT_EQ(tool.txtFault.Text.get(), "0.4999");
+  EXPECT_FALSE(IsWarning(tool.txtFault));
+}
+
+TEST_F(WpConversion, WarnsOfAResolutionOfHalfABarAndMore) {
+  Convert("0", "0", "1", "25.5");  // 5 tenths for a count
+  EXPECT_EQ(tool.txtResolution.Text.get(), "0.5000");
+  EXPECT_TRUE(IsWarning(tool.txtResolution));
+  EXPECT_FALSE(IsWarning(tool.txtFault));
+  Convert("0", "0", "1", "20.4");
+  EXPECT_EQ(tool.txtResolution.Text.get(), "0.4000");
+  EXPECT_FALSE(IsWarning(tool.txtResolution));
+}
+
+TEST_F(WpConversion, ShowsNoMinusBeforeAZero) {
+  // An offset of 1 count of 1 / 255 tenths: the lowest pressure is -0.0004 bar.
+  Convert("0", "-0.00039", "1", "0.0196");
+  EXPECT_EQ(tool.txtFactorC.Text.get(), "1");
+  EXPECT_EQ(tool.txtRange.Text.get(), "0.00 ... 0.10");
+}
+
+TEST_F(WpConversion, EmptiesAllWithoutSlope) {
+  for (const char* pressure : {"1.5", "0.5"}) {
+    tool.txtU1.Text = "1.4";
+    tool.cmdConvert.Press();
+    ASSERT_TRUE(tool.frmFault.Visible);
+    Convert("1.4", "0.5", "1.4", pressure);
+    ExpectEmpty();
+    Convert("1.4", "0.5", "2.5", "2.5");
+  }
+}
+
+TEST_F(WpConversion, EmptiesAllWhereAPointIsNoNumber) {
+  for (const char* text : {"1,4", "", " ", "x", "1.4 V", "1.4.1", "--1", "1e", ",", "0x1"}) {
+    for (TextBox* box : {&tool.txtU1, &tool.txtU2, &tool.txtPres1, &tool.txtPres2}) {
+      Convert("1.4", "0.5", "2.5", "2.5");
+      ASSERT_TRUE(tool.frmFault.Visible);
+      box->Text = text;
+      tool.cmdConvert.Press();
+      SCOPED_TRACE(box->name() + " " + text);
+      ExpectEmpty();
+    }
+  }
+}
+
+TEST_F(WpConversion, TakesNumbersInAllTheirForms) {
+  Convert(" 1.40 ", "+.5", "25e-1", "2.5E0");
+  EXPECT_EQ(Shown(), "41 115 57 | -2.03 ... 7.06 | 0.0135 | 0.0357");
+}
+
+TEST_F(WpConversion, SurvivesNumbersWithoutMeasure) {
+  for (const char* text : {"1e308", "-1e308", "1e999", "1e-320", "-1e999"}) {
+    for (TextBox* box : {&tool.txtU1, &tool.txtU2, &tool.txtPres1, &tool.txtPres2}) {
+      Convert("1.4", "0.5", "2.5", "2.5");
+      box->Text = text;
+      tool.cmdConvert.Press();
+      EXPECT_EQ(Shown().find("nan"), std::string::npos) << Shown();
+      EXPECT_EQ(Shown().find("inf"), std::string::npos) << Shown();
+    }
+  }
+}
+
+TEST_F(WpConversion, ClosesOnceAndOpensWithItsDesignAgain) {
+  int closed = 0;
+  tool.Unloaded = [&] { ++closed; };
+  tool.txtU1.Text = "7";
+  tool.cmdConvert.Press();
+  tool.cmdClose.Press();
+  EXPECT_FALSE(tool.form.Visible);
+  tool.Unload();
+  EXPECT_EQ(closed, 1);
+  tool.Show();
+  EXPECT_EQ(tool.txtU1.Text.get(), "1.4");
+  ExpectEmpty();
+}
+
+}  // namespace
+}  // namespace tarnlink
