@@ -24,6 +24,11 @@ constexpr std::string_view kHelp =
     "                   modbus 1 to 247, 1 when not given\n"
     "  --corrupted      zolt, any: answers a ZOLT request whose check is wrong as corrupted\n"
     "  --wrong-limits   zolt, any: three parameters take other values than they should\n"
+    "  --write-once ADDRESSES\n"
+    "                   zolt, any: these addresses, with commas between them, take one write and\n"
+    "                   refuse those behind it\n"
+    "  --write-once-silent ADDRESSES\n"
+    "                   the same, but they say that they have stored what they have not\n"
     "  --poll LIST      zolt, any: a second master on the line asks these slaves for all data IDs\n"
     "                   in turn, again and again\n"
     "  --poll-gap MS    of silence ahead of each of its requests, 20 when not given\n"
@@ -64,6 +69,8 @@ std::map<std::string, std::function<void(Value)>> OptionsWithValue(ProgramOption
       {"--link", [&](Value text) { options.link = text; }},
       {"--protocol", [&](Value text) { options.boiler.protocol = text; }},
       {"--slaves", [&](Value text) { options.boiler.slave.addresses = text; }},
+      {"--write-once", [&](Value text) { options.boiler.slave.write_once = text; }},
+      {"--write-once-silent", [&](Value text) { options.boiler.slave.write_once_silent = text; }},
       {"--baud",
        [&](Value text) { baud = static_cast<int>(Number("--baud", text, 50, 4'000'000)); }},
       {"--bits",

@@ -1,9 +1,12 @@
 #include "simulator/simulated_boiler.h"
 
 #include <charconv>
+#include <cstdint>
+#include <set>
 #include <utility>
 #include <vector>
 
+#include "simulator/bytes.h"
 #include "simulator/problem.h"
 #include "simulator/slave_any.h"
 #include "simulator/slave_modbus.h"
@@ -40,6 +43,20 @@ std::string ZoltAddresses(const std::string& text) {
   return addresses;
 }
 
+std::set<std::uint16_t> Cells(const std::string& text) {
+  std::set<std::uint16_t> cells;
+  if (text.empty()) return cells;
+  for (const std::string& part : Parts(text)) {
+    const auto address = ParseAddress(part);
+    if (!address) {
+      throw Problem("The addresses \"" + text +
+                    "\" must be hexadecimal, 0 to FFFF, with commas between them.");
+    }
+    cells.insert(*address);
+  }
+  return cells;
+}
+
 std::vector<int> ModbusAddresses(const std::string& text) {
   std::vector<int> addresses;
   for (const std::string& part : Parts(text)) {
@@ -62,8 +79,9 @@ std::unique_ptr<Slave> MakeTarnlink(const SlaveOptions& options) {
 
 std::unique_ptr<Slave> MakeZolt(const SlaveOptions& options) {
   const std::string text = options.addresses.empty() ? "0" : options.addresses;
-  return std::make_unique<ZoltSlave>(ZoltAddresses(text), options.answers_corrupted,
-                                     options.has_wrong_limits);
+  return std::make_unique<ZoltSlave>(
+      ZoltAddresses(text), options.answers_corrupted, options.has_wrong_limits,
+      WriteOnceCells{Cells(options.write_once), Cells(options.write_once_silent)});
 }
 
 std::unique_ptr<Slave> MakeModbus(const SlaveOptions& options) {
@@ -84,6 +102,9 @@ std::unique_ptr<Slave> MakeSlave(std::string_view protocol, const SlaveOptions& 
     throw Problem("Only a ZOLT slave can answer that a request is corrupted.");
   }
   if (options.has_wrong_limits) throw Problem("Only a ZOLT slave has parameters with limits.");
+  if (!options.write_once.empty() || !options.write_once_silent.empty()) {
+    throw Problem("Only a ZOLT slave has addresses that are written once.");
+  }
   if (protocol == "tarnlink") return MakeTarnlink(options);
   if (protocol == "modbus") return MakeModbus(options);
   throw Problem("The boiler does not speak the protocol \"" + std::string(protocol) +

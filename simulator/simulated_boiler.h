@@ -20,6 +20,10 @@ struct SlaveOptions {
   std::string addresses;
   bool answers_corrupted = false;  // ZOLT: says so when the check of a request is wrong
   bool has_wrong_limits = false;   // ZOLT: of three parameters
+  // ZOLT: addresses of the memory that one write is taken to, four digits each with commas between
+  // them. Those behind it are refused; or they are acknowledged, and nothing is stored.
+  std::string write_once{};
+  std::string write_once_silent{};
 };
 
 // The slave of the named protocol. Throws Problem for a name that it does not know, and for options

@@ -152,10 +152,12 @@ std::string AnswerOfOther(const std::string& frame, const Controller& controller
 
 }  // namespace
 
-ZoltSlave::ZoltSlave(std::string addresses, bool answers_corrupted, bool has_wrong_limits)
+ZoltSlave::ZoltSlave(std::string addresses, bool answers_corrupted, bool has_wrong_limits,
+                     WriteOnceCells write_once)
     : addresses_(std::move(addresses)),
       answers_corrupted_(answers_corrupted),
       has_wrong_limits_(has_wrong_limits),
+      write_once_(std::move(write_once)),
       collector_(kZoltStart, LookAtFrame) {}
 
 std::optional<Heard> ZoltSlave::Hear(char byte) {
@@ -177,11 +179,23 @@ Heard ZoltSlave::Complete(std::string frame) const {
   return Request{std::move(frame), parsed.request->write, std::move(meaning)};
 }
 
+WriteEffect ZoltSlave::EffectAt(const ZoltRequest& asked, WriteEffect effect) {
+  const auto page = ZoltPage(asked.data->id);
+  if (asked.data_class != kZoltMemoryClass || !page) return effect;
+  const auto address = static_cast<std::uint16_t>(*page << 8 | asked.data->high);
+  const bool refuses = write_once_.refusing.contains(address);
+  if (!refuses && !write_once_.forgetful.contains(address)) return effect;
+  if (written_.contains(address)) return refuses ? WriteEffect::kRejected : WriteEffect::kForgotten;
+  if (effect == WriteEffect::kStored) written_.insert(address);
+  return effect;
+}
+
 std::string ZoltSlave::Answer(const Request& request, Controller& controller, WriteEffect effect) {
   const ZoltParsed parsed = ParseZoltRequest(request.bytes);
   if (!parsed.request || !parsed.request->data) return As(ZoltKind::kCorrupted, request.bytes);
   if (parsed.request->write) {
-    return AnswerWrite(request.bytes, *parsed.request, controller, effect, has_wrong_limits_);
+    return AnswerWrite(request.bytes, *parsed.request, controller,
+                       EffectAt(*parsed.request, effect), has_wrong_limits_);
   }
   return AnswerRead(request.bytes, *parsed.request, controller);
 }

@@ -1,6 +1,8 @@
 // The controller as a ZOLT slave, under one or several addresses.
 #pragma once
 
+#include <cstdint>
+#include <set>
 #include <string>
 
 #include "simulator/frame_collector.h"
@@ -9,12 +11,18 @@
 
 namespace boiler {
 
+// Cells of the memory that one write through class 7 is taken to.
+struct WriteOnceCells {
+  std::set<std::uint16_t> refusing;   // further writes are out of range
+  std::set<std::uint16_t> forgetful;  // further writes are acknowledged, and not stored
+};
+
 class ZoltSlave : public Slave {
  public:
   // `addresses` are characters of kZoltSlaves. A frame whose check is wrong is ignored, or answered
   // as corrupted. Three parameters can have limits that are wrong.
   explicit ZoltSlave(std::string addresses = "0", bool answers_corrupted = false,
-                     bool has_wrong_limits = false);
+                     bool has_wrong_limits = false, WriteOnceCells write_once = {});
 
   std::optional<Heard> Hear(char byte) override;
   std::optional<Heard> Silence() override { return collector_.Silence(); }
@@ -32,11 +40,15 @@ class ZoltSlave : public Slave {
 
  private:
   Heard Complete(std::string frame) const;
+  // What becomes of a write that would otherwise have `effect`.
+  WriteEffect EffectAt(const ZoltRequest& asked, WriteEffect effect);
   bool IsOurs(char slave) const { return addresses_.find(slave) != std::string::npos; }
 
   std::string addresses_;
   bool answers_corrupted_;
   bool has_wrong_limits_;
+  WriteOnceCells write_once_;
+  std::set<std::uint16_t> written_;  // of these cells
   FrameCollector collector_;
 };
 

@@ -37,7 +37,12 @@ ToolHost ToolHostOf(Platform& platform, Monitor& monitor) {
           },
           .IdFile = [&monitor] { return monitor.options.txt_ZOLTIDDef.Text.get(); },
           .LogPath = [&monitor] { return monitor.options.txt_LogPath.Text.get(); },
-          .GoControlPanel = {}};
+          .GoControlPanel = {},
+          .MsgTimeout = [&monitor] { return monitor.options.sld_MsgTimeout.Value.get(); },
+          .ParameterFile = [&monitor] { return monitor.main.ParameterFile; },
+          .ParFolder = [&monitor] { return monitor.main.ParCmnDlg.InitDir; },
+          .KeepParFolder =
+              [&monitor](const std::string& folder) { monitor.main.ParCmnDlg.InitDir = folder; }};
 }
 
 }  // namespace
@@ -61,13 +66,13 @@ Program::Program() : tool_host_(ToolHostOf(platform_, monitor_)) {
     write_registers_ =
         std::make_unique<MultipleRegistersDialog>(monitor_.write_registers, write_value_.get());
   });
+  MakeOnDemand(monitor_.gen_par_file.form, [this] {
+    gen_par_file_ =
+        std::make_unique<GenParFileDialog>(monitor_.gen_par_file, platform_.settings(), &window_);
+  });
   graph_ =
       std::make_unique<GraphTool>(platform_, LineOf(monitor_), GraphProjectOf(monitor_), &window_);
-  tools_ = std::make_unique<ServiceTools>(tool_host_, &window_);
-  monitor_.main.GoControlPanel = [this](int index) { tools_->GoControlPanel(index); };
-  monitor_.main.ShowScanSlaves = [this] { tools_->ShowScanSlaves(); };
-  monitor_.main.ShowSniffer = [this] { tools_->ShowSniffer(); };
-  monitor_.main.ShowErrorGenerator = [this] { tools_->ShowErrorGenerator(); };
+  MakeTools();
   monitor_.main.ShowGraphic = [this] { graph_->Show(monitor_.main.GraphicFile); };
   monitor_.main.Unload = [this] {
     window_.LetGo();
@@ -79,6 +84,21 @@ Program::Program() : tool_host_(ToolHostOf(platform_, monitor_)) {
   monitor_.main.MayEnd = [this](std::function<void()> again) {
     return graph_->Leave(std::move(again));
   };
+}
+
+void Program::MakeTools() {
+  frm_Main& main = monitor_.main;
+  tools_ = std::make_unique<ServiceTools>(tool_host_, &window_);
+  main.GoControlPanel = [this](int index) { tools_->GoControlPanel(index); };
+  main.ShowScanSlaves = [this] { tools_->ShowScanSlaves(); };
+  main.ShowSniffer = [this] { tools_->ShowSniffer(); };
+  main.ShowErrorGenerator = [this] { tools_->ShowErrorGenerator(); };
+  file_tools_ = std::make_unique<FileTools>(tool_host_, &window_);
+  main.ShowParameters = [this] { file_tools_->parameters.Show(); };
+  main.ShowEepromWriter = [this] { file_tools_->eeprom.Show(); };
+  main.ShowEepromDownloader = [this] { file_tools_->eeprom_down.Show(); };
+  main.ShowCfgCheck = [this] { file_tools_->cfg_check.Show(); };
+  main.ShowWPConversion = [this] { file_tools_->wp_conversion.Show(); };
 }
 
 void Program::Start(const std::vector<std::string>& files) {

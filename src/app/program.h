@@ -8,6 +8,8 @@
 #include "monitor/monitor.h"
 #include "platform/qt/qt_platform.h"
 #include "ui/about_dialog.h"
+#include "ui/file_tools.h"
+#include "ui/gen_par_file_dialog.h"
 #include "ui/graph_tool.h"
 #include "ui/main_window.h"
 #include "ui/multiple_registers_dialog.h"
@@ -32,6 +34,8 @@ class Program {
   MainWindow& window() { return window_; }
 
  private:
+  void MakeTools();
+
   QtPlatform platform_;
   Monitor monitor_{platform_};
   MainWindow window_{monitor_.main};
@@ -41,9 +45,11 @@ class Program {
   std::unique_ptr<WriteValueDialog> write_value_;
   std::unique_ptr<WriteBitDialog> write_bit_;
   std::unique_ptr<MultipleRegistersDialog> write_registers_;
+  std::unique_ptr<GenParFileDialog> gen_par_file_;
   std::unique_ptr<GraphTool> graph_;
   ToolHost tool_host_;
   std::unique_ptr<ServiceTools> tools_;
+  std::unique_ptr<FileTools> file_tools_;
 };
 
 }  // namespace tarnlink

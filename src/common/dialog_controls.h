@@ -28,6 +28,15 @@ class SpinButton : public Control {
   std::function<void(int step)> Step;
 };
 
+// A bar that shows how many of so many are done.
+class CountBar : public Control {
+ public:
+  using Control::Control;
+
+  Property<int> Max{this, 1};
+  Property<int> Value{this, 0};  // 0 to Max
+};
+
 // Rows of text to look at and to pick from.
 class ListBox : public Control {
  public:

@@ -91,6 +91,13 @@ void CommunicationRun::StartCommunication() {
   }
 }
 
+void CommunicationRun::RecordValue(int index) {
+  if (main_.RAM_LOC_VAL.Has(index)) {
+    main_.Reads.Note(index, main_.Locations[index], main_.RAM_LOC_VAL(index).Text);
+  }
+  recorder_.RecordValue(index);
+}
+
 void CommunicationRun::ClearAllValues() {
   for (int i = 1; i <= main_.MaxId; ++i) ShowValue(i, "");
 }

@@ -52,7 +52,7 @@ class CommunicationRun final : public ProtocolRun {
   void ShowValue(int index, const std::string& text) override;
   void ShowPanel(StatusPanelIndex panel, const std::string& text) override;
   void LogRequest(int index) override { recorder_.LogRequest(index); }
-  void RecordValue(int index) override { recorder_.RecordValue(index); }
+  void RecordValue(int index) override;
   void LogUnreadable(int index) override { recorder_.LogUnreadable(index); }
   void EndRound() override { recorder_.EndRound(); }
   void EndLogRow() override { recorder_.EndLogRow(); }

@@ -4,7 +4,6 @@
 #include "common/run_time_error.h"
 #include "common/text.h"
 #include "monitor/file_error_box.h"
-#include "monitor/gen_parameter_file.h"
 #include "monitor/project_paths.h"
 #include "platform/path_resolver.h"
 
@@ -13,8 +12,22 @@ namespace tarnlink {
 frmGenParFile::frmGenParFile(frm_Main& main) : main_(main) {
   form.Visible = false;
   main_.mnuGenParaFile.Click = [this] { Show(); };
+  for (CheckBox* box : {&chkClass5, &chkClass7EE, &chkClass7RAM}) {
+    box->Click = [this] { ShowCount(); };
+  }
   cmdSave.Click = [this] { Save(); };
   cmdCancel.Click = [this] { Hide(); };
+}
+
+void frmGenParFile::Show() { form.Visible = true; }
+
+ParameterSelection frmGenParFile::Selection() const {
+  return {chkClass5.Value, chkClass7EE.Value, chkClass7RAM.Value};
+}
+
+void frmGenParFile::ShowCount() {
+  lblCount.Caption = std::to_string(CountParameters(main_, Selection())) + " of " +
+                     std::to_string(main_.LocationCount) + " locations go in";
 }
 
 std::string frmGenParFile::DefaultName() const {
@@ -40,7 +53,7 @@ void frmGenParFile::Save() {
   dialog.InitDir = FolderOfPath(*path);
   dialog.FileName = *path;
   try {
-    GenParameterFile(main_, {chkClass5.Value, chkClass7EE.Value, chkClass7RAM.Value}, *path);
+    GenParameterFile(main_, Selection(), *path);
   } catch (const RunTimeError& error) {
     ReportFileError(platform.dialogs(), error, "During saving par file ", *path);
     return;

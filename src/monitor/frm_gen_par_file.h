@@ -5,6 +5,7 @@
 
 #include "common/controls.h"
 #include "monitor/frm_main.h"
+#include "monitor/gen_parameter_file.h"
 
 namespace tarnlink {
 
@@ -18,15 +19,18 @@ class frmGenParFile {
   CheckBox chkClass5{"chkClass5", "Class 5 Parameters"};
   CheckBox chkClass7EE{"chkClass7EE", "Class 7 EEPROM"};
   CheckBox chkClass7RAM{"chkClass7RAM", "Class 7 RAM"};
+  Label lblCount{"lblCount"};  // how many locations of the screen go in
   CommandButton cmdSave{"cmdSave", "Save"};
   CommandButton cmdCancel{"cmdCancel", "Cancel"};
 
-  void Show() { form.Visible = true; }
+  void Show();
   void Hide() { form.Visible = false; }
 
  private:
   void Save();
   std::string DefaultName() const;
+  ParameterSelection Selection() const;
+  void ShowCount();
   void OfferToAddToProject(const std::string& path);
 
   frm_Main& main_;

@@ -12,6 +12,7 @@
 #include "common/controls.h"
 #include "files/project_tree.h"
 #include "monitor/location_table.h"
+#include "monitor/read_values.h"
 #include "platform/platform.h"
 #include "protocols/protocol_run.h"
 
@@ -163,6 +164,9 @@ class frm_Main : public RunFields {
   int DragIndex = 0;
   PlacedControl* DragSource = nullptr;
 
+  // What the boxes show of the controller, and not of the user.
+  ReadValues Reads;
+
   bool WCRChanged = false;
   bool ProjectChanged = false;
   std::string CurrentTarnLinkFile;
@@ -218,6 +222,10 @@ class frm_Main : public RunFields {
   std::function<void()> ShowScanSlaves;
   std::function<void()> ShowSniffer;
   std::function<void()> ShowErrorGenerator;
+  std::function<void()> ShowCfgCheck;
+  std::function<void()> ShowEepromDownloader;
+  std::function<void()> ShowEepromWriter;
+  std::function<void()> ShowWPConversion;
 
   // The screen is another one, or begins anew: nothing of it can be undone.
   std::function<void()> ForgetEdits;

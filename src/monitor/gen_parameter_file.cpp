@@ -81,8 +81,12 @@ std::string MemoryLines(const Location& location, const std::string& text,
 }
 
 // Nothing for a Location that is not to go in.
-std::string LinesOf(const Location& location, const std::string& text,
-                    const ParameterSelection& selection) {
+std::string LinesOf(const frm_Main& main, int index, const ParameterSelection& selection) {
+  if (!main.IsShown(index)) return {};
+  const Location& location = main.Locations[index];
+  const std::string& text = main.RAM_LOC_VAL(index).Text;
+  // Not what was written, typed or left over.
+  if (!main.Reads.Holds(index, location, text)) return {};
   if (!IsNumber(text, location.Representation)) return {};
   // Of any other address the line would say something else.
   if (location.Address.size() != 4 || !IsMadeOf(location.Address, kHexDigits)) return {};
@@ -93,13 +97,16 @@ std::string LinesOf(const Location& location, const std::string& text,
 
 }  // namespace
 
+int CountParameters(const frm_Main& main, const ParameterSelection& selection) {
+  int count = 0;
+  for (int i = 1; i <= main.MaxId; ++i) count += LinesOf(main, i, selection).empty() ? 0 : 1;
+  return count;
+}
+
 void GenParameterFile(const frm_Main& main, const ParameterSelection& selection,
                       const std::string& FileName) {
   std::string text = Header(main, FileName);
-  for (int i = 1; i <= main.MaxId; ++i) {
-    if (!main.IsShown(i)) continue;
-    text += LinesOf(main.Locations[i], main.RAM_LOC_VAL(i).Text, selection);
-  }
+  for (int i = 1; i <= main.MaxId; ++i) text += LinesOf(main, i, selection);
   main.platform().files().WriteWhole(FileName, EncodeText(text));
 }
 

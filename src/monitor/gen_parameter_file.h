@@ -14,6 +14,9 @@ struct ParameterSelection {
   bool Class7RAM = false;
 };
 
+// How many Locations would go into it as the screen is now.
+int CountParameters(const frm_Main& main, const ParameterSelection& selection);
+
 // Throws RunTimeError if the file can not be written; an old one is as it was then.
 void GenParameterFile(const frm_Main& main, const ParameterSelection& selection,
                       const std::string& FileName);

@@ -6,6 +6,7 @@
 #include "monitor/edit_history.h"
 #include "monitor/export_commands.h"
 #include "monitor/frm_about.h"
+#include "monitor/frm_gen_par_file.h"
 #include "monitor/frm_main.h"
 #include "monitor/frm_multiple_reg.h"
 #include "monitor/frm_options.h"
@@ -60,6 +61,7 @@ struct Monitor {
   PrintCommands print{main};
   HelpTopics help{main};
   ToolCommands tools{main};
+  frmGenParFile gen_par_file{main};
   StartAndLeave start{main, options, screen};
 };
 

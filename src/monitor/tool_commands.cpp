@@ -24,6 +24,17 @@ void OpenTool(frm_Main& main, const std::function<void()>& show) {
   }
 }
 
+namespace {
+
+// For a tool with work that needs no port. What needs it says itself that the run has it.
+void OpenBesideRun(frm_Main& main, const std::function<void()>& show) {
+  if (!show) return;
+  if (!main.CommRunning) LetPortGo(main);
+  show();
+}
+
+}  // namespace
+
 ToolCommands::ToolCommands(frm_Main& main) {
   main.M_Graphics.Click = [&main] {
     main.GraphicFile.clear();
@@ -37,6 +48,13 @@ ToolCommands::ToolCommands(frm_Main& main) {
   main.mnuScanSlaves.Click = [&main] { OpenTool(main, main.ShowScanSlaves); };
   main.mnuSniffer.Click = [&main] { OpenTool(main, main.ShowSniffer); };
   main.M_errgen.Click = [&main] { OpenTool(main, main.ShowErrorGenerator); };
+  main.mnuLoadParameters.Click = [&main] { OpenTool(main, main.ShowParameters); };
+  main.mnuCfgCheck.Click = [&main] { OpenTool(main, main.ShowCfgCheck); };
+  main.M_EE_DOWN.Click = [&main] { OpenTool(main, main.ShowEepromDownloader); };
+  main.M_EEPROM.Click = [&main] { OpenBesideRun(main, main.ShowEepromWriter); };
+  main.mnuWPConversion.Click = [&main] {
+    if (main.ShowWPConversion) main.ShowWPConversion();
+  };
 }
 
 }  // namespace tarnlink

@@ -53,6 +53,13 @@ bool HasPassed(const ConfigItem& item, int stage, const ZoltMessage& answer) {
 
 }  // namespace
 
+CfgVerdict VerdictOf(const ConfigItem& item) {
+  if (item.Result == ConfigItem::kNoResult) return CfgVerdict::kNone;
+  if (item.Result == kCfgGood) return CfgVerdict::kGood;
+  const bool is_unknown = item.Result == kCfgUnknownId || item.Result == kCfgNotChecked;
+  return is_unknown ? CfgVerdict::kUnknown : CfgVerdict::kWrong;
+}
+
 std::string CfgMessage(const ConfigItem& item, int stage, const std::string& slave) {
   const std::uint8_t kind = IsRead(stage) ? zolt_frame::kRead : zolt_frame::kWrite;
   const int data = IsRead(stage) ? 0 : ValueOf(item, stage);
@@ -68,7 +75,7 @@ std::optional<int> NextStage(const ConfigItem& item, int stage) {
 }
 
 std::string CfgFailure(const ConfigItem& item, int stage, const ZoltMessage& answer) {
-  if (answer.Ack == zolt_frame::kUnknownDataId) return "Unknown Data ID";
+  if (answer.Ack == zolt_frame::kUnknownDataId) return kCfgUnknownId;
   if (HasPassed(item, stage, answer)) return "";
   return kFailures.at(static_cast<std::size_t>(stage));
 }

@@ -24,6 +24,15 @@ enum CfgStage : int {
 };
 inline constexpr int kCfgStages = 7;
 
+// Results that are no limit's fault.
+inline constexpr const char* kCfgGood = "OK";
+inline constexpr const char* kCfgUnknownId = "Unknown Data ID";
+inline constexpr const char* kCfgNotChecked = "ID has not been checked";
+
+// What a result says about the item, at a glance.
+enum class CfgVerdict { kNone, kGood, kWrong, kUnknown };
+CfgVerdict VerdictOf(const ConfigItem& item);
+
 // What goes out in this stage.
 std::string CfgMessage(const ConfigItem& item, int stage, const std::string& slave);
 

@@ -5,6 +5,24 @@
 
 namespace tarnlink {
 
+namespace {
+
+// What the slave says of a request that it does not carry out.
+std::string RefusalOf(std::string_view frame) {
+  switch (zolt_frame::KindOf(zolt_frame::TypeOf(frame))) {
+    case zolt_frame::kCorruptedMessage:
+      return "the slave heard it damaged";
+    case zolt_frame::kOutsideRange:
+      return "the slave refuses it";
+    case zolt_frame::kUnknownDataId:
+      return "the slave does not know the address";
+    default:
+      return "the slave answers something else";
+  }
+}
+
+}  // namespace
+
 EepromLine::EepromLine(ToolHost& host, SerialPort& port, Timer& timeout)
     : host_(host),
       port_(port),
@@ -41,6 +59,8 @@ void EepromLine::Send(const std::string& message, const std::string& slave, cons
 
 void EepromLine::ResendMsg() {
   ++repeats_;
+  const std::string times = repeats_ == 1 ? "once" : std::to_string(repeats_) + " times";
+  if (Repeated) Repeated("Sent again " + times + ": " + why_ + ".");
   Put();
 }
 
@@ -59,7 +79,8 @@ void EepromLine::Put() {
   Restart(timeout_);
 }
 
-void EepromLine::AskAgain() {
+void EepromLine::AskAgain(const std::string& why) {
+  why_ = why;
   is_out_ = true;
   AwaitQuiet();
 }
@@ -78,6 +99,7 @@ void EepromLine::Quiet() {
 void EepromLine::TimeOut() {
   timeout_.SetEnabled(false);
   is_doubtful_ = true;
+  why_ = "no answer";
   ResendMsg();
 }
 
@@ -103,7 +125,7 @@ void EepromLine::Received() {
   if (quiet_watch_.IsOn()) return quiet_watch_.Raise();
   if (!is_out_) return;
   for (auto kind = frames_.Take(bytes); kind != AnswerKind::kNone; kind = frames_.Take({})) {
-    if (kind != AnswerKind::kGood) return AskAgain();
+    if (kind != AnswerKind::kGood) return AskAgain("a damaged answer");
     const std::string frame = frames_.frame();
     if (!IsForUs(frame)) continue;
     timeout_.SetEnabled(false);
@@ -114,7 +136,8 @@ void EepromLine::Received() {
       return;
     }
     if (!port_.PortOpen() || is_out_) return;
-    return is_doubtful ? AskAgain() : ResendMsg();
+    why_ = RefusalOf(frame);
+    return is_doubtful ? AskAgain(why_) : ResendMsg();
   }
   port_.SetRThreshold(frames_.Missing());
 }

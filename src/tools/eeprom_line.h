@@ -23,6 +23,8 @@ class EepromLine {
 
   // What the slave says to the request. True: the request is answered. False: it goes out again.
   std::function<bool(std::string_view frame)> Answered;
+  // The request goes out once more: how often that was, and why, as a sentence.
+  std::function<void(const std::string& trouble)> Repeated;
   // The port cannot be used; it is closed already.
   std::function<void(const std::string& reason)> Lost;
 
@@ -32,9 +34,10 @@ class EepromLine {
 
   // `slave` answers under `id`.
   void Send(const std::string& message, const std::string& slave, const std::string& id);
-  // The present request once more, or once more when the line has been quiet.
+  // The present request once more; or once more when the line has been quiet, for its answer was
+  // another one's.
   void ResendMsg();
-  void AskAgain();
+  void AskAgain(const std::string& why);
   // From here on the line is watched until it is quiet.
   void AwaitQuiet();
 
@@ -66,6 +69,7 @@ class EepromLine {
   bool is_doubtful_ = false;  // more than one answer may come
   bool heard_more_ = false;
   int repeats_ = 0;
+  std::string why_;  // the next repeat
   QuietWatch quiet_watch_;
 };
 

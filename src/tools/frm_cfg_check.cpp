@@ -4,8 +4,10 @@
 #include <utility>
 
 #include "common/numbers.h"
+#include "common/paths.h"
 #include "common/text.h"
 #include "common/text_file.h"
+#include "platform/path_resolver.h"
 #include "protocols/zolt_frame.h"
 #include "protocols/zolt_message.h"
 #include "tools/cfg_stages.h"
@@ -23,7 +25,6 @@ constexpr int kSlaves = 16;
 
 constexpr const char* kHeading =
     "ID\tMinimum\tMaximum\tDefault\tDescription\tTest type\tRead\tResult";
-constexpr const char* kNotChecked = "ID has not been checked";
 
 std::string RowOf(const ConfigItem& item) {
   const std::string row = Stuff(Hex(item.ID), 4) + "\t" + std::to_string(item.Minimum) + "\t" +
@@ -160,8 +161,8 @@ void frm_CfgCheck::ErrorHandler(const std::string& text) {
 void frm_CfgCheck::Finish() {
   ShutDownCom();
   MarkUnreached();
-  ProgressBar1.Value = ProgressBar1.Maximum;
-  const auto is_good = [](const ConfigItem& item) { return item.Result == "OK"; };
+  ProgressBar1.Value = ProgressBar1.Max;
+  const auto is_good = [](const ConfigItem& item) { return VerdictOf(item) == CfgVerdict::kGood; };
   const auto good = std::count_if(ConfigItems.begin(), ConfigItems.end(), is_good);
   lblState.Caption = "Finished: " + std::to_string(good) + " of " + std::to_string(Count()) + " OK";
 }
@@ -170,7 +171,7 @@ void frm_CfgCheck::MarkUnreached() {
   for (std::size_t i = 0; i < ConfigItems.size(); ++i) {
     ConfigItem& item = ConfigItems[i];
     if (item.Result != ConfigItem::kNoResult || !item.HasDefault()) continue;
-    item.Result = kNotChecked;
+    item.Result = kCfgNotChecked;
     ShowRow(i);
   }
 }
@@ -179,18 +180,23 @@ void frm_CfgCheck::MarkUnreached() {
 
 void frm_CfgCheck::OpenFile() {
   if (is_running_) return;
-  const auto path = host_.platform.dialogs().OpenFile(
-      {.filter = "Configuration default files (*.cfg)|*.cfg", .file_name = "*.cfg"});
+  const auto path =
+      host_.platform.dialogs().OpenFile({.filter = "Configuration default files (*.cfg)|*.cfg",
+                                         .file_name = "*.cfg",
+                                         .folder = UsableFolder(folder_, host_.platform.files())});
   // While the box was up.
   if (is_running_) return;
   txt_ConfigurationFile.Text = path.value_or(kNoFile);
+  txt_ConfigurationFile.ToolTipText = path.value_or("");
+  if (path) folder_ = FolderOfPath(*path);
   ConfigFile file = path ? ReadFile(*path) : ConfigFile{};
   ConfigItems = std::move(file.items);
   CfgIndex = CfgStage = 0;
   lblState.Caption = "";
   ShowRows();
-  ProgressBar1.Maximum = Count() + 1;
+  ProgressBar1.Max = Count() + 1;
   ShowCount();
+  ShowButtons();
   if (file.failure) TellBadLine(*file.failure);
 }
 
@@ -199,6 +205,7 @@ ConfigFile frm_CfgCheck::ReadFile(const std::string& path) {
     return ReadConfigFile(DecodeText(host_.platform.files().ReadWhole(path)));
   } catch (const RunTimeError& error) {
     txt_ConfigurationFile.Text = kNoFile;
+    txt_ConfigurationFile.ToolTipText = "";
     host_.platform.dialogs().MessageBox({.text = "The configuration file can not be read.",
                                          .title = "Error",
                                          .icon = Icon::kCritical,
@@ -313,7 +320,7 @@ void frm_CfgCheck::ProcessAnswer(std::string_view frame) {
     CfgStage = *next;
     return GoOn();
   }
-  EndItem(failure.empty() ? "OK" : failure);
+  EndItem(failure.empty() ? kCfgGood : failure);
 }
 
 void frm_CfgCheck::EndItem(const std::string& result) {
@@ -348,6 +355,11 @@ void frm_CfgCheck::ShowRow(std::size_t index) {
 void frm_CfgCheck::ShowCount() {
   Label6.Caption = std::to_string(CfgIndex) + " / " + std::to_string(Count());
   ProgressBar1.Value = CfgIndex;
+  ShowRowInWork();
+}
+
+void frm_CfgCheck::ShowRowInWork() {
+  ParametersList.InWork = is_running_ && CfgIndex < Count() ? CfgIndex : -1;
 }
 
 void frm_CfgCheck::ShowState() {
@@ -365,6 +377,8 @@ void frm_CfgCheck::ShowButtons() {
   (is_running_ ? cmd_Check : cmd_Stop).Enabled = false;
   cmd_Open.Enabled = !is_running_;
   cmb_Slave.Enabled = !is_running_;
+  cmd_Copy.Enabled = cmd_Save.Enabled = !ConfigItems.empty();
+  ShowRowInWork();
 }
 
 std::string frm_CfgCheck::ListText() const {
@@ -374,10 +388,12 @@ std::string frm_CfgCheck::ListText() const {
 }
 
 void frm_CfgCheck::Save() {
-  const auto path = host_.platform.dialogs().SaveFile({.title = "Save list",
-                                                       .filter = "Text files (*.txt)|*.txt",
-                                                       .extension = "txt",
-                                                       .confirm_overwrite = true});
+  const auto path =
+      host_.platform.dialogs().SaveFile({.title = "Save list",
+                                         .filter = "Text files (*.txt)|*.txt",
+                                         .folder = UsableFolder(folder_, host_.platform.files()),
+                                         .extension = "txt",
+                                         .confirm_overwrite = true});
   if (!path) return;
   std::string text;
   const std::string list = ListText();

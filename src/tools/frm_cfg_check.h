@@ -13,10 +13,18 @@
 #include "common/dialog_controls.h"
 #include "files/config_file.h"
 #include "tools/answer_frames.h"
-#include "tools/run_bar.h"
+#include "tools/cfg_stages.h"
 #include "tools/tool_host.h"
 
 namespace tarnlink {
+
+// The rows of the check, one of which can be in work.
+class CheckList : public ListBox {
+ public:
+  using ListBox::ListBox;
+
+  Property<int> InWork{this, -1};  // the row; -1 while none is
+};
 
 class frm_CfgCheck {
  public:
@@ -28,6 +36,7 @@ class frm_CfgCheck {
   Control form{"frm_CfgCheck"};
   Label caption{"frm_CfgCheck.Caption", "Configuration check"};
 
+  Label lblFile{"lblFile", "Configuration file"};
   TextBox txt_ConfigurationFile{"txt_ConfigurationFile"};
   CommandButton cmd_Open{"cmd_Open", "Open file"};
   Label lblSlave{"lblSlave", "Slave address"};
@@ -35,9 +44,9 @@ class frm_CfgCheck {
 
   // The names of the columns, with tabs between them as in the rows.
   Label lblHeading{"lblHeading"};
-  ListBox ParametersList{"ParametersList"};
+  CheckList ParametersList{"ParametersList"};
 
-  RunBar ProgressBar1{"ProgressBar1"};
+  CountBar ProgressBar1{"ProgressBar1"};
   Label Label6{"Label6"};      // "3 / 12"
   Label lblState{"lblState"};  // what is in work, and what is left
   CommandButton cmd_Check{"cmd_Check", "Check"};
@@ -63,6 +72,7 @@ class frm_CfgCheck {
   void Stop();
 
   bool IsRunning() const { return is_running_; }
+  CfgVerdict VerdictAt(std::size_t row) const { return VerdictOf(ConfigItems.at(row)); }
   // Sends the last message again.
   void ResendMsg();
   void ErrorHandler(const std::string& text);
@@ -81,6 +91,7 @@ class frm_CfgCheck {
   void ShowRows();
   void ShowRow(std::size_t index);
   void ShowCount();
+  void ShowRowInWork();
   void ShowState();
   void ShowButtons();
   bool Begin();
@@ -105,6 +116,7 @@ class frm_CfgCheck {
   AnswerFrames frames_;
   std::unique_ptr<Timer> quiet_;  // until no late answer can come any more
   std::string message_;           // that went out last
+  std::string folder_;            // where the last file was
   bool is_running_ = false;
   bool is_asking_ = false;    // whether the form may be closed
   bool is_doubtful_ = false;  // an answer to a message before may still be on its way

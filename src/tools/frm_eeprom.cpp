@@ -3,11 +3,15 @@
 #include <algorithm>
 
 #include "common/numbers.h"
+#include "common/paths.h"
 #include "common/run_time_error.h"
 #include "common/text.h"
 #include "common/text_file.h"
 #include "files/eeprom_output.h"
+#include "platform/path_resolver.h"
+#include "protocols/frame_bytes.h"
 #include "protocols/zolt_frame.h"
+#include "tools/def_dialog.h"
 #include "tools/tool_port.h"
 
 namespace tarnlink {
@@ -18,21 +22,18 @@ constexpr int kTick = 10;  // ms
 constexpr int kTlk = 0;    // of `chkOutputFormat`
 constexpr int kBin = 1;
 constexpr int kMostWrongAnswers = 5;
-constexpr const char* kAnyDef = "*.def";
+constexpr const char* kOneUser =
+    "While the main window communicates, the port is its own: stop the communication there first.";
+constexpr const char* kNoBlock = "The EEPROM source file holds no block behind a line \"START\".";
 
 std::string FourDigits(std::uint16_t number) { return Stuff(Hex(number), 4); }
 std::string TwoDigits(int number) { return Stuff(Hex(number), 2); }
 
-// Under which ID a byte of this page is written.
+// Under which ID a byte of this page is written. An image has the pages 80 and 81; those of other
+// pages are not written.
 std::string PrefixOf(std::uint16_t address) {
-  switch (address >> 8) {
-    case 0x80:
-      return "FFFE";
-    case 0x81:
-      return "????";
-    default:
-      return "";
-  }
+  const std::string page = TwoDigits(address >> 8);
+  return page == "80" || page == "81" ? std::string(zolt_frame::WriteAlias(page)) : "";
 }
 
 // A value of one digit has a blank in front.
@@ -53,9 +54,11 @@ bool IsKind(std::string_view frame, std::uint8_t kind) {
   return zolt_frame::KindOf(zolt_frame::TypeOf(frame)) == kind;
 }
 
+// A slave that sends the blank of a value of one digit back means a zero.
 std::uint16_t DataOf(std::string_view frame) {
-  return static_cast<std::uint16_t>(zolt_frame::Number(frame, zolt_frame::kDataHigh) << 8 |
-                                    zolt_frame::Number(frame, zolt_frame::kDataLow));
+  std::string data(zolt_frame::Text(frame, zolt_frame::kData));
+  std::replace(data.begin(), data.end(), ' ', '0');
+  return static_cast<std::uint16_t>(HexNumber(data));
 }
 
 }  // namespace
@@ -91,6 +94,7 @@ frm_EEPROM::frm_EEPROM(ToolHost& host)
     timer->SetOnTimer([this] { Tick(); });
   }
   line_.Answered = [this](std::string_view frame) { return TakeAnswer(frame); };
+  line_.Repeated = [this](const std::string& trouble) { lblTrouble.Caption = trouble; };
   line_.Lost = [this](const std::string& reason) { ReportError(reason, ConfirmedText()); };
   ShowState();
 }
@@ -104,14 +108,17 @@ void frm_EEPROM::Show() {
 }
 
 bool frm_EEPROM::MayClose() {
-  if (!Writing || pass_ != Pass::kWrite) return true;
+  if (!Writing || !was_written_) return true;
+  const bool is_writing = pass_ == Pass::kWrite;
   return host_.platform.dialogs().MessageBox(
-             {.text = "The EEPROM is being written. Stop and close the window?",
+             {.text = is_writing ? "The EEPROM is being written. Stop and close the window?"
+                                 : "What was written is being verified. Stop and close the window?",
               .title = caption.Caption,
               .icon = Icon::kQuestion,
               .buttons = Buttons::kYesNo,
               .second_is_default = true,
-              .detail = "An image that is not complete fails its check."}) == Answer::kYes;
+              .detail = is_writing ? "An image that is not complete fails its check."
+                                   : "What the slave holds is not proved yet."}) == Answer::kYes;
 }
 
 void frm_EEPROM::Unload() {
@@ -138,7 +145,12 @@ void frm_EEPROM::Stop() {
 void frm_EEPROM::ReportError(const std::string& text, const std::string& detail) {
   const bool was_on = Writing;
   Halt();
-  if (was_on) AddResult("Ended: " + text + (detail.empty() ? "" : " " + detail));
+  lblTrouble.Caption = "";
+  if (was_on) {
+    AddResult("Ended: " + text + (detail.empty() ? "" : " " + detail));
+    // Where it is leaves no room for the path of the source.
+    lblLeft.Caption = detail;
+  }
   host_.platform.dialogs().MessageBox(
       {.text = text, .title = "Error", .icon = Icon::kCritical, .detail = detail});
 }
@@ -150,15 +162,18 @@ std::string frm_EEPROM::ConfirmedText() const {
 
 void frm_EEPROM::ShowState() {
   for (Control* control : std::initializer_list<Control*>{
-           &cmd_Browse, &cmd_TarnlinkFile, &fra_Eewrite, &chkOutputFormat(kTlk),
-           &chkOutputFormat(kBin), &txt_SlaveAddress, &ud_SlaveAddress}) {
+           &cmd_Browse, &fra_Eewrite, &chkOutputFormat(kTlk), &chkOutputFormat(kBin),
+           &txt_SlaveAddress, &ud_SlaveAddress}) {
     control->Enabled = !Writing;
   }
   cmd_Stop.Enabled = Writing;
   cmd_CalcFileChecksum.Enabled = FileOpen;
+  cmd_TarnlinkFile.Enabled = FileOpen && !Writing;
   for (CommandButton* button : {&cmd_WriteEEPROM, &cmd_VerifyEEPROM}) {
     button->Enabled = FileOpen && !Writing;
   }
+  const bool has_results = !lstResults.List->empty();
+  for (CommandButton* button : {&cmdCopyResults, &cmdSaveResults}) button->Enabled = has_results;
 }
 
 void frm_EEPROM::StepSlave(int step) {
@@ -171,12 +186,33 @@ void frm_EEPROM::StepSlave(int step) {
 
 void frm_EEPROM::Browse() {
   if (Writing) return;
-  const auto name = host_.platform.dialogs().OpenFile(
-      {.filter = std::string(kAnyDef) + "|" + kAnyDef, .file_name = kAnyDef});
-  FileOpen = name && !name->empty() && *name != kAnyDef;
+  const auto name =
+      host_.platform.dialogs().OpenFile({.filter = std::string(kAnyDef) + "|" + kAnyDef,
+                                         .file_name = kAnyDef,
+                                         .folder = UsableFolder(folder_, host_.platform.files())});
+  FileOpen = IsChosen(name);
+  if (FileOpen) folder_ = FolderOfPath(*name);
   txt_eepromsourcefile.Text = FileOpen ? *name : std::string(kNoFile);
+  txt_eepromsourcefile.ToolTipText = FileOpen ? *name : std::string();
   txt_FileChecksum.Text = "";
+  ShowSource();
   ShowState();
+}
+
+// At a glance, before anything is done with it; what is done reads it anew.
+void frm_EEPROM::ShowSource() {
+  records_.clear();
+  lblSource.Caption = "";
+  try {
+    if (FileOpen) {
+      TakeRecords(ReadEepromSource(DecodeText(host_.platform.files().ReadWhole(Path()))));
+      lblSource.Caption = records_.empty() ? std::string(kNoBlock) : ImageText();
+    }
+  } catch (const RunTimeError& error) {
+    records_.clear();
+    lblSource.Caption = error.what();
+  }
+  if (records_.empty()) picMap.Fill({});
 }
 
 std::optional<EepromSource> frm_EEPROM::ReadSource() {
@@ -227,39 +263,50 @@ void frm_EEPROM::CalcFileChecksum() {
 
 // --- The run -------------------------------------------------------------------------------------
 
+std::string frm_EEPROM::ImageText() const {
+  return std::to_string(records_.size()) + " bytes, " + records_.front().Address + " to " +
+         records_.back().Address;
+}
+
+// Throws RunTimeError for an address that is none.
+void frm_EEPROM::TakeRecords(const EepromSource& source) {
+  records_.clear();
+  addresses_.clear();
+  std::vector<EepromMap::Cell> cells;
+  for (const EepromBlock& block : source.blocks) {
+    for (const EepromRecord& record : block) {
+      addresses_.push_back(AddressOf(record));
+      records_.push_back(record);
+      cells.push_back({record.Address, record.HexValue + " " + record.Comment});
+    }
+  }
+  picMap.Fill(std::move(cells));
+}
+
 // All of it is checked before the first byte goes out.
 bool frm_EEPROM::LoadRecords() {
   const std::optional<EepromSource> source = ReadSource();
   if (!source) return false;
-  records_.clear();
-  addresses_.clear();
   try {
-    for (const EepromBlock& block : source->blocks) {
-      for (const EepromRecord& record : block) {
-        addresses_.push_back(AddressOf(record));
-        records_.push_back(record);
-      }
-    }
+    TakeRecords(*source);
   } catch (const RunTimeError& error) {
     ReportError(error.what());
     return false;
   }
   if (!records_.empty()) return true;
-  ReportError("The EEPROM source file holds no block behind a line \"START\".");
+  ReportError(kNoBlock);
   return false;
 }
 
 bool frm_EEPROM::AsksFirst() {
   const auto stuck = std::find_if(addresses_.begin(), addresses_.end(),
-                                  [](std::uint16_t address) { return address >> 8 != 0x80; });
+                                  [](std::uint16_t address) { return PrefixOf(address).empty(); });
   const std::string detail =
       stuck == addresses_.end()
           ? "All that these addresses hold now is lost."
-          : "Only page 80 can be written: the run will get no further than 0X" +
+          : "Only pages 80 and 81 can be written: the run will get no further than 0X" +
                 FourDigits(*stuck) + ".";
-  const std::string text = "Write " + std::to_string(records_.size()) + " bytes, " +
-                           records_.front().Address + " to " + records_.back().Address +
-                           ", into slave " + slave_ + "?";
+  const std::string text = "Write " + ImageText() + ", into slave " + slave_ + "?";
   return host_.platform.dialogs().MessageBox({.text = text,
                                               .title = "Write EEPROM",
                                               .icon = Icon::kQuestion,
@@ -282,12 +329,13 @@ void frm_EEPROM::VerifyEEPROM() {
 
 void frm_EEPROM::Begin(Pass first) {
   LastConfirmed.clear();
+  lblTrouble.Caption = "";
   lstResults.List = {};
   was_written_ = first == Pass::kWrite;
   try {
     line_.Open();
   } catch (const RunTimeError& error) {
-    return ReportError(PortTrouble(error));
+    return ReportError(PortTrouble(error), kOneUser);
   }
   Writing = true;
   ShowState();
@@ -300,7 +348,7 @@ void frm_EEPROM::BeginPass(Pass pass) {
   repeats_ = wrong_answers_ = 0;
   Sent = Answered = 0;
   Busy = is_asked_again_ = false;
-  prgRun.Maximum = static_cast<int>(records_.size());
+  prgRun.Max = static_cast<int>(records_.size());
   tim_eewrite->SetEnabled(pass == Pass::kWrite);
   tim_verify->SetEnabled(pass == Pass::kVerify);
   ShowLeft();
@@ -317,6 +365,7 @@ void frm_EEPROM::SendNext() {
   const std::uint16_t address = addresses_[next_];
   lblProgress.Caption =
       Record().Address + " : " + Record().HexValue + " (" + Record().Comment + ")";
+  picMap.Mark(next_, CellState::kInWork);
   Busy = true;
   wrong_answers_ = 0;
   ++Sent;
@@ -336,7 +385,7 @@ bool frm_EEPROM::TakeWriteAnswer(std::string_view frame) {
   if (!IsKind(frame, zolt_frame::kWriteAcknowledge)) return false;
   const auto data = static_cast<std::uint16_t>((addresses_[next_] & 0xFF) << 8 | Record().DecValue);
   if (DataOf(frame) != data) {
-    line_.AskAgain();
+    line_.AskAgain("the answer was to another request");
     return true;
   }
   Confirm();
@@ -366,14 +415,16 @@ bool frm_EEPROM::TakeReadAnswer(std::string_view frame) {
   if (is_sure || wrong_answers_ == kMostWrongAnswers) {
     VerifyError(word);
   } else {
-    line_.AskAgain();
+    line_.AskAgain("another value came");
   }
   return true;
 }
 
 void frm_EEPROM::VerifyError(std::uint16_t word) {
   const bool is_own = word >> 8 != ExpectedValue;
-  const EepromRecord& record = is_own ? Record() : records_[next_ - 1];
+  const std::size_t wrong = is_own ? next_ : next_ - 1;
+  const EepromRecord& record = records_[wrong];
+  picMap.Mark(wrong, CellState::kWrong);
   ReportError("Verify Error on " + Path(),
               record.Address + ": " + TwoDigits(record.DecValue) + " expected, " +
                   TwoDigits(is_own ? word >> 8 : word & 0xFF) + " read. " + ConfirmedText());
@@ -384,6 +435,8 @@ void frm_EEPROM::Confirm() {
   ++Answered;
   repeats_ += line_.Repeats();
   LastConfirmed = Record().Address;
+  lblTrouble.Caption = "";
+  picMap.Mark(next_, pass_ == Pass::kWrite ? CellState::kWritten : CellState::kVerified);
   ++next_;
   ShowLeft();
   if (next_ % kEepromBlock != 0 || is_asked_again_) return;
@@ -421,6 +474,7 @@ void frm_EEPROM::AddResult(const std::string& line) {
   lines.push_back(line);
   lstResults.List = lines;
   if (!Writing) lblLeft.Caption = line;
+  ShowState();
 }
 
 std::string frm_EEPROM::ResultText() const {
@@ -430,10 +484,12 @@ std::string frm_EEPROM::ResultText() const {
 }
 
 void frm_EEPROM::SaveResults() {
-  const auto path = host_.platform.dialogs().SaveFile({.title = "Save results",
-                                                       .filter = "Text (*.txt)|*.txt",
-                                                       .extension = "txt",
-                                                       .confirm_overwrite = true});
+  const auto path =
+      host_.platform.dialogs().SaveFile({.title = "Save results",
+                                         .filter = "Text (*.txt)|*.txt",
+                                         .folder = UsableFolder(folder_, host_.platform.files()),
+                                         .extension = "txt",
+                                         .confirm_overwrite = true});
   if (!path) return;
   std::string text;
   for (const std::string& line : lstResults.List.get()) text.append(line).append(kLineEnd);

@@ -14,7 +14,7 @@
 #include "common/dialog_controls.h"
 #include "files/eeprom_source.h"
 #include "tools/eeprom_line.h"
-#include "tools/run_bar.h"
+#include "tools/eeprom_map.h"
 #include "tools/tool_host.h"
 
 namespace tarnlink {
@@ -34,6 +34,7 @@ class frm_EEPROM {
   TextBox txt_eepromsourcefile{"txt_eepromsourcefile"};
   CommandButton cmd_Browse{"cmd_Browse", "&Browse"};
   GroupBox fra_Eewrite{"fra_Eewrite", "File Format"};
+  Label lblSource{"lblSource"};  // what it holds, or why it cannot be used
   FixedArray<CheckBox> chkOutputFormat{"chkOutputFormat", 0, {"TLK File", "BIN File"}};
   CommandButton cmd_TarnlinkFile{"cmd_TarnlinkFile", "&Make Output Files"};
   CommandButton cmd_CalcFileChecksum{"cmd_CalcFileChecksum", "Checksum"};
@@ -49,9 +50,11 @@ class frm_EEPROM {
   CommandButton cmd_Cancel{"cmd_Cancel", "&Cancel"};  // stops a run, and closes a form at rest
 
   // --- The run ---
-  RunBar prgRun{"prgRun"};
+  CountBar prgRun{"prgRun"};
   Label lblProgress{"lblProgress"};  // the item in work
+  Label lblTrouble{"lblTrouble"};    // how often it had to be sent again, and why
   Label lblLeft{"lblLeft"};          // what is still to be done, or how it ended
+  EepromMap picMap{"picMap"};
   ListBox lstResults{"lstResults"};
   CommandButton cmdCopyResults{"cmdCopyResults", "C&opy results"};
   CommandButton cmdSaveResults{"cmdSaveResults", "Save &results..."};
@@ -96,6 +99,9 @@ class frm_EEPROM {
   // Reads and checks the chosen source; nothing if that fails, which has been told then.
   std::optional<EepromSource> ReadSource();
   std::string Path() const { return txt_eepromsourcefile.Text; }
+  void ShowSource();
+  void TakeRecords(const EepromSource& source);
+  std::string ImageText() const;  // of one that is not empty
   bool LoadRecords();
   bool AsksFirst();
   void Begin(Pass first);
@@ -124,6 +130,7 @@ class frm_EEPROM {
   EepromLine line_;
   Pass pass_ = Pass::kWrite;
   bool was_written_ = false;  // in this run
+  std::string folder_;        // where the file dialogs were left
   std::string slave_;
   std::vector<EepromRecord> records_;
   std::vector<std::uint16_t> addresses_;

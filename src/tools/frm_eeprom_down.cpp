@@ -10,7 +10,9 @@
 #include "common/text_file.h"
 #include "files/eeprom_output.h"
 #include "files/eeprom_source.h"
+#include "platform/path_resolver.h"
 #include "protocols/zolt_frame.h"
+#include "tools/def_dialog.h"
 #include "tools/tool_port.h"
 
 namespace tarnlink {
@@ -25,7 +27,6 @@ constexpr std::int32_t kDspStart = 0x8FFE;
 constexpr std::int32_t kAddresses = 0x10000;
 
 constexpr const char* kNoFile = "Output file not specified";
-constexpr const char* kAnyDef = "*.def";
 
 std::string FourDigits(std::int32_t number) { return Stuff(Hex(number), 4); }
 
@@ -53,6 +54,7 @@ frm_EEPROM_Down::frm_EEPROM_Down(ToolHost& host)
   tim_eeread->SetInterval(kTick);
   tim_eeread->SetOnTimer([this] { Tick(); });
   line_.Answered = [this](std::string_view frame) { return TakeAnswer(frame); };
+  line_.Repeated = [this](const std::string& trouble) { progress.lblTrouble.Caption = trouble; };
   line_.Lost = [this](const std::string& reason) { ErrorHandler(reason, LastReadText()); };
 }
 
@@ -108,7 +110,7 @@ void frm_EEPROM_Down::ShowState() {
 void frm_EEPROM_Down::ShowProgress() {
   const auto done = static_cast<int>(bytes_.size());
   const int all = end_ - first_ + kStep;
-  progress.ProgressBar1.Maximum = all;
+  progress.ProgressBar1.Max = all;
   progress.ProgressBar1.Value = done;
   progress.lblItem.Caption =
       "0X" + FourDigits(NextAddress) + ", " + std::to_string(all - done) + " bytes left";
@@ -116,18 +118,28 @@ void frm_EEPROM_Down::ShowProgress() {
 
 void frm_EEPROM_Down::ChooseFile() {
   if (is_reading_) return;
-  const auto name = host_.platform.dialogs().SaveFile({.filter = "EEPROM def Files (*.def)|*.def",
-                                                       .file_name = kAnyDef,
-                                                       .extension = "def",
-                                                       .confirm_overwrite = true});
-  if (name && !name->empty() && *name != kAnyDef) txt_eepromsourcefile.Text = *name;
+  const auto name =
+      host_.platform.dialogs().SaveFile({.filter = "EEPROM def Files (*.def)|*.def",
+                                         .file_name = kAnyDef,
+                                         .folder = UsableFolder(folder_, host_.platform.files()),
+                                         .extension = "def",
+                                         .confirm_overwrite = true});
+  if (!IsChosen(name)) return;
+  folder_ = FolderOfPath(*name);
+  txt_eepromsourcefile.Text = *name;
+  txt_eepromsourcefile.ToolTipText = *name;
+  lblState.Caption = "";
 }
 
 // --- Reading -------------------------------------------------------------------------------------
 
 void frm_EEPROM_Down::ReadEEPROM() {
   path_ = txt_eepromsourcefile.Text;
-  if (is_reading_ || ToLower(StripExtFromPath(path_)) != "def") return;
+  if (is_reading_) return;
+  if (ToLower(StripExtFromPath(path_)) != "def") {
+    lblState.Caption = "Choose a destination file whose name ends in \".def\".";
+    return;
+  }
   bytes_.clear();
   doubted_.clear();
   unsound_blocks_.clear();
@@ -147,6 +159,7 @@ void frm_EEPROM_Down::ReadEEPROM() {
   }
   is_reading_ = true;
   lblState.Caption = "";
+  progress.lblTrouble.Caption = "";
   ShowState();
   ShowProgress();
   progress.form.Visible = true;
@@ -171,6 +184,7 @@ bool frm_EEPROM_Down::TakeAnswer(std::string_view frame) {
     bytes_.push_back(static_cast<std::uint8_t>(zolt_frame::Number(frame, field)));
   }
   is_busy_ = false;
+  progress.lblTrouble.Caption = "";
   ShowProgress();
   if (bytes_.size() % kEepromBlock != 0) return true;
   if (IsBlockSound()) {

@@ -85,6 +85,7 @@ class frm_EEPROM_Down {
   bool is_reading_ = false;
   bool is_busy_ = false;
   std::string path_;
+  std::string folder_;  // where the file dialog was left
   std::string slave_;
   std::int32_t first_ = 0;  // address
   std::int32_t end_ = 0;    // of NextAddress

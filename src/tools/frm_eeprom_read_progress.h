@@ -1,8 +1,7 @@
 // The small window of an EEPROM that is being read: how far it is, and a way to stop it.
 #pragma once
 
-#include "common/controls.h"
-#include "tools/run_bar.h"
+#include "common/dialog_controls.h"
 
 namespace tarnlink {
 
@@ -12,8 +11,9 @@ class frm_EEPROMRead_Progress {
 
   Control form{"frm_EEPROMRead_Progress"};
   Label caption{"frm_EEPROMRead_Progress.Caption", "EEPROM Reading in progress"};
-  RunBar ProgressBar1{"ProgressBar1"};
-  Label lblItem{"lblItem"};  // the address in work, and what is left
+  CountBar ProgressBar1{"ProgressBar1"};
+  Label lblItem{"lblItem"};        // the address in work, and what is left
+  Label lblTrouble{"lblTrouble"};  // how often it had to be sent again, and why
   CommandButton Cancel{"Cancel", "Cancel"};
 };
 

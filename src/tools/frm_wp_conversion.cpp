@@ -20,6 +20,8 @@ constexpr int kHighestCount = 255;
 // second.
 constexpr double kCoarse = 0.5;
 constexpr double kSmall = 1e-9;
+// Volts and bars from here on, up or down, are no sensor's.
+constexpr double kNoSensor = 1000;
 
 // With a decimal point; the controller's people write no other.
 bool IsNumeric(const std::string& text) {
@@ -69,7 +71,10 @@ frmWPconversion::frmWPconversion() {
 }
 
 void frmWPconversion::Show() {
-  if (form.Visible) return;
+  if (form.Visible) {
+    if (ToFront) ToFront();
+    return;
+  }
   txtU1.Text = "1.4";
   txtPres1.Text = "0.5";
   txtU2.Text = "2.5";
@@ -120,6 +125,7 @@ void frmWPconversion::Convert() {
   if (!factors) return EmptyResults();
   ShowFactors(*factors);
   ShowQuality(*points, *factors);
+  ShowCurves(*points, *factors);
   frmFault.Visible = true;
 }
 
@@ -145,12 +151,29 @@ void frmWPconversion::ShowQuality(const Points& points, const Factors& factors) 
       Decimals(pressure(0) / kTenths, 2) + " ... " + Decimals(pressure(kHighestCount) / kTenths, 2);
 }
 
+// The controller reckons in whole numbers.
+void frmWPconversion::ShowCurves(const Points& points, const Factors& factors) {
+  const std::vector<SensorPoint> sensor = {{points.AD1 / kCountsPerVolt, points.PR1 / kTenths},
+                                           {points.AD2 / kCountsPerVolt, points.PR2 / kTenths}};
+  const bool is_drawn = std::all_of(sensor.begin(), sensor.end(), [](const SensorPoint& point) {
+    return std::abs(point.volt) < kNoSensor && std::abs(point.bar) < kNoSensor;
+  });
+  std::vector<SensorPoint> controller;
+  for (int count = 0; is_drawn && count <= kHighestCount; ++count) {
+    const int tenths = (count - factors.C) * factors.A / factors.B;
+    controller.push_back({count / kCountsPerVolt, tenths / kTenths});
+  }
+  picSensor.Controller = controller;
+  picSensor.Sensor = is_drawn ? sensor : std::vector<SensorPoint>{};
+}
+
 std::array<TextBox*, 6> frmWPconversion::Results() {
   return {&txtFactorA, &txtFactorB, &txtFactorC, &txtRange, &txtFault, &txtResolution};
 }
 
 void frmWPconversion::EmptyResults() {
   for (TextBox* box : Results()) box->Text = "";
+  picSensor.Sensor = picSensor.Controller = std::vector<SensorPoint>{};
   frmFault.Visible = false;
 }
 

@@ -5,11 +5,30 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <vector>
 
 #include "common/controls.h"
 #include "common/dialog_controls.h"
 
 namespace tarnlink {
+
+// A pressure over a voltage.
+struct SensorPoint {
+  double volt = 0;
+  double bar = 0;
+
+  bool operator==(const SensorPoint&) const = default;
+};
+
+// The sensor beside what a controller makes of it. Empty where there is no result, or none that
+// fits on a picture.
+class SensorCurves : public Control {
+ public:
+  using Control::Control;
+
+  Property<std::vector<SensorPoint>> Sensor{this, {}};      // the two points
+  Property<std::vector<SensorPoint>> Controller{this, {}};  // for each count of the AD converter
+};
 
 class frmWPconversion {
  public:
@@ -51,12 +70,15 @@ class frmWPconversion {
   TextBox txtFault{"txtFault"};
   Label lblResolution{"lblResolution", "Resolution (Bar)"};
   TextBox txtResolution{"txtResolution"};
+  SensorCurves picSensor{"picSensor"};
 
   CommandButton cmdConvert{"cmdConvert", "Convert"};
   CommandButton cmdClose{"cmdClose", "Close"};
 
-  // Opens with the points of its design and without results. Only once.
+  // Opens with the points of its design and without results; one that is open is only brought to
+  // the front.
   void Show();
+  std::function<void()> ToFront;
   void Unload();
   std::function<void()> Unloaded;
 
@@ -80,6 +102,7 @@ class frmWPconversion {
   void Convert();
   void ShowFactors(const Factors& factors);
   void ShowQuality(const Points& points, const Factors& factors);
+  void ShowCurves(const Points& points, const Factors& factors);
   void EmptyResults();
   std::array<TextBox*, 6> Results();
 };

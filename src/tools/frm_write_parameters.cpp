@@ -25,6 +25,7 @@ constexpr int kSecond = 1000;       // ms
 constexpr int kMostTries = 3;
 constexpr int kGivenUp = 10;
 constexpr int kDigits = 4;
+constexpr int kMostPassed = 50;  // items that are given up in one go
 
 std::string ItemText(const ParameterItem& item) {
   const auto digits = [](std::int32_t number) { return HexDigits(number, kDigits); };
@@ -57,7 +58,6 @@ frmWriteParameters::frmWriteParameters(ToolHost& host)
       quiet_watch_(host.platform, host.line, [this](bool) { SendNextParameter(); }) {
   form.Visible = false;
   txtFilename.Locked = true;
-  txtScrollStatus.Locked = true;
   // What was written is proved, unless the user does not want it.
   chkVerify.Value = true;
   ProgressBar1.Visible = false;
@@ -65,7 +65,7 @@ frmWriteParameters::frmWriteParameters(ToolHost& host)
   cmdWriteZOLT.Click = [this] { Write(); };
   cmdCancel.Click = [this] { Unload(); };
   cmdCopy.Click = [this] {
-    if (CopyText) CopyText(txtScrollStatus.Text);
+    if (CopyText) CopyText(txtScrollStatus.Text());
   };
   cmdSaveList.Click = [this] { SaveList(); };
   Comm->SetOnComm([this](int event) { CommEvent(event); });
@@ -80,13 +80,13 @@ void frmWriteParameters::Show() {
   txtSlave.Text = "0";
   txtFilename.Text = "";
   txtFilename.ToolTipText = "";
-  txtScrollStatus.Text = "";
+  txtScrollStatus.Begin({});
   ParameterPath.clear();
   items_.clear();
   ShowIdle();
-  form.Visible = true;
   const std::string file = host_.ParameterFile ? host_.ParameterFile() : std::string();
   if (!file.empty()) TakeFile(file);
+  form.Visible = true;
 }
 
 void frmWriteParameters::Unload() {
@@ -116,7 +116,7 @@ bool frmWriteParameters::MayStop() {
 void frmWriteParameters::Halt() {
   is_running_ = false;
   is_out_ = false;
-  is_settling_ = false;
+  is_pausing_ = false;
   is_held_ = false;
   CommWatch->SetEnabled(false);
   quiet_watch_.End();
@@ -152,6 +152,7 @@ void frmWriteParameters::TakeFile(const std::string& path) {
   ParameterPath = path;
   txtFilename.Text = ShortnPath(path);
   txtFilename.ToolTipText = path;
+  lblProgress.Caption = "";
   // A box that comes up must not leave the button to the file before.
   cmdWriteZOLT.Enabled = false;
   ReadParameters();
@@ -159,7 +160,7 @@ void frmWriteParameters::TakeFile(const std::string& path) {
 }
 
 void frmWriteParameters::ReadParameters() {
-  txtScrollStatus.Text = "";
+  txtScrollStatus.Begin({});
   items_.clear();
   ParameterFile file;
   try {
@@ -176,7 +177,7 @@ void frmWriteParameters::ReadParameters() {
     std::string list;
     for (const std::string& comment : file.comments) list.append(comment).append(kLineEnd);
     for (const ParameterItem& item : items_) list.append(ItemText(item)).append(kLineEnd);
-    txtScrollStatus.Text = list;
+    txtScrollStatus.Begin(std::move(list));
     return;
   }
   const std::string path = std::exchange(ParameterPath, {});
@@ -190,8 +191,7 @@ void frmWriteParameters::ReadParameters() {
 // --- Sending -------------------------------------------------------------------------------------
 
 void frmWriteParameters::AddMonitorText(const std::string& Text, bool AddNewLine) {
-  txtScrollStatus.Text =
-      txtScrollStatus.Text.get() + Text + (AddNewLine ? std::string(kLineEnd) : std::string());
+  txtScrollStatus.Append(AddNewLine ? Text + std::string(kLineEnd) : Text);
 }
 
 void frmWriteParameters::Write() {
@@ -201,7 +201,7 @@ void frmWriteParameters::Write() {
   timed_out_ = false;
   ProgressBar1.Max = Count();
   ProgressBar1.Visible = true;
-  txtScrollStatus.Text = "";
+  txtScrollStatus.Begin({});
   StatusBar1.Text = "Writing to ZOLT";
   AddMonitorText("Writing parameters", true);
   cmdWriteZOLT.Enabled = false;
@@ -233,8 +233,10 @@ void frmWriteParameters::SendNextParameter() {
     is_held_ = true;
     return;
   }
-  while (is_running_) {
+  for (int passed = 0; is_running_; ++passed) {
     ProgressBar1.Value = ParameterIndex;
+    // Those that can not be sent must not keep the user waiting.
+    if (passed >= kMostPassed) return Pause(1);
     if (RetryCount >= kMostTries) {
       AddMonitorText("Continue with next parameter", true);
       ++NotSentCount;
@@ -254,7 +256,8 @@ void frmWriteParameters::SendNextParameter() {
 bool frmWriteParameters::SendItem() {
   ShowProgress();
   AddMonitorText((RetryCount == 0 ? "Sending  " : "Retry  ") + ItemText(Item()) + ".. ", false);
-  request_ = MakeParameterRequest(Item(), WritePhase == 1, txtSlave.Text.get(), messages_);
+  request_ = MakeParameterRequest(Item(), WritePhase == 1,
+                                  txtSlave.Text->empty() ? "1" : txtSlave.Text.get(), messages_);
   if (request_.frame.empty()) {
     AddMonitorText("protected area", true);
     RetryCount = kGivenUp;
@@ -272,7 +275,7 @@ bool frmWriteParameters::SendItem() {
     return true;
   }
   is_out_ = true;
-  Watch();
+  Watch(AnswerTime());
   return true;
 }
 
@@ -282,16 +285,26 @@ void frmWriteParameters::ShowProgress() {
                         ", " + std::to_string(Count() - ParameterIndex - 1) + " left";
 }
 
-void frmWriteParameters::Watch() {
-  CommWatch->SetInterval((host_.MsgTimeout ? host_.MsgTimeout() * kSecond : kDesignWatch));
+int frmWriteParameters::AnswerTime() const {
+  return host_.MsgTimeout ? host_.MsgTimeout() * kSecond : kDesignWatch;
+}
+
+void frmWriteParameters::Watch(int milliseconds) {
+  CommWatch->SetInterval(milliseconds);
   Restart(*CommWatch);
+}
+
+// Before the next item, or the rest of many.
+void frmWriteParameters::Pause(int milliseconds) {
+  is_pausing_ = true;
+  Watch(milliseconds);
 }
 
 void frmWriteParameters::WatchExpired() {
   CommWatch->SetEnabled(false);
   if (!is_running_) return;
   is_out_ = false;
-  if (!std::exchange(is_settling_, false)) {
+  if (!std::exchange(is_pausing_, false)) {
     ++RetryCount;
     timed_out_ = true;
     AddMonitorText("TimeOut", true);
@@ -335,10 +348,10 @@ bool frmWriteParameters::IsForAnother(std::string_view answer) const {
   const std::string slave = txtSlave.Text->substr(0, 1);
   if (!IsFrom(answer, slave.empty() ? "0" : slave)) return true;
   if (IsAbout(answer, request_, messages_)) return false;
-  return std::any_of(items_.begin(), items_.end(), [&](const ParameterItem& item) {
-    const bool is_in_work = item.Class == request_.item.Class && item.ID == request_.item.ID;
-    return (!is_in_work || !request_.is_write) && IsAbout(answer, item, messages_);
-  });
+  const ParameterItem about = ItemOf(answer, messages_);
+  if (request_.is_write && IsSameItem(about, request_.item)) return false;
+  return std::any_of(items_.begin(), items_.end(),
+                     [&](const ParameterItem& item) { return IsSameItem(item, about); });
 }
 
 void frmWriteParameters::Answered(const ParameterVerdict& verdict, bool is_doubtful) {
@@ -362,9 +375,9 @@ void frmWriteParameters::Answered(const ParameterVerdict& verdict, bool is_doubt
       settles = std::exchange(timed_out_, false) && IsNextConfusable(request_.item);
   }
   if (settles) {
-    is_settling_ = true;
+    // What may still come would pass for the answer to the next item.
     Comm->SetRThreshold(1);
-    return Watch();
+    return Pause(AnswerTime());
   }
   return is_doubtful ? AwaitQuiet() : SendNextParameter();
 }
@@ -411,6 +424,7 @@ void frmWriteParameters::Report() {
   } else {
     box.text = "All parameters writen. " + std::to_string(not_ok) + " parameters NOT ok.";
   }
+  lblProgress.Caption = box.text;
   host_.platform.dialogs().MessageBox(box);
 }
 
@@ -422,11 +436,13 @@ void frmWriteParameters::Fail(const std::string& reason) {
   Halt();
   ShowIdle();
   AddMonitorText(reason, true);
+  lblProgress.Caption = state;
   host_.platform.dialogs().MessageBox(
       {.text = reason, .title = kTitle, .icon = Icon::kCritical, .detail = state});
 }
 
 void frmWriteParameters::SaveList() {
+  const std::string folder = UsableFolder(FolderOfPath(ParameterPath), host_.platform.files());
   const auto path = host_.platform.dialogs().SaveFile({.title = "Save As",
                                                        .filter = "Text File (*.txt)|*.txt",
                                                        .file_name = "Parameters.txt",
@@ -434,7 +450,7 @@ void frmWriteParameters::SaveList() {
                                                        .confirm_overwrite = true});
   if (!path || path->empty()) return;
   try {
-    host_.platform.files().WriteWhole(*path, EncodeText(txtScrollStatus.Text.get()));
+    host_.platform.files().WriteWhole(*path, EncodeText(txtScrollStatus.Text()));
   } catch (const RunTimeError& error) {
     host_.platform.dialogs().MessageBox(FileTrouble(error, "During saving list " + *path));
   }

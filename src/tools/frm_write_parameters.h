@@ -10,10 +10,10 @@
 
 #include "common/controls.h"
 #include "common/dialog_controls.h"
+#include "common/growing_text.h"
 #include "files/parameter_file.h"
 #include "protocols/zolt_message.h"
 #include "tools/answer_frames.h"
-#include "tools/count_bar.h"
 #include "tools/parameter_answer.h"
 #include "tools/quiet_watch.h"
 #include "tools/tool_host.h"
@@ -39,8 +39,8 @@ class frmWriteParameters {
   CommandButton cmdWriteZOLT{"cmdWriteZOLT", "Write ZOLT"};
   CommandButton cmdCancel{"cmdCancel", "Cancel"};
   GroupBox fraMonitor{"fraMonitor", "Communication monitor"};
-  TextBox txtScrollStatus{"txtScrollStatus"};
-  Label lblProgress{"lblProgress"};  // the item in work, and what is left
+  GrowingText txtScrollStatus{"txtScrollStatus"};
+  Label lblProgress{"lblProgress"};  // the item in work and what is left; in the end the result
   CountBar ProgressBar1{"ProgressBar1"};
   StatusPanel StatusBar1{"StatusBar1", "State"};
   CommandButton cmdCopy{"cmdCopy", "Copy list"};
@@ -84,7 +84,9 @@ class frmWriteParameters {
   bool IsForAnother(std::string_view answer) const;
   void Answered(const ParameterVerdict& verdict, bool is_doubtful);
   bool IsNextConfusable(const ParameterItem& last) const;
-  void Watch();
+  void Watch(int milliseconds);
+  void Pause(int milliseconds);
+  int AnswerTime() const;
   void WatchExpired();
   void AwaitQuiet();
   bool MayStop();
@@ -102,14 +104,14 @@ class frmWriteParameters {
   std::vector<ParameterItem> items_;
   ParameterRequest request_;
   AnswerFrames frames_;
-  QuietWatch quiet_watch_;    // on while the next message waits for a quiet line
-  bool is_running_ = false;   // in one of the phases
-  bool is_out_ = false;       // a message has gone out and its answer is awaited
-  bool is_settling_ = false;  // an answer that may still come would pass for that to the next item
-  bool timed_out_ = false;    // a try of this item
-  bool is_asked_ = false;     // the user is asked whether to stop: nothing goes out meanwhile
-  bool is_held_ = false;      // and something would have
-  int acknowledged_ = 0;      // items that the slave says it has taken
+  QuietWatch quiet_watch_;   // on while the next message waits for a quiet line
+  bool is_running_ = false;  // in one of the phases
+  bool is_out_ = false;      // a message has gone out and its answer is awaited
+  bool is_pausing_ = false;  // the watch ends a pause; no answer is awaited
+  bool timed_out_ = false;   // a try of this item
+  bool is_asked_ = false;    // the user is asked whether to stop: nothing goes out meanwhile
+  bool is_held_ = false;     // and something would have
+  int acknowledged_ = 0;     // items that the slave says it has taken
 };
 
 }  // namespace tarnlink

@@ -38,9 +38,13 @@ ParameterRequest MakeParameterRequest(const ParameterItem& item, bool is_write,
   return request;
 }
 
-bool IsAbout(std::string_view answer, const ParameterItem& item, const ZoltMessages& messages) {
+ParameterItem ItemOf(std::string_view answer, const ZoltMessages& messages) {
   const ZoltMessage message = Parse(answer, messages);
-  return message.Class == item.Class && message.Id == item.ID;
+  return {.Class = message.Class, .ID = message.Id};
+}
+
+bool IsSameItem(const ParameterItem& one, const ParameterItem& other) {
+  return one.Class == other.Class && one.ID == other.ID;
 }
 
 bool IsAbout(std::string_view answer, const ParameterRequest& request,
@@ -52,7 +56,7 @@ bool IsAbout(std::string_view answer, const ParameterRequest& request,
     case zolt_frame::kReadAcknowledge:
     case zolt_frame::kWriteAcknowledge:
       return (message.Ack == zolt_frame::kWriteAcknowledge) == request.is_write &&
-             IsAbout(answer, request.item, messages);
+             IsSameItem(ItemOf(answer, messages), request.item);
     default: {
       // A refusal need not bear the address.
       const ZoltMessage asked = ParseZoltMessage(request.frame);

@@ -41,8 +41,11 @@ inline constexpr ParameterVerdict kUnusableAnswer{"error", ParameterOutcome::kRe
 bool IsAbout(std::string_view answer, const ParameterRequest& request,
              const ZoltMessages& messages);
 
-// Whether a sound answer is about an item, whatever was asked of it: it came late.
-bool IsAbout(std::string_view answer, const ParameterItem& item, const ZoltMessages& messages);
+// The class and the ID, in class 7 the address, that a sound answer is about, whatever was asked.
+ParameterItem ItemOf(std::string_view answer, const ZoltMessages& messages);
+
+// Whether both have the same class and ID.
+bool IsSameItem(const ParameterItem& one, const ParameterItem& other);
 
 // Of a sound answer.
 ParameterVerdict JudgeAnswer(std::string_view answer, const ParameterRequest& request,

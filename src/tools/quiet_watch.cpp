@@ -1,5 +1,6 @@
 #include "tools/quiet_watch.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tarnlink {
@@ -9,6 +10,10 @@ namespace {
 constexpr int kTick = 20;  // ms
 // What a slave may take before it answers a request that was not heard.
 constexpr int kThinkingTime = 100;  // ms
+// A line that is never quiet is asked all the same.
+constexpr int kLongestWait = 1'000;  // ms
+// So many late answers may come, one behind the other.
+constexpr int kMostLate = 4;
 
 }  // namespace
 
@@ -20,22 +25,25 @@ QuietWatch::QuietWatch(Platform& platform, const ServiceLine& line,
 }
 
 void QuietWatch::Raise() {
-  doubt_.Raise();
-  passed_ = 0;
+  if (!IsOn()) late_ = waited_ = 0;
+  quiet_ = 0;
   ticks_->SetEnabled(true);
 }
 
-void QuietWatch::End() {
-  ticks_->SetEnabled(false);
-  doubt_.Clear();
+void QuietWatch::Settle(int late) {
+  Raise();
+  late_ = std::max(late_, late);
 }
 
+void QuietWatch::End() { ticks_->SetEnabled(false); }
+
 void QuietWatch::Tick() {
-  passed_ += kTick;
-  const int exchange = TimeOfExchange(line_);
-  if (!doubt_.AllowsRequest(kTick, exchange)) return;
+  quiet_ += kTick;
+  waited_ += kTick;
+  const bool is_quiet = quiet_ >= TimeOfExchange(line_) + kThinkingTime + late_;
+  if (!is_quiet && waited_ < kLongestWait + kMostLate * late_) return;
   End();
-  end_(passed_ >= exchange + kThinkingTime);
+  end_(is_quiet);
 }
 
 }  // namespace tarnlink

@@ -5,7 +5,6 @@
 #include <memory>
 
 #include "platform/platform.h"
-#include "protocols/line_doubt.h"
 #include "protocols/service_line.h"
 
 namespace tarnlink {
@@ -19,6 +18,8 @@ class QuietWatch {
   bool IsOn() const { return ticks_->Enabled(); }
   // Something came that puts what follows in doubt, the first time or once more.
   void Raise();
+  // The same, and an answer may be so many ms late: it is waited for as long.
+  void Settle(int late);
   void End();
 
  private:
@@ -26,9 +27,11 @@ class QuietWatch {
 
   const ServiceLine& line_;
   std::function<void(bool is_quiet)> end_;
-  LineDoubt doubt_;
   std::unique_ptr<Timer> ticks_;
-  int passed_ = 0;  // ms since it was raised last
+  // ms
+  int late_ = 0;    // that an answer may be, beside what a slave takes to think
+  int quiet_ = 0;   // since it was raised last
+  int waited_ = 0;  // since it was raised first
 };
 
 }  // namespace tarnlink

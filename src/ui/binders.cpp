@@ -271,6 +271,14 @@ void Bind(QScrollBar* bar, ScrollBar& control) {
                    [&control](int value) { control.Value = value; });
 }
 
+void Bind(QProgressBar* bar, CountBar& control) {
+  Follow(bar, control, [bar, &control] {
+    ShowCommon(bar, control);
+    bar->setRange(0, control.Max);
+    bar->setValue(control.Value);
+  });
+}
+
 void Bind(QComboBox* combo, ComboBox& control) {
   Follow(combo, control, [combo, &control] {
     const QSignalBlocker quiet(combo);

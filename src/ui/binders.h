@@ -9,6 +9,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -35,6 +36,7 @@ void Bind(QLineEdit* edit, TextBox& control);
 void Bind(QLabel* label, Label& control);
 void Bind(QSlider* slider, Slider& control);
 void Bind(QScrollBar* bar, ScrollBar& control);
+void Bind(QProgressBar* bar, CountBar& control);
 void Bind(QComboBox* combo, ComboBox& control);
 // Rows that are picked, and a text that is accepted when the user leaves it or presses Enter. Only
 // an editable combo takes a text; the text of another one stands in its place while no row is

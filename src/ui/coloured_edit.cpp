@@ -42,10 +42,22 @@ void ShowColours(QLineEdit* edit, const TextBox& control) {
     const QColor background = ToQColor(control.BackColor);
     colours.setColor(QPalette::Base, background);
     colours.setColor(QPalette::Text, ReadableShade(ToQColor(control.ForeColor), background));
-  } else if (control.Locked) {
-    colours.setColor(QPalette::Base, QGuiApplication::palette().color(QPalette::Window));
+  } else {
+    const QPalette desktop = QGuiApplication::palette();
+    const QColor ground = desktop.color(control.Locked ? QPalette::Window : QPalette::Base);
+    if (control.Locked) colours.setColor(QPalette::Base, ground);
+    if (control.ForeColor != kBlack) {
+      colours.setColor(QPalette::Text, ReadableShade(ToQColor(control.ForeColor), ground));
+    }
   }
   edit->setPalette(colours);
+}
+
+void ShowWeight(QLineEdit* edit, const TextBox& control) {
+  QFont font = edit->font();
+  if (font.bold() == control.TextFont->bold) return;
+  font.setBold(control.TextFont->bold);
+  edit->setFont(font);
 }
 
 // The desktop takes other colours while the box is shown.
@@ -87,6 +99,7 @@ void BindColoured(QLineEdit* edit, TextBox& control) {
     }
     ShowText(edit, control);
     ShowColours(edit, control);
+    ShowWeight(edit, control);
   };
   control.SetView(show);
   show();

@@ -30,8 +30,13 @@ class GenParameterFileTest : public MonitorTest {
   void BuildScreen() {
     Screen(locations);
     for (std::size_t i = 0; i < texts.size(); ++i) {
-      monitor.main.RAM_LOC_VAL(static_cast<int>(i) + 1).Text = texts[i];
+      Answered(static_cast<int>(i) + 1, texts[i]);
     }
+  }
+  // The Location has been read.
+  void Answered(int index, const std::string& text) {
+    monitor.main.RAM_LOC_VAL(index).Text = text;
+    monitor.main.Reads.Note(index, monitor.main.Locations[index], text);
   }
   // What the file holds behind its header, with "|" for the ends of lines.
   std::string Made(const ParameterSelection& selection = {true, true, true}) {
@@ -44,13 +49,12 @@ class GenParameterFileTest : public MonitorTest {
     }
     return shown;
   }
-  std::string MadeOf(const Location& location, const std::string& text,
-                     const ParameterSelection& selection = {true, true, true}) {
-    locations.clear();
-    texts.clear();
-    Shows(location, text);
-    BuildScreen();
-    return Made(selection);
+  // The same for a screen of one Location.
+  std::string MadeOf(const Location& location, const std::string& text) {
+    if (monitor.main.MaxId == 0) Screen({location});
+    monitor.main.Locations[1] = location;
+    Answered(1, text);
+    return Made();
   }
   static Location Parameter(const std::string& id, SelectByte byte,
                             std::int32_t representation = kDecimal) {
@@ -131,6 +135,22 @@ TEST_F(GenParameterFileTest, WhatWasNotReadStaysOut) {
   EXPECT_EQ(MadeOf(Parameter("0001", kBoth, kOctal), "8"), "");
 }
 
+TEST_F(GenParameterFileTest, WhatTheControllerDidNotSayLikeThisStaysOut) {
+  const Location location = Parameter("0001", kBoth);
+  EXPECT_EQ(MadeOf(location, "1"), "* P <- 1|5 &H0001 &H1|");
+  monitor.main.RAM_LOC_VAL(1).Text = "2";
+  EXPECT_EQ(Made(), "") << "Another text.";
+  Answered(1, "2");
+  monitor.main.Locations[1].Address = "0002";
+  EXPECT_EQ(Made(), "") << "Another ID.";
+  monitor.main.Locations[1] = location;
+  monitor.main.Locations[1].Representation = kHexadecimal;
+  EXPECT_EQ(Made(), "") << "Other digits.";
+  monitor.main.Locations[1] = location;
+  monitor.main.Locations[1].SelectByte = kMsb;
+  EXPECT_EQ(Made(), "") << "Another half.";
+}
+
 // "1 23" would be read as another ID.
 TEST_F(GenParameterFileTest, AnAddressThatIsNoneStaysOut) {
   EXPECT_EQ(MadeOf(Parameter("1 23", kBoth), "1"), "");
@@ -196,6 +216,16 @@ TEST_F(GenParFileDialogTest, ProposesTheNameOfTheScreen) {
   }
   EXPECT_EQ(world.dialogs().last_file_request().filter, "Parameter File (*.par)|*.par");
   EXPECT_TRUE(dialog.form.Visible);
+}
+
+TEST_F(GenParFileDialogTest, TellsHowManyLocationsGoIn) {
+  EXPECT_EQ(dialog.lblCount.Caption.get(), "0 of 1 locations go in");
+  dialog.chkClass5.Value = true;
+  EXPECT_EQ(dialog.lblCount.Caption.get(), "1 of 1 locations go in");
+  dialog.Hide();
+  main.RAM_LOC_VAL(1).Text = "can not read";
+  dialog.Show();
+  EXPECT_EQ(dialog.lblCount.Caption.get(), "0 of 1 locations go in");
 }
 
 TEST_F(GenParFileDialogTest, SavesWhatIsTickedAndAddsTheFile) {

@@ -3,6 +3,7 @@
 #include "monitor/tool_commands.h"
 
 #include <string>
+#include <vector>
 
 #include "form/monitor_fixture.h"
 
@@ -114,6 +115,55 @@ TEST_F(ToolCommandsTest, TheServiceToolsOpenByTheirEntries) {
     entry->Press();
   }
   EXPECT_EQ(opened, "panel0 scan sniffer errors ");
+}
+
+// --- The tools for files -------------------------------------------------------------------------
+
+TEST_F(ToolCommandsTest, TheToolsForFilesThatNeedThePortAreRefusedDuringARun) {
+  std::string opened;
+  main.ShowParameters = [&] { opened += "parameters "; };
+  main.ShowCfgCheck = [&] { opened += "check "; };
+  main.ShowEepromDownloader = [&] { opened += "download "; };
+  const std::vector<MenuEntry*> entries = {&main.mnuLoadParameters, &main.mnuCfgCheck,
+                                           &main.M_EE_DOWN};
+  for (MenuEntry* entry : entries) entry->Press();
+  EXPECT_EQ(opened, "parameters check download ");
+  Run();
+  for (MenuEntry* entry : entries) {
+    entry->Enabled = true;
+    ExpectRefusal();
+    entry->Press();
+  }
+  EXPECT_EQ(opened, "parameters check download ");
+  EXPECT_TRUE(main.CommRunning);
+}
+
+TEST_F(ToolCommandsTest, ImagesAndThePressureConversionOpenBesideTheRun) {
+  std::string opened;
+  main.ShowEepromWriter = [&] { opened += "images "; };
+  main.ShowWPConversion = [&] { opened += "conversion "; };
+  main.M_EEPROM.Press();
+  main.mnuWPConversion.Press();
+  Run();
+  main.M_EEPROM.Press();
+  main.mnuWPConversion.Press();
+  EXPECT_EQ(opened, "images conversion images conversion ");
+  EXPECT_TRUE(main.CommRunning);
+  EXPECT_TRUE(main.Comm->PortOpen()) << "It is the run's.";
+}
+
+TEST_F(ToolCommandsTest, AParameterFileOfTheProjectOpensByADoubleClick) {
+  constexpr const char* kFile = "/jobs/boiler.par";
+  main.trvProject.AddFileToProject("par", kFile);
+  world.disk().Put(kFile, "");
+  std::string opened;
+  main.ShowParameters = [&] { opened += main.ParameterFile + " "; };
+  main.trvProject_DblClick(kFile);
+  EXPECT_EQ(opened, "/jobs/boiler.par ");
+  Run();
+  ExpectRefusal();
+  main.trvProject_DblClick(kFile);
+  EXPECT_EQ(opened, "/jobs/boiler.par ");
 }
 
 }  // namespace

@@ -27,18 +27,44 @@ TEST(ParseOptions, HasASpeedAndADelayOfItsOwn) {
 }
 
 TEST(ParseOptions, TakesAllThatCanBeGiven) {
-  const ProgramOptions options =
-      ParseOptions({"--protocol", "zolt",       "--link",      "/tmp/boiler",
-                    "--baud",     "1200",       "--bits",      "11",
-                    "--delay",    "40",         "--fault",     "no_reply#5",
-                    "--fault",    "split@0.1",  "--seed",      "77",
-                    "--log",      "a.log",      "--until-eof", "--help",
-                    "--slaves",   "0,A",        "--corrupted", "--poll",
-                    "0,A,5",      "--poll-gap", "7",           "--wrong-limits"});
+  const ProgramOptions options = ParseOptions({"--protocol",
+                                               "zolt",
+                                               "--link",
+                                               "/tmp/boiler",
+                                               "--baud",
+                                               "1200",
+                                               "--bits",
+                                               "11",
+                                               "--delay",
+                                               "40",
+                                               "--fault",
+                                               "no_reply#5",
+                                               "--fault",
+                                               "split@0.1",
+                                               "--seed",
+                                               "77",
+                                               "--log",
+                                               "a.log",
+                                               "--until-eof",
+                                               "--help",
+                                               "--slaves",
+                                               "0,A",
+                                               "--corrupted",
+                                               "--poll",
+                                               "0,A,5",
+                                               "--poll-gap",
+                                               "7",
+                                               "--wrong-limits",
+                                               "--write-once",
+                                               "8000,801F",
+                                               "--write-once-silent",
+                                               "8010"});
   EXPECT_EQ(options.boiler.protocol, "zolt");
   EXPECT_EQ(options.boiler.slave.addresses, "0,A");
   EXPECT_TRUE(options.boiler.slave.answers_corrupted);
   EXPECT_TRUE(options.boiler.slave.has_wrong_limits);
+  EXPECT_EQ(options.boiler.slave.write_once, "8000,801F");
+  EXPECT_EQ(options.boiler.slave.write_once_silent, "8010");
   EXPECT_EQ(options.boiler.second_master.addresses, "0,A,5");
   EXPECT_EQ(options.boiler.second_master.gap_us, 7'000);
   EXPECT_EQ(options.link, "/tmp/boiler");
@@ -93,9 +119,9 @@ TEST(ParseOptions, RefusesTheRestWithASentence) {
 
 TEST(HelpText, NamesEveryOption) {
   for (const char* option :
-       {"--device", "--link", "--protocol", "--slaves", "--corrupted", "--wrong-limits", "--poll",
-        "--poll-gap", "--baud", "--bits", "--at-once", "--delay", "--fault", "--seed", "--log",
-        "--until-eof", "--help"}) {
+       {"--device", "--link", "--protocol", "--slaves", "--corrupted", "--wrong-limits",
+        "--write-once", "--write-once-silent", "--poll", "--poll-gap", "--baud", "--bits",
+        "--at-once", "--delay", "--fault", "--seed", "--log", "--until-eof", "--help"}) {
     EXPECT_THAT(std::string(HelpText()), HasSubstr(std::string("\n  ") + option + " "));
   }
 }

@@ -161,7 +161,9 @@ TEST(ZoltSlave, HasThreeWrongLimitsWhereItIsAskedTo) {
       const std::string answer =
           slave.Answer({request, true, ""}, controller, WriteEffect::kStored);
       const bool is_taken = value < 256 && answer[1] == '\x95';
-      if (value < 256) EXPECT_EQ(answer[1], is_taken ? '\x95' : '\x45');
+      if (value < 256) {
+        EXPECT_EQ(answer[1], is_taken ? '\x95' : '\x45');
+      }
       if (is_taken && !was_taken) text += std::to_string(value) + " to ";
       if (!is_taken && was_taken) text += std::to_string(value - 1);
       was_taken = is_taken;
@@ -289,6 +291,51 @@ TEST_F(ZoltAnswers, CallEverythingCorruptedThatIsNoDigit) {
   EXPECT_EQ(Answer(Frame(1, '0', "0001", "\x01\x02\x03\x04")),
             Frame(0x21, '0', "0001", "\x01\x02\x03\x04"));
   EXPECT_EQ(Answer(Frame(0x87, '0', "????", "105A")), Frame(0x27, '0', "????", "105A"));
+}
+
+class ZoltWriteOnce : public ::testing::Test {
+ protected:
+  std::string Write(const std::string& data, WriteEffect effect = WriteEffect::kStored) {
+    return slave_.Answer({Frame(0x87, '0', "FFFE", data), true, ""}, controller_, effect);
+  }
+  int Byte(std::uint16_t address) const { return controller_.memory().Byte(address); }
+
+  Controller controller_{1};
+  ZoltSlave slave_{"0", false, false, {.refusing = {0x8005}, .forgetful = {0x8006}}};
+};
+
+TEST_F(ZoltWriteOnce, TakesTheFirstAndRefusesTheNext) {
+  EXPECT_EQ(Write("0511"), Frame(0x97, '0', "FFFE", "0511"));
+  EXPECT_EQ(Write("0522"), Frame(0x47, '0', "FFFE", "0522"));
+  EXPECT_EQ(Write("0511"), Frame(0x47, '0', "FFFE", "0511"));
+  EXPECT_EQ(Byte(0x8005), 0x11);
+}
+
+TEST_F(ZoltWriteOnce, TakesTheFirstAndForgetsTheNext) {
+  EXPECT_EQ(Write("0611"), Frame(0x97, '0', "FFFE", "0611"));
+  EXPECT_EQ(Write("0622"), Frame(0x97, '0', "FFFE", "0622"));
+  EXPECT_EQ(Byte(0x8006), 0x11);
+}
+
+TEST_F(ZoltWriteOnce, CountsOnlyWhatWasStored) {
+  Write("0511", WriteEffect::kForgotten);
+  Write("0522", WriteEffect::kRejected);
+  EXPECT_EQ(Write("0533"), Frame(0x97, '0', "FFFE", "0533"));
+  EXPECT_EQ(Byte(0x8005), 0x33);
+}
+
+TEST_F(ZoltWriteOnce, LeavesOtherAddressesAndOtherClassesAlone) {
+  for (const char* data : {"0411", "0422", "0711", "0722"}) {
+    EXPECT_EQ(Write(data), Frame(0x97, '0', "FFFE", data));
+  }
+  for (const char* data : {"0505", "0506"}) {
+    const std::string frame = Frame(0x87, '0', "FF3D", data);
+    slave_.Answer({frame, true, ""}, controller_, WriteEffect::kStored);
+    EXPECT_EQ(slave_.Answer({frame, true, ""}, controller_, WriteEffect::kStored),
+              Frame(0x97, '0', "FF3D", data));
+  }
+  EXPECT_EQ(Byte(0x8004), 0x22);
+  EXPECT_EQ(Byte(0x8105), 0x06);
 }
 
 TEST_F(ZoltAnswers, SayThatTheyStoredWhatTheyForget) {

@@ -1,6 +1,8 @@
 // The configuration check frame by frame: what goes out in each stage, and what each answer makes
 // of it.
 
+#include <map>
+
 #include "tools/cfg_check_fixture.h"
 
 namespace tarnlink {
@@ -33,7 +35,7 @@ TEST_F(CfgCheckTest, ShowsTheFile) {
   EXPECT_EQ(tool.txt_ConfigurationFile.Text.get(), "/home/user/work/a.cfg");
   EXPECT_EQ(Row(0), "056D\t30\t85\t60\tCH setpoint\t1\t\t");
   EXPECT_EQ(Row(1), "095C\t0\t255\t-\tHeat demand\t0\t\t");
-  EXPECT_EQ(tool.ProgressBar1.Maximum.get(), 3);
+  EXPECT_EQ(tool.ProgressBar1.Max.get(), 3);
   EXPECT_EQ(Count(), "0 / 2");
 }
 
@@ -43,7 +45,7 @@ TEST_F(CfgCheckTest, ForgetsTheFileWhenNoneIsChosen) {
   tool.cmd_Open.Press();
   EXPECT_EQ(tool.txt_ConfigurationFile.Text.get(), "No file specified");
   EXPECT_TRUE(tool.ParametersList.List.get().empty());
-  EXPECT_EQ(tool.ProgressBar1.Maximum.get(), 1);
+  EXPECT_EQ(tool.ProgressBar1.Max.get(), 1);
 }
 
 TEST_F(CfgCheckTest, TellsOfAFileThatCannotBeRead) {
@@ -270,6 +272,50 @@ TEST_F(CfgCheckTest, ClosesAnIdleFormWithoutAQuestion) {
   Load(kOneItem);
   tool.Unload();
   EXPECT_FALSE(tool.form.Visible);
+}
+
+TEST_F(CfgCheckTest, MarksTheRowInWork) {
+  Begin(std::string(kOneItem) + "05F4\t35\t65\t50\tDHW\t1\r\n");
+  EXPECT_EQ(tool.ParametersList.InWork.get(), 0);
+  PassTo(7);
+  EXPECT_EQ(tool.ParametersList.InWork.get(), 1);
+  tool.cmd_Stop.Press();
+  EXPECT_EQ(tool.ParametersList.InWork.get(), -1);
+  Begin(kOneItem);
+  PassTo(7);
+  EXPECT_EQ(tool.ParametersList.InWork.get(), -1);
+}
+
+TEST_F(CfgCheckTest, TellsGoodWrongAndUnknownApart) {
+  const std::map<std::string, CfgVerdict> verdicts = {
+      {"\t\t", CfgVerdict::kNone},
+      {"OK", CfgVerdict::kGood},
+      {"Wrong default value", CfgVerdict::kWrong},
+      {"Maximum limit incorrect", CfgVerdict::kWrong},
+      {"Unknown Data ID", CfgVerdict::kUnknown},
+      {"ID has not been checked", CfgVerdict::kUnknown}};
+  Load(kOneItem);
+  for (const auto& [result, verdict] : verdicts) {
+    tool.ConfigItems[0].Result = result;
+    EXPECT_EQ(tool.VerdictAt(0), verdict) << result;
+  }
+}
+
+TEST_F(CfgCheckTest, OpensTheNextFileWhereTheLastOneWas) {
+  Load(kOneItem);
+  EXPECT_EQ(tool.txt_ConfigurationFile.ToolTipText.get(), "/home/user/work/a.cfg");
+  world.dialogs().ExpectOpenFile().Cancel();
+  tool.cmd_Open.Press();
+  EXPECT_EQ(world.dialogs().last_file_request().folder, "/home/user/work");
+  EXPECT_EQ(tool.txt_ConfigurationFile.ToolTipText.get(), "");
+}
+
+TEST_F(CfgCheckTest, HasNothingToCopyOrSaveWithoutAList) {
+  EXPECT_FALSE(tool.cmd_Copy.Enabled);
+  EXPECT_FALSE(tool.cmd_Save.Enabled);
+  Load(kOneItem);
+  EXPECT_TRUE(tool.cmd_Copy.Enabled);
+  EXPECT_TRUE(tool.cmd_Save.Enabled);
 }
 
 TEST_F(CfgCheckTest, CopiesAndSavesTheList) {

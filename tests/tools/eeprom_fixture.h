@@ -29,6 +29,11 @@ inline boiler::SimulatedBoiler::Options EepromBoiler(std::uint64_t seed = 1) {
   return {.protocol = "zolt", .slave = {.addresses = "0,A"}, .line = kEepromLine, .seed = seed};
 }
 
+// What the disk says of a path that is forbidden; `what` is "read" or "written".
+inline std::string Forbidden(const std::string& path, const std::string& what) {
+  return "\"" + path + "\" could not be " + what + ": you do not have the permission.";
+}
+
 class EepromWriterTest : public ::testing::Test {
  protected:
   EepromWriterTest() { tool.Show(); }
@@ -48,7 +53,14 @@ class EepromWriterTest : public ::testing::Test {
     return text;
   }
   void PressWrite(Answer answer = Answer::kYes) {
-    world.dialogs().ExpectMessageBox(question, "Write EEPROM").Press(answer);
+    world.dialogs()
+        .ExpectMessageBox({.text = question,
+                           .title = "Write EEPROM",
+                           .icon = Icon::kQuestion,
+                           .buttons = Buttons::kYesNo,
+                           .second_is_default = true,
+                           .detail = question_detail})
+        .Press(answer);
     tool.cmd_WriteEEPROM.Press();
     world.dialogs().TakeShown();
   }
@@ -76,6 +88,7 @@ class EepromWriterTest : public ::testing::Test {
   }
 
   std::string question = "Write 16 bytes, 0X8000 to 0X800F, into slave 0?";
+  std::string question_detail = "All that these addresses hold now is lost.";
   FakeWorld world;
   PlainHost plain{world};
   frm_EEPROM tool{plain.host};
@@ -84,6 +97,9 @@ class EepromWriterTest : public ::testing::Test {
 // With the boiler.
 class EepromBoilerTest : public EepromWriterTest {
  protected:
+  explicit EepromBoilerTest(const boiler::SimulatedBoiler::Options& options = EepromBoiler())
+      : boiler(world, options) {}
+
   std::string Held(int first, int count) {
     std::string bytes;
     for (int i = 0; i < count; ++i) {
@@ -93,7 +109,7 @@ class EepromBoilerTest : public EepromWriterTest {
     return bytes;
   }
 
-  BoilerOnLine boiler{world, EepromBoiler()};
+  BoilerOnLine boiler;
 };
 
 }  // namespace tarnlink

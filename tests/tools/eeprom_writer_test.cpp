@@ -56,11 +56,22 @@ TEST_F(EepromOutputFiles, NeverReplaceTheirSource) {
 
 TEST_F(EepromOutputFiles, TellWhatTheDiskSays) {
   Choose(Source(1));
-  world.disk().Forbid("/home/user/work/image.tlk");
-  world.disk().Put("/home/user/work/image.tlk", "old");
-  EXPECT_EQ(world.disk().Get("/home/user/work/image.tlk"), "old");
-  tool.cmd_CalcFileChecksum.Press();
-  EXPECT_EQ(tool.txt_FileChecksum.Text->substr(0, 2), "&H");
+  const std::string tlk = "/home/user/work/image.tlk";
+  world.disk().Put(tlk, "old");
+  world.disk().Forbid(tlk);
+  ExpectError(Forbidden(tlk, "written"));
+  tool.cmd_TarnlinkFile.Press();
+  EXPECT_FALSE(world.disk().Exists("/home/user/work/image.bin"));
+  EXPECT_TRUE(tool.cmd_TarnlinkFile.Enabled);
+  // The source itself: nothing is begun with it.
+  world.disk().Forbid(kDefPath);
+  for (CommandButton* button : {&tool.cmd_TarnlinkFile, &tool.cmd_CalcFileChecksum,
+                                &tool.cmd_WriteEEPROM, &tool.cmd_VerifyEEPROM}) {
+    ExpectError(Forbidden(kDefPath, "read"));
+    button->Press();
+  }
+  EXPECT_EQ(world.port().opens(), 0);
+  EXPECT_EQ(tool.txt_FileChecksum.Text.get(), "");
 }
 
 TEST_F(EepromOutputFiles, NeedASourceThatIsChosen) {
@@ -69,6 +80,10 @@ TEST_F(EepromOutputFiles, NeedASourceThatIsChosen) {
   tool.cmd_CalcFileChecksum.Press();
   tool.WriteEEPROM();
   tool.VerifyEEPROM();
+  for (const CommandButton* button : {&tool.cmd_TarnlinkFile, &tool.cmd_CalcFileChecksum,
+                                      &tool.cmd_WriteEEPROM, &tool.cmd_VerifyEEPROM}) {
+    EXPECT_FALSE(button->Enabled) << button->name();
+  }
   Choose(Source(1));
   EXPECT_EQ(world.dialogs().last_file_request().file_name, "*.def");
   EXPECT_TRUE(tool.FileOpen);
@@ -76,10 +91,43 @@ TEST_F(EepromOutputFiles, NeedASourceThatIsChosen) {
   tool.cmd_Browse.Press();
   EXPECT_FALSE(tool.FileOpen);
   EXPECT_EQ(tool.txt_eepromsourcefile.Text.get(), "No file specified");
-  world.dialogs().ExpectOpenFile().Give("*.def");
-  tool.cmd_Browse.Press();
-  EXPECT_FALSE(tool.FileOpen);
+  for (const char* as_it_was : {"*.def", "/home/user/work/*.def"}) {
+    Choose(Source(1));
+    world.dialogs().ExpectOpenFile().Give(as_it_was);
+    tool.cmd_Browse.Press();
+    EXPECT_FALSE(tool.FileOpen);
+    EXPECT_EQ(tool.txt_eepromsourcefile.Text.get(), "No file specified");
+  }
   EXPECT_FALSE(world.port().PortOpen());
+}
+
+TEST_F(EepromOutputFiles, AreLookedForWhereTheLastWas) {
+  Choose(Source(1));
+  EXPECT_EQ(world.dialogs().last_file_request().folder, world.disk().DocumentsFolder());
+  world.dialogs().ExpectOpenFile().Cancel();
+  tool.cmd_Browse.Press();
+  EXPECT_EQ(world.dialogs().last_file_request().folder, "/home/user/work");
+}
+
+TEST_F(EepromOutputFiles, ShowWhatTheirSourceHolds) {
+  Choose(Source(3));
+  EXPECT_EQ(tool.lblSource.Caption.get(), "48 bytes, 0X8000 to 0X802F");
+  ASSERT_EQ(tool.picMap.Cells().size(), 48U);
+  EXPECT_EQ(tool.picMap.Cells()[1].Text, "05 cell 1");
+  EXPECT_EQ(tool.picMap.Cells()[1].Address, "0X8001");
+  EXPECT_EQ(tool.txt_eepromsourcefile.ToolTipText.get(), kDefPath);
+  Choose("START\r\n01,2,0X8000,first\r\n");
+  EXPECT_EQ(tool.lblSource.Caption.get(),
+            "Value Error in EEPROM source file on line : 0X8000 first");
+  EXPECT_TRUE(tool.picMap.Cells().empty());
+  Choose("nothing");
+  EXPECT_EQ(tool.lblSource.Caption.get(),
+            "The EEPROM source file holds no block behind a line \"START\".");
+  Choose(Source(1));
+  world.dialogs().ExpectOpenFile().Cancel();
+  tool.cmd_Browse.Press();
+  EXPECT_EQ(tool.lblSource.Caption.get(), "");
+  EXPECT_TRUE(tool.picMap.Cells().empty());
 }
 
 TEST_F(EepromOutputFiles, HaveAChecksumOfTheirSource) {
@@ -115,7 +163,7 @@ TEST_F(EepromWriting, AsksBeforeTheFirstByte) {
 
 TEST_F(EepromWriting, SendsOffsetAndValueUnderTheAliasOfThePage) {
   Start();
-  EXPECT_EQ(world.port().opened_with().baud, 9600);
+  EXPECT_EQ(world.port().opened_with().speed, 9600);
   EXPECT_EQ(TakeFrames(), std::vector<std::string>{Readable(zolt_frame::FinishFrame("\x87"
                                                                                     "0FFFE0000"))});
   EXPECT_EQ(tool.lblProgress.Caption.get(), "0X8000 : 00 (cell 0)");
@@ -139,11 +187,19 @@ TEST_F(EepromWriting, PutsABlankInFrontOfOneDigit) {
   EXPECT_EQ(tool.LastConfirmed, "0X8001");
 }
 
-TEST_F(EepromWriting, HasNoAliasForOtherPages) {
+TEST_F(EepromWriting, HasAnAliasOfItsOwnForPage81) {
   Start(0x8100);
   EXPECT_EQ(TakeFrames(), std::vector<std::string>{Readable(zolt_frame::FinishFrame("\x87"
-                                                                                    "0????0000"))});
-  tool.cmd_Stop.Press();
+                                                                                    "0FF3D0000"))});
+  Say(kDone, "FFFE", "0000");
+  EXPECT_EQ(tool.LastConfirmed, "");
+  Say(kDone, "FF3D", "0000");
+  EXPECT_EQ(tool.LastConfirmed, "0X8100");
+}
+
+// A frame of twelve bytes, which no slave answers.
+TEST_F(EepromWriting, HasNoAliasForOtherPages) {
+  question_detail = "Only pages 80 and 81 can be written: the run will get no further than 0X9000.";
   Start(0x9000);
   EXPECT_EQ(TakeFrames(), std::vector<std::string>{Readable(zolt_frame::FinishFrame("\x87"
                                                                                     "00000"))});
@@ -171,11 +227,31 @@ TEST_F(EepromWriting, RepeatsWithoutEndUntilItIsStopped) {
 TEST_F(EepromWriting, RepeatsARefusalAtOnce) {
   Start();
   const std::string first = world.port().TakeSent().at(0);
-  for (const std::uint8_t kind : {0x27, 0x47, 0x67, 0x17}) {
-    Say(kind, "FFFE", "0000");
-    EXPECT_EQ(world.port().TakeSent(), std::vector<std::string>{first}) << int{kind};
+  struct Row {
+    std::uint8_t type;
+    const char* trouble;
+  };
+  for (const Row& row :
+       {Row{0x27, "once: the slave heard it damaged."}, Row{0x47, "2 times: the slave refuses it."},
+        Row{0x67, "3 times: the slave does not know the address."},
+        Row{0x17, "4 times: the slave answers something else."}}) {
+    Say(row.type, "FFFE", "0000");
+    EXPECT_EQ(world.port().TakeSent(), std::vector<std::string>{first}) << int{row.type};
+    EXPECT_EQ(tool.lblTrouble.Caption.get(), std::string("Sent again ") + row.trouble);
   }
   EXPECT_EQ(tool.LastConfirmed, "");
+  Say(kDone, "FFFE", "0000");
+  EXPECT_EQ(tool.lblTrouble.Caption.get(), "");
+}
+
+TEST_F(EepromWriting, TellsThatTheSlaveIsSilent) {
+  Start();
+  world.Advance(1s);
+  EXPECT_EQ(tool.lblTrouble.Caption.get(), "Sent again once: no answer.");
+  world.Advance(11s);
+  EXPECT_EQ(tool.lblTrouble.Caption.get(), "Sent again 12 times: no answer.");
+  tool.cmd_Stop.Press();
+  EXPECT_EQ(LastResult(), "Stopped. No address has been confirmed.");
 }
 
 TEST_F(EepromWriting, SkipsWhatIsNotItsAnswer) {
@@ -200,6 +276,7 @@ TEST_F(EepromWriting, TakesNoAcknowledgementOfAnotherByte) {
   EXPECT_EQ(tool.LastConfirmed, "0X8000");
   world.Advance(500ms);
   EXPECT_EQ(world.port().TakeSent(), std::vector<std::string>{second});
+  EXPECT_EQ(tool.lblTrouble.Caption.get(), "Sent again once: the answer was to another request.");
   Say(kDone, "FFFE", "0105");
   EXPECT_EQ(tool.LastConfirmed, "0X8001");
 }
@@ -214,12 +291,13 @@ TEST_F(EepromWriting, WaitsForAQuietLineBehindATornFrame) {
   EXPECT_TRUE(world.port().TakeSent().empty());
   world.Advance(500ms);
   EXPECT_EQ(world.port().TakeSent(), std::vector<std::string>{request});
+  EXPECT_EQ(tool.lblTrouble.Caption.get(), "Sent again once: a damaged answer.");
 }
 
 TEST_F(EepromWriting, TellsTheLastConfirmedAddressWhenThePortIsPulledOut) {
   Start();
   for (int i = 0; i < 3; ++i) Acknowledge();
-  world.dialogs().ExpectMessageBox({.text = "The port /dev/fake is gone.",
+  world.dialogs().ExpectMessageBox({.text = "COM1 was unplugged.",
                                     .title = "Error",
                                     .icon = Icon::kCritical,
                                     .detail = "The last address that was confirmed is 0X8002."});
@@ -233,9 +311,16 @@ TEST_F(EepromWriting, TellsAPortThatCannotBeOpened) {
   Choose(Source(1));
   world.port().MakeBusy();
   world.dialogs().ExpectMessageBox(question, "Write EEPROM").Press(Answer::kYes);
-  ExpectError("");
+  world.dialogs().ExpectMessageBox(
+      {.text = "COM1 is in use by another program.",
+       .title = "Error",
+       .icon = Icon::kCritical,
+       .detail =
+           "While the main window communicates, the port is its own: stop the communication there "
+           "first."});
   tool.cmd_WriteEEPROM.Press();
   EXPECT_FALSE(tool.Writing);
+  EXPECT_TRUE(tool.cmd_WriteEEPROM.Enabled);
 }
 
 TEST_F(EepromWriting, ChecksAllOfTheSourceBeforeTheFirstByte) {
@@ -261,6 +346,58 @@ TEST_F(EepromWriting, AsksBeforeItClosesInTheMiddle) {
   tool.Unload();
   EXPECT_TRUE(tool.MayClose());
   EXPECT_FALSE(world.port().PortOpen());
+}
+
+TEST_F(EepromWriting, AsksBeforeItClosesWhileItIsNotProved) {
+  Start();
+  for (int i = 0; i < 16; ++i) Acknowledge();
+  world.dialogs()
+      .ExpectMessageBox("What was written is being verified. Stop and close the window?",
+                        "PROM File Generator")
+      .Press(Answer::kNo);
+  EXPECT_FALSE(tool.MayClose());
+  tool.cmd_Stop.Press();
+  tool.cmd_VerifyEEPROM.Press();
+  EXPECT_TRUE(tool.Writing);
+  EXPECT_TRUE(tool.MayClose());
+}
+
+TEST_F(EepromWriting, PaintsHowFarEachByteIs) {
+  Start();
+  const auto state = [this](std::size_t cell) { return tool.picMap.Cells().at(cell).State; };
+  EXPECT_EQ(state(0), CellState::kInWork);
+  Acknowledge();
+  EXPECT_EQ(state(0), CellState::kWritten);
+  EXPECT_EQ(state(1), CellState::kInWork);
+  EXPECT_EQ(state(2), CellState::kOpen);
+  for (int i = 1; i < 16; ++i) Acknowledge();
+  EXPECT_EQ(state(0), CellState::kInWork);
+  EXPECT_EQ(state(15), CellState::kWritten);
+  Say(kRead, "FFAB", "0000");
+  EXPECT_EQ(state(0), CellState::kVerified);
+  Say(kRead, "FFAB", "0600");
+  world.Advance(500ms);
+  ExpectError("Verify Error on " + kDefPath);
+  Say(kRead, "FFAB", "0600");
+  EXPECT_EQ(state(1), CellState::kWrong);
+  EXPECT_TRUE(tool.cmdCopyResults.Enabled && tool.cmdSaveResults.Enabled);
+}
+
+TEST_F(EepromWriting, KeepsItsResults) {
+  EXPECT_FALSE(tool.cmdCopyResults.Enabled || tool.cmdSaveResults.Enabled);
+  Start();
+  Acknowledge();
+  tool.cmd_Stop.Press();
+  std::string copied;
+  tool.CopyText = [&](const std::string& text) { copied = text; };
+  tool.cmdCopyResults.Press();
+  EXPECT_EQ(copied, "Stopped. The last address that was confirmed is 0X8000.\n");
+  world.dialogs().ExpectSaveFile("Save results").Give("/home/user/work/results.txt");
+  tool.cmdSaveResults.Press();
+  EXPECT_EQ(world.disk().Get("/home/user/work/results.txt"),
+            "Stopped. The last address that was confirmed is 0X8000.\r\n");
+  world.dialogs().ExpectSaveFile("Save results").Cancel();
+  tool.cmdSaveResults.Press();
 }
 
 TEST_F(EepromWriting, StepsThroughSixteenSlaves) {
@@ -316,6 +453,7 @@ TEST_F(EepromVerifying, AsksOnceMoreWhenAnAnswerDoesNotFit) {
   SayWord("0500");
   EXPECT_EQ(tool.LastConfirmed, "0X8001");
   world.Advance(500ms);
+  EXPECT_EQ(tool.lblTrouble.Caption.get(), "Sent again once: another value came.");
   SayWord("0A05");
   EXPECT_EQ(tool.LastConfirmed, "0X8002");
 }

@@ -160,6 +160,48 @@ TEST_F(WpConversion, SurvivesNumbersWithoutMeasure) {
   }
 }
 
+TEST_F(WpConversion, DrawsTheSensorAndTheWholeTenthsOfTheController) {
+  EXPECT_TRUE(tool.picSensor.Sensor->empty());
+  tool.cmdConvert.Press();
+  const auto& sensor = tool.picSensor.Sensor.get();
+  ASSERT_EQ(sensor.size(), 2U);
+  EXPECT_DOUBLE_EQ(sensor[0].volt, 1.4);
+  EXPECT_DOUBLE_EQ(sensor[0].bar, 0.5);
+  EXPECT_DOUBLE_EQ(sensor[1].volt, 2.5);
+  EXPECT_DOUBLE_EQ(sensor[1].bar, 2.5);
+  const auto& controller = tool.picSensor.Controller.get();
+  ASSERT_EQ(controller.size(), 256U);
+  EXPECT_DOUBLE_EQ(controller[255].volt, 5.0);
+  EXPECT_DOUBLE_EQ(controller[57].bar, 0.0);
+  EXPECT_DOUBLE_EQ(controller[59].bar, 0.0);  // 2 * 41 / 115 is none yet
+  EXPECT_DOUBLE_EQ(controller[60].bar, 0.1);
+  EXPECT_DOUBLE_EQ(controller[127].bar, 2.4);  // 24.96
+  EXPECT_DOUBLE_EQ(controller[255].bar, 7.0);  // 70.59
+  EXPECT_DOUBLE_EQ(controller[0].bar, -2.0);   // -20.3
+  tool.txtU1.Text = "x";
+  tool.cmdConvert.Press();
+  EXPECT_TRUE(tool.picSensor.Sensor->empty());
+  EXPECT_TRUE(tool.picSensor.Controller->empty());
+}
+
+TEST_F(WpConversion, DrawsNoPointsThatAreFarFromAnySensor) {
+  for (const char* text : {"1000", "-1000", "1e300"}) {
+    Convert("1.4", "0.5", "2.5", text);
+    EXPECT_TRUE(tool.frmFault.Visible) << text;
+    EXPECT_TRUE(tool.picSensor.Sensor->empty()) << text;
+    EXPECT_TRUE(tool.picSensor.Controller->empty()) << text;
+  }
+}
+
+TEST_F(WpConversion, ComesToTheFrontWhenItIsOpenedOnceMore) {
+  int raised = 0;
+  tool.ToFront = [&] { ++raised; };
+  tool.txtU1.Text = "7";
+  tool.Show();
+  EXPECT_EQ(raised, 1);
+  EXPECT_EQ(tool.txtU1.Text.get(), "7");
+}
+
 TEST_F(WpConversion, ClosesOnceAndOpensWithItsDesignAgain) {
   int closed = 0;
   tool.Unloaded = [&] { ++closed; };

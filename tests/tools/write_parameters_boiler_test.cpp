@@ -133,7 +133,8 @@ TEST_P(WriteParametersFault, NeverSaysOkToWhatIsNotThere) {
   WriterOnLine one(7);
   int verified = 0;
   for (int round = 1; round <= 12; ++round) {
-    std::string text = "5 &H056D &H" + std::to_string(3000 + round * 100) + "\r\n";
+    const int degrees = 48 + round;
+    std::string text = "5 &H056D " + std::to_string(256 * degrees) + "\r\n";
     for (int i = 0; i < 6; ++i) {
       text += "7 " + std::to_string(0xF410 + i) + " " + std::to_string(16 * i + round) + "\r\n";
     }
@@ -142,7 +143,9 @@ TEST_P(WriteParametersFault, NeverSaysOkToWhatIsNotThere) {
     one.boiler.line().AddFault(GetParam() + "@0.3");
     const std::string report = one.Write(text);
     verified += report == kAllVerified ? 1 : 0;
-    for (int i = 0; report == kAllVerified && i < 6; ++i) {
+    if (report != kAllVerified) continue;
+    EXPECT_EQ(one.Byte(0x8000), degrees) << GetParam();
+    for (int i = 0; i < 6; ++i) {
       EXPECT_EQ(one.Byte(0xF410 + i), 16 * i + round) << GetParam();
     }
   }
@@ -152,6 +155,10 @@ TEST_P(WriteParametersFault, NeverSaysOkToWhatIsNotThere) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, WriteParametersFault, ::testing::ValuesIn(LineFaults()),
+                         LineFaultName);
+INSTANTIATE_TEST_SUITE_P(OfWrites, WriteParametersFault,
+                         ::testing::Values("write_ok_not_stored", "write_stored_answer_lost",
+                                           "write_slow(2000)"),
                          LineFaultName);
 
 }  // namespace

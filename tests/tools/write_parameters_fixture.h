@@ -69,7 +69,7 @@ class WriteParametersTest : public ::testing::Test {
   void Quiet() { world.Advance(std::chrono::milliseconds(500)); }
   // The list with "|" for the ends of lines.
   std::string List() const {
-    std::string text = tool.txtScrollStatus.Text;
+    std::string text = tool.txtScrollStatus.Text();
     for (std::size_t at = 0; (at = text.find("\r\n", at)) != std::string::npos;) {
       text.replace(at, 2, "|");
     }

@@ -142,6 +142,16 @@ TEST_F(WriteParametersTest, OnlyTheFirstCharacterOfTheSlaveCounts) {
   Answer(kAckWritten + 5, 0x123, 0x2A, "1");
 }
 
+TEST_F(WriteParametersTest, WithoutACharacterTheSlaveIsZero) {
+  Open(kOne);
+  tool.txtSlave.Text = "";
+  tool.chkVerify.Value = false;
+  tool.cmdWriteZOLT.Press();
+  EXPECT_EQ(Sent(), "85 0 0123 002A");
+  ExpectAllSet();
+  Answer(kAckWritten + 5, 0x123);
+}
+
 TEST_F(WriteParametersTest, TheListTellsWhatHappensToEachItem) {
   Start(kTwo, true);
   EXPECT_EQ(tool.StatusBar1.Text.get(), "Writing to ZOLT");
@@ -178,6 +188,7 @@ TEST_F(WriteParametersTest, WhileItRunsNothingCanBeChanged) {
   }
   EXPECT_FALSE(tool.ProgressBar1.Visible);
   EXPECT_EQ(tool.StatusBar1.Text.get(), "");
+  EXPECT_EQ(tool.lblProgress.Caption.get(), "All parameters set.");
   EXPECT_FALSE(tool.CommWatch->Enabled());
 }
 
@@ -258,6 +269,33 @@ TEST_F(WriteParametersTest, APageWithoutAnAliasIsNotSent) {
             std::string::npos);
 }
 
+TEST_F(WriteParametersTest, ManyThatCanNotBeSentAreGivenUpInSteps) {
+  std::string text;
+  for (int i = 0; i < 1'000; ++i) text += "7 4096 1\r\n";
+  Start(text);
+  EXPECT_TRUE(tool.IsRunning());
+  EXPECT_LE(tool.ParameterIndex, 50);
+  ExpectReport("Write settings", "1000 parameters NOT send.", Icon::kCritical);
+  world.Advance(1s);
+  EXPECT_FALSE(tool.IsRunning());
+  EXPECT_EQ(List().find("TimeOut"), std::string::npos);
+}
+
+TEST_F(WriteParametersTest, LeftBetweenTwoStepsItStays) {
+  std::string text;
+  for (int i = 0; i < 1'000; ++i) text += "7 4096 1\r\n";
+  Start(text + kOne);
+  world.dialogs()
+      .ExpectMessageBox(
+          "Parameters are still being sent. Those sent so far stay in the controller."
+          "\r\nDo you want to stop?",
+          "Write Parameters")
+      .Press(tarnlink::Answer::kYes);
+  tool.Unload();
+  world.Advance(1min);
+  EXPECT_EQ(Sent(), "nothing");
+}
+
 TEST_F(WriteParametersTest, TheListCanBeCopiedAndSaved) {
   Open(kOne);
   std::string copied;
@@ -267,6 +305,7 @@ TEST_F(WriteParametersTest, TheListCanBeCopiedAndSaved) {
   world.dialogs().ExpectSaveFile("Save As").Give("/jobs/list.txt");
   tool.cmdSaveList.Press();
   EXPECT_EQ(world.disk().Get("/jobs/list.txt"), copied);
+  EXPECT_EQ(world.dialogs().last_file_request().folder, "/jobs") << "Beside the file.";
   world.disk().SetFreeSpace(0);
   world.dialogs().ExpectSaveFile("Save As").Give("/jobs/list.txt");
   world.dialogs().ExpectMessageBox(

@@ -24,6 +24,7 @@
 
 #include "form/boiler_on_line.h"
 #include "support/fake_world.h"
+#include "ui/file_tools.h"
 #include "ui/graph_fixture.h"
 #include "ui/service_tools.h"
 #include "ui/ui_fixture.h"
@@ -62,7 +63,9 @@ class ServiceToolsTest : public ::testing::Test {
   // As after the program has been left and started again.
   void StartAgain() {
     tools.reset();
+    file_tools.reset();
     tools.emplace(host, nullptr);
+    file_tools.emplace(host, nullptr);
   }
   template <class T = QWidget>
   static T& In(QWidget& form, const std::string& name) {
@@ -148,6 +151,7 @@ class ServiceToolsTest : public ::testing::Test {
                 .LogPath = [] { return std::string("/home/user"); },
                 .GoControlPanel = {}};
   std::optional<ServiceTools> tools{std::in_place, host, nullptr};
+  std::optional<FileTools> file_tools{std::in_place, host, nullptr};
 };
 
 }  // namespace tarnlink

@@ -92,11 +92,21 @@ class ToolLayoutTest : public ServiceToolsTest {
     EXPECT_TRUE(
         QTest::qWaitFor([&] { return form.palette().color(QPalette::Window) == ground; }, 2000));
   }
+  template <class Form>
+  static QWidget& Shown(Form& form) {
+    form.Show();
+    return Activated(form.form.name());
+  }
   void EachTool(const std::function<void(QWidget&)>& look) {
     for (const auto& open : std::vector<std::function<QWidget&()>>{
              [this]() -> QWidget& { return OpenPanel(10); },
              [this]() -> QWidget& { return OpenScan(); },
-             [this]() -> QWidget& { return OpenWrongMessages(); }}) {
+             [this]() -> QWidget& { return OpenWrongMessages(); },
+             [this]() -> QWidget& { return Shown(file_tools->cfg_check); },
+             [this]() -> QWidget& { return Shown(file_tools->wp_conversion); },
+             [this]() -> QWidget& { return Shown(file_tools->parameters); },
+             [this]() -> QWidget& { return Shown(file_tools->eeprom); },
+             [this]() -> QWidget& { return Shown(file_tools->eeprom_down); }}) {
       QWidget& form = open();
       look(form);
       form.close();

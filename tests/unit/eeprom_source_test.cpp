@@ -117,7 +117,7 @@ TEST(EepromSource, ReadsBackWhatItWrites) {
   EXPECT_EQ(low.substr(0, 32), "START\r\n5A,90,0X8000, \r\n5A,90,0X8");
   EXPECT_NE(low.find("0X800F, \r\n \r\n5A,90,0X8010, \r\n"), std::string::npos);
   const std::string high = EepromDefText(0x9000, bytes);
-  EXPECT_EQ(high.substr(0, 25), "START\r\n \r\n5A,90,0X9000, \r\n");
+  EXPECT_EQ(high.substr(0, 26), "START\r\n \r\n5A,90,0X9000, \r\n");
   for (const std::string& text : {low, high}) {
     const EepromSource source = ReadEepromSource(text);
     ASSERT_EQ(source.blocks.size(), 2U);

@@ -115,8 +115,7 @@ TEST(ReadParameterFile, TakesAsManyAsTheWriterCounts) {
 
 TEST(ReadParameterFile, EveryPrefixOfTheSampleIsReadOrRefused) {
   const std::string sample = SampleText("boiler.par");
-  EXPECT_EQ(Read(sample),
-            "5 1389 15872; 5 1524 13312; 5 2311 14848; 7 61586 0; 7 62480 42; 7 62481 43 # 6");
+  EXPECT_EQ(Read(sample), "5 1389 15872; 5 1524 13312; 5 2311 14848; 7 62480 42; 7 62481 43 # 5");
   ForEveryPrefix(sample, [](std::string_view text) {
     const ParameterFile file = ReadParameterFile(text);
     EXPECT_EQ(static_cast<int>(file.items.size()), file.failure ? 0 : file.count);

@@ -14,6 +14,7 @@
 #include <QStyleHints>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTableWidget>
 #include <QTimer>
 #include <QToolBar>
 #include <QTreeWidget>
@@ -265,7 +266,7 @@ QString Driver::Keys(const QString& text) {
   return "ok";
 }
 
-// The lines of a tree, depth first, or of a list.
+// The lines of a tree, depth first, or of a list; of a table with tabs between the cells.
 QString Driver::Items(const QString& name) {
   QObject* object = Find(name);
   QStringList lines;
@@ -275,6 +276,12 @@ QString Driver::Items(const QString& name) {
     for (int i = 0; i < box->count(); ++i) lines << box->itemText(i);
   } else if (auto* list = qobject_cast<QListWidget*>(object)) {
     for (int i = 0; i < list->count(); ++i) lines << list->item(i)->text();
+  } else if (auto* table = qobject_cast<QTableWidget*>(object)) {
+    for (int row = 0; row < table->rowCount(); ++row) {
+      QStringList cells;
+      for (int i = 0; i < table->columnCount(); ++i) cells << table->item(row, i)->text();
+      lines << cells.join(QLatin1Char('\t'));
+    }
   } else {
     return "no such: " + name;
   }

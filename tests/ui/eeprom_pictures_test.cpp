@@ -1,0 +1,79 @@
+// Pictures of the EEPROM writer and the EEPROM downloader for a person to look at: idle, at work,
+// finished and failed, in a light and a dark palette, whole and as on a small screen.
+
+#include "ui/eeprom_fixture.h"
+#include "ui/look.h"
+
+namespace tarnlink {
+namespace {
+
+class EepromPictures : public EepromWindowsTest, public ::testing::WithParamInterface<Look> {
+ protected:
+  EepromPictures() : usual_(QApplication::palette()) {
+    if (GetParam().dark) QApplication::setPalette(DarkPalette());
+  }
+  ~EepromPictures() override { QApplication::setPalette(usual_); }
+
+  static void Save(QWidget& form, const std::string& name) {
+    ShowWhole(form);
+    SavePicture(form, name + "-" + GetParam().name);
+    form.resize(QSize(683, 384) * 0.9);
+    WaitForBars(form);
+    SavePicture(form, name + "-small-" + GetParam().name);
+    ShowWhole(form);
+  }
+  void AdvanceTo(int answered) {
+    EXPECT_TRUE(
+        world.RunUntil([this, answered] { return file_tools->eeprom.Answered == answered; }, 100s));
+  }
+
+ private:
+  QPalette usual_;
+};
+
+TEST_P(EepromPictures, ShowTheWriter) {
+  QWidget& writer = OpenWriter();
+  Save(writer, "eeprom-new");
+  Choose(writer);
+  Click(writer, "cmd_CalcFileChecksum");
+  Save(writer, "eeprom-idle");
+  PressWrite(writer, "Write 512 bytes, 0X8000 to 0X81FF, into slave 0?");
+  AdvanceTo(300);
+  Save(writer, "eeprom-writing");
+  AdvanceTo(512);
+  AdvanceTo(200);
+  boiler.line().AddFault("no_reply");
+  world.Advance(5s);
+  Save(writer, "eeprom-verifying");
+  boiler.Calm();
+  world.Advance(60s);
+  Save(writer, "eeprom-finished");
+  boiler.controller().WriteByte(0x8123, 0x77);
+  world.dialogs().ExpectMessageBox("Verify Error on " + kImagePath, "Error");
+  Click(writer, "cmd_VerifyEEPROM");
+  world.Advance(60s);
+  Save(writer, "eeprom-failed");
+  writer.close();
+}
+
+TEST_P(EepromPictures, ShowTheDownloader) {
+  QWidget& downloader = OpenDownloader();
+  Save(downloader, "eeprom-down-idle");
+  StartReading(downloader);
+  world.Advance(12s);
+  boiler.line().AddFault("no_reply");
+  world.Advance(3s);
+  QWidget& reading = Activated("frm_EEPROMRead_Progress");
+  ShowWhole(reading);
+  SavePicture(reading, std::string("eeprom-down-reading-") + GetParam().name);
+  Key(reading, Qt::Key_Escape);
+  Save(downloader, "eeprom-down-stopped");
+  downloader.close();
+}
+
+INSTANTIATE_TEST_SUITE_P(Looks, EepromPictures,
+                         testing::Values(Look{"light", false}, Look{"dark", true}),
+                         [](const testing::TestParamInfo<Look>& look) { return look.param.name; });
+
+}  // namespace
+}  // namespace tarnlink
