@@ -19,7 +19,10 @@ frmGenParFile::frmGenParFile(frm_Main& main) : main_(main) {
   cmdCancel.Click = [this] { Hide(); };
 }
 
-void frmGenParFile::Show() { form.Visible = true; }
+void frmGenParFile::Show() {
+  ShowCount();
+  form.Visible = true;
+}
 
 ParameterSelection frmGenParFile::Selection() const {
   return {chkClass5.Value, chkClass7EE.Value, chkClass7RAM.Value};

@@ -23,9 +23,8 @@ constexpr double kSmall = 1e-9;
 // Volts and bars from here on, up or down, are no sensor's.
 constexpr double kNoSensor = 1000;
 
-// With a decimal point; the controller's people write no other.
+// With a decimal point: a comma is none, nor does it part thousands.
 bool IsNumeric(const std::string& text) {
-  if (text.find(',') != std::string::npos) return false;
   try {
     ToSingle(text);
   } catch (const RunTimeError& error) {

@@ -256,8 +256,7 @@ void frmWriteParameters::SendNextParameter() {
 bool frmWriteParameters::SendItem() {
   ShowProgress();
   AddMonitorText((RetryCount == 0 ? "Sending  " : "Retry  ") + ItemText(Item()) + ".. ", false);
-  request_ = MakeParameterRequest(Item(), WritePhase == 1,
-                                  txtSlave.Text->empty() ? "1" : txtSlave.Text.get(), messages_);
+  request_ = MakeParameterRequest(Item(), WritePhase == 1, txtSlave.Text.get(), messages_);
   if (request_.frame.empty()) {
     AddMonitorText("protected area", true);
     RetryCount = kGivenUp;
@@ -446,6 +445,7 @@ void frmWriteParameters::SaveList() {
   const auto path = host_.platform.dialogs().SaveFile({.title = "Save As",
                                                        .filter = "Text File (*.txt)|*.txt",
                                                        .file_name = "Parameters.txt",
+                                                       .folder = folder,
                                                        .extension = "txt",
                                                        .confirm_overwrite = true});
   if (!path || path->empty()) return;

@@ -140,7 +140,11 @@ QSize EepromMapView::sizeHint() const {
 
 void EepromMapView::ShowMap() {
   if (page_->size() != page_->sizeHint()) page_->resize(page_->sizeHint());
-  page_->update();
+  if (map_.InWork() == 0) {
+    page_->update();  // it may be another image
+  } else {
+    page_->update(page_->Place(map_.InWork()));
+  }
   const int at = page_->Place(map_.InWork()).center().y();
   // Whoever has scrolled elsewhere looks there.
   const bool follows = map_.InWork() == 0 ||

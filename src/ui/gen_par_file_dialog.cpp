@@ -40,7 +40,7 @@ GenParFileDialog::GenParFileDialog(frmGenParFile& form, SettingsStore& settings,
   Begin(settings);
 }
 
-void GenParFileDialog::done(int) {}
+void GenParFileDialog::done(int) { form_.Hide(); }
 
 void GenParFileDialog::FormChanged() {
   if (!isVisible()) first_->setFocus();

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kLeastLines = 4;
 // The time that a line takes to be laid out and painted grows with it.
-constexpr std::size_t kLongestLine = 40000000;  // bytes
+constexpr std::size_t kLongestLine = 4000;  // bytes
 
 // What is shown of a text: of a longer line its beginning.
 QString Shown(std::string_view text) {
@@ -71,7 +71,7 @@ void TextMonitor::ShowControl() {
     setPlainText(Shown(text));
     return;
   }
-  if (shown_ == text.size() || ToQt(text).isEmpty()) return;
+  if (shown_ == text.size()) return;
   Append(ToQt(text.substr(shown_)));
   shown_ = text.size();
   has_grown_ = true;
@@ -98,7 +98,7 @@ void TextMonitor::Append(const QString& text) {
 
 void TextMonitor::resizeEvent(QResizeEvent* event) {
   // A text that was shown as a whole stays at its beginning.
-  const bool follows = IsAtEnd();
+  const bool follows = has_grown_ && IsAtEnd();
   QPlainTextEdit::resizeEvent(event);
   if (follows) GoToEnd();
 }

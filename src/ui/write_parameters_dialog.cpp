@@ -46,7 +46,7 @@ WriteParametersDialog::WriteParametersDialog(frmWriteParameters& form, SettingsS
 
 WriteParametersDialog::~WriteParametersDialog() { form_.CopyText = {}; }
 
-void WriteParametersDialog::done(int) {}
+void WriteParametersDialog::done(int) { form_.Unload(); }
 
 // Whose values are to be written is the first that is asked; before that, which values.
 void WriteParametersDialog::FormChanged() {

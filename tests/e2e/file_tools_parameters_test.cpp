@@ -120,7 +120,7 @@ TEST_F(ParametersOnALine, AFileMadeOfTheScreenIsWrittenBackAndVerified) {
 TEST_F(ParametersOnALine, ABoilerThatStoresNothingIsFoundOut) {
   Start({"--at-once"});
   ASSERT_EQ(Tell("set 8000 3C"), "ok");
-  
+  ASSERT_EQ(Tell("fault write_ok_not_stored"), "ok");
   OpenWriter("5 &H056D &H3E00\r\n7 &HF410 &H2B\r\n");
   EXPECT_TRUE(Record("heard").empty()) << "Nothing goes out before the user says so.";
   Write("Write & verify settings|All parameters writen. 2 parameters NOT ok.");
@@ -144,7 +144,7 @@ TEST_F(ParametersOnALine, ACableThatIsPulledEndsItAndALeaverIsAsked) {
   program->Click("No");
   ASSERT_TRUE(ComesToFront(kWriter));
   EXPECT_TRUE(HasHeard(Record("heard").size() + 2));
-  
+  ASSERT_EQ(Tell("unplug"), "ok");
   ASSERT_TRUE(Says("modal", "Write Parameters|"));
   EXPECT_TRUE(Says("modal", "COM1"));
   program->Click("OK");

@@ -318,21 +318,30 @@ TEST_F(LongFiles, AreWrittenWithoutBlockingTheWindow) {
 TEST_F(LongFiles, ALineMoreCostsTheSameHoweverLongTheList) {
   QWidget& form = OpenWriter();
   frmWriteParameters& tool = file_tools->parameters;
-  const auto time_of = [&](int lines) {
-    QElapsedTimer timer;
-    timer.start();
+  const auto add = [&](int lines) {
     for (int i = 0; i < lines; ++i) {
       tool.AddMonitorText("Sending  Class 5   ID  &H0123   Value   &H002A.. ", false);
       tool.AddMonitorText("OK", true);
     }
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
   };
-  constexpr int kSome = 2'000;
-  const double first = time_of(kSome);
-  time_of(kMany * 2 - 2 * kSome);
-  const double last = time_of(kSome);
-  std::printf("2,000 lines took %.1f ms, behind 18,000 others %.1f ms\n", first, last);
-  EXPECT_LT(last, 4 * first + 20);
+  // The least of some: whatever else the machine does can only make it more.
+  constexpr int kTimes = 4;
+  constexpr int kSome = 500;
+  const auto least_time = [&] {
+    double least = kLongestRun;
+    for (int i = 0; i < kTimes; ++i) {
+      QElapsedTimer timer;
+      timer.start();
+      add(kSome);
+      least = std::min(least, static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+    return least;
+  };
+  const double first = least_time();
+  add(2 * kMany - 2 * kTimes * kSome);
+  const double last = least_time();
+  std::printf("500 lines took %.1f ms, behind 18,000 others %.1f ms\n", first, last);
+  EXPECT_LT(last, 2 * first + 5);
   form.close();
 }
 
