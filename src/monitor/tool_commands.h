@@ -1,4 +1,5 @@
-// The tools' entries of the menu. One form at a time uses the port, so none opens during a run.
+// The tools' entries of the menu. One form at a time uses the port, so none that needs it opens
+// during a run.
 #pragma once
 
 #include <functional>

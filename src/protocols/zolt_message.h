@@ -40,7 +40,7 @@ std::string BuildZoltMessage(std::uint8_t type, std::string_view slave, std::int
 ZoltMessage ParseZoltMessage(std::string_view frame);
 
 // Frames of class 7, where the answer to a read does not say the address: it is the one asked last.
-// That address is shared by all tools, so the program owns one object and hands it to each.
+// Each tool has an object of its own, since only one of them is on the line.
 class ZoltMessages {
  public:
   // Type 0x87 writes `value` to `address`; a page that has no alias makes a frame with ID and data

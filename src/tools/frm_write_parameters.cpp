@@ -55,7 +55,7 @@ frmWriteParameters::frmWriteParameters(ToolHost& host)
     : Comm(host.platform.CreatePort()),
       CommWatch(host.platform.CreateTimer()),
       host_(host),
-      quiet_watch_(host.platform, host.line, [this](bool) { SendNextParameter(); }) {
+      quiet_watch_(host.platform, host.line, [this](bool is_quiet) { LineIsQuiet(is_quiet); }) {
   form.Visible = false;
   txtFilename.Locked = true;
   // What was written is proved, unless the user does not want it.
@@ -69,6 +69,7 @@ frmWriteParameters::frmWriteParameters(ToolHost& host)
   };
   cmdSaveList.Click = [this] { SaveList(); };
   Comm->SetOnComm([this](int event) { CommEvent(event); });
+  frames_.HeardRequest = [this](std::string_view frame) { HeardRequest(frame); };
   CommWatch->SetInterval(kDesignWatch);
   CommWatch->SetOnTimer([this] { WatchExpired(); });
 }
@@ -118,6 +119,7 @@ void frmWriteParameters::Halt() {
   is_out_ = false;
   is_pausing_ = false;
   is_held_ = false;
+  verdict_.reset();
   CommWatch->SetEnabled(false);
   quiet_watch_.End();
   CloseQuietly(*Comm);
@@ -198,7 +200,7 @@ void frmWriteParameters::Write() {
   if (is_running_ || items_.empty()) return;
   WritePhase = 1;
   ParameterIndex = RetryCount = NotSentCount = VerifiedCount = acknowledged_ = 0;
-  timed_out_ = false;
+  requests_ = 0;
   ProgressBar1.Max = Count();
   ProgressBar1.Visible = true;
   txtScrollStatus.Begin({});
@@ -221,8 +223,7 @@ void frmWriteParameters::Write() {
 bool frmWriteParameters::BeginVerify() {
   if (!chkVerify.Value || WritePhase != 1) return false;
   WritePhase = 0;
-  ParameterIndex = RetryCount = 0;
-  timed_out_ = false;
+  ParameterIndex = RetryCount = requests_ = 0;
   StatusBar1.Text = "Verifing parameters";
   AddMonitorText("Verifing parameters", true);
   return true;
@@ -240,9 +241,7 @@ void frmWriteParameters::SendNextParameter() {
     if (RetryCount >= kMostTries) {
       AddMonitorText("Continue with next parameter", true);
       ++NotSentCount;
-      ++ParameterIndex;
-      RetryCount = 0;
-      timed_out_ = false;
+      NextItem();
     }
     if (ParameterIndex < Count()) {
       if (SendItem()) return;
@@ -263,6 +262,8 @@ bool frmWriteParameters::SendItem() {
     return false;
   }
   frames_.Clear();
+  hears_master_ = false;
+  ++requests_;
   try {
     Comm->ClearInBuffer();
     if (Comm->PortOpen()) Comm->SetPortOpen(false);
@@ -303,12 +304,10 @@ void frmWriteParameters::WatchExpired() {
   CommWatch->SetEnabled(false);
   if (!is_running_) return;
   is_out_ = false;
-  if (!std::exchange(is_pausing_, false)) {
-    ++RetryCount;
-    timed_out_ = true;
-    AddMonitorText("TimeOut", true);
-  }
-  SendNextParameter();
+  if (std::exchange(is_pausing_, false)) return SendNextParameter();
+  ++RetryCount;
+  AddMonitorText("TimeOut", true);
+  GoOn(false, requests_ > 1);
 }
 
 // --- Answers -------------------------------------------------------------------------------------
@@ -326,26 +325,69 @@ void frmWriteParameters::CommEvent(int event) {
 
 void frmWriteParameters::Received() {
   const std::string bytes = Comm->Input();
-  if (quiet_watch_.IsOn()) return quiet_watch_.Raise();
+  if (quiet_watch_.IsOn()) {
+    quiet_watch_.Raise();
+    return Overhear(bytes);
+  }
   if (!is_out_) return;
   for (auto kind = frames_.Take(bytes); kind != AnswerKind::kNone; kind = frames_.Take({})) {
     const std::string answer = frames_.frame();
     if (kind != AnswerKind::kGood) return Answered(kUnusableAnswer, true);
     if (IsForAnother(answer)) continue;
     // Of two answers at once nobody knows which one is to the read.
-    const bool is_doubtful = frames_.IsDoubtful();
+    const bool is_doubtful = frames_.IsDoubtful() || (hears_master_ && IsMemoryRead());
     if (is_doubtful && !request_.is_write) return Answered(kUnusableAnswer, true);
     const ParameterVerdict verdict = JudgeAnswer(answer, request_, messages_);
     const bool is_unusable = std::string_view(verdict.word) == kUnusableAnswer.word;
+    if (IsMemoryRead() && !is_unusable) return Hold(verdict, answer);
     return Answered(verdict, is_doubtful || is_unusable);
   }
   Comm->SetRThreshold(frames_.Missing());
 }
 
+// The answer to a read of memory does not bear its address: one to an earlier read would pass for
+// it, and it for that to the next. So it counts only if nothing else comes behind it.
+void frmWriteParameters::Hold(const ParameterVerdict& verdict, const std::string& answer) {
+  CommWatch->SetEnabled(false);
+  is_out_ = false;
+  verdict_ = verdict;
+  held_answer_ = answer;
+  is_contradicted_ = false;
+  AwaitQuiet(requests_ > 1);
+}
+
+// What comes while the line is to be quiet. The same answer once more says nothing new.
+void frmWriteParameters::Overhear(const std::string& bytes) {
+  for (auto kind = frames_.Take(bytes); kind != AnswerKind::kNone; kind = frames_.Take({})) {
+    const bool is_same = kind == AnswerKind::kGood && frames_.frame() == held_answer_;
+    const bool is_foreign = kind == AnswerKind::kGood && !IsFrom(frames_.frame(), Slave());
+    if (!is_same && !is_foreign) is_contradicted_ = true;
+  }
+}
+
+void frmWriteParameters::LineIsQuiet(bool is_quiet) {
+  if (!verdict_) return SendNextParameter();
+  const ParameterVerdict verdict = *std::exchange(verdict_, std::nullopt);
+  const bool is_proved = is_quiet && !is_contradicted_ && !hears_master_;
+  Take(is_proved ? verdict : kUnusableAnswer);
+  SendNextParameter();
+}
+
+// Another master's read of memory of our slave: nobody knows whom its answer is for.
+void frmWriteParameters::HeardRequest(std::string_view frame) {
+  const bool is_ours = frame == request_.frame;
+  const bool is_memory = zolt_frame::ClassOf(zolt_frame::TypeOf(frame)) == zolt_frame::kMemoryClass;
+  if (!is_ours && is_memory && IsFrom(frame, Slave())) hears_master_ = true;
+}
+
+std::string frmWriteParameters::Slave() const {
+  const std::string slave = txtSlave.Text->substr(0, 1);
+  return slave.empty() ? "0" : slave;
+}
+
 // Another slave's, or that to an earlier message which came late: the right one is still to come.
 bool frmWriteParameters::IsForAnother(std::string_view answer) const {
-  const std::string slave = txtSlave.Text->substr(0, 1);
-  if (!IsFrom(answer, slave.empty() ? "0" : slave)) return true;
+  if (!IsFrom(answer, Slave())) return true;
   if (IsAbout(answer, request_, messages_)) return false;
   const ParameterItem about = ItemOf(answer, messages_);
   if (request_.is_write && IsSameItem(about, request_.item)) return false;
@@ -356,8 +398,13 @@ bool frmWriteParameters::IsForAnother(std::string_view answer) const {
 void frmWriteParameters::Answered(const ParameterVerdict& verdict, bool is_doubtful) {
   CommWatch->SetEnabled(false);
   is_out_ = false;
+  const bool was_repeated = requests_ > 1;
+  Take(verdict);
+  GoOn(is_doubtful, was_repeated);
+}
+
+void frmWriteParameters::Take(const ParameterVerdict& verdict) {
   AddMonitorText(verdict.word, true);
-  bool settles = false;
   switch (verdict.outcome) {
     case ParameterOutcome::kRetry:
       ++RetryCount;
@@ -369,30 +416,42 @@ void frmWriteParameters::Answered(const ParameterVerdict& verdict, bool is_doubt
     case ParameterOutcome::kNext:
       VerifiedCount += verdict.outcome == ParameterOutcome::kVerified ? 1 : 0;
       acknowledged_ += WritePhase;
-      ++ParameterIndex;
-      RetryCount = 0;
-      settles = std::exchange(timed_out_, false) && IsNextConfusable(request_.item);
+      NextItem();
   }
-  if (settles) {
-    // What may still come would pass for the answer to the next item.
-    Comm->SetRThreshold(1);
-    return Pause(AnswerTime());
-  }
-  return is_doubtful ? AwaitQuiet() : SendNextParameter();
 }
 
-// Whether a late answer to `last` would pass for one to the item in work: an answer to a read of
-// memory does not bear its address.
-bool frmWriteParameters::IsNextConfusable(const ParameterItem& last) const {
-  if (ParameterIndex >= Count() || Item().Class != last.Class) return false;
-  const bool is_memory_read = WritePhase == 0 && last.Class == kMemoryParameterClass;
-  return is_memory_read || Item().ID == last.ID;
+void frmWriteParameters::NextItem() {
+  ++ParameterIndex;
+  RetryCount = 0;
+  requests_ = 0;
 }
 
-// What is still on its way would shift every answer from the next one on.
-void frmWriteParameters::AwaitQuiet() {
+void frmWriteParameters::GoOn(bool is_doubtful, bool was_repeated) {
+  const bool is_confusable = IsNextConfusable();
+  if (is_doubtful || is_confusable) return AwaitQuiet(is_confusable && was_repeated);
+  SendNextParameter();
+}
+
+bool frmWriteParameters::IsMemoryRead() const {
+  return !request_.is_write && request_.item.Class == kMemoryParameterClass;
+}
+
+// Whether what may still come for the item before would pass for the answer to another one.
+bool frmWriteParameters::IsNextConfusable() const {
+  const bool is_retry = RetryCount > 0 && RetryCount < kMostTries;
+  const int next = ParameterIndex + (RetryCount >= kMostTries ? 1 : 0);
+  if (is_retry || next >= Count()) return false;
+  const ParameterItem& item = items_.at(static_cast<std::size_t>(next));
+  return IsMemoryRead() || IsSameItem(item, request_.item);
+}
+
+// What is still on its way would shift every answer from the next one on. Those to a message that
+// was repeated come as far apart as it went out.
+void frmWriteParameters::AwaitQuiet(bool was_repeated) {
   Comm->SetRThreshold(1);
-  quiet_watch_.Raise();
+  if (!was_repeated) return quiet_watch_.Raise();
+  const int answer_time = AnswerTime();
+  quiet_watch_.Settle(answer_time > 0 ? answer_time : kDesignWatch);
 }
 
 // --- The end of the phases -----------------------------------------------------------------------

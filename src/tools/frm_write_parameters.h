@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -74,7 +75,6 @@ class frmWriteParameters {
  private:
   void Browse();
   void TakeFile(const std::string& path);
-  void ShowItems();
   void Write();
   bool BeginVerify();
   bool SendItem();
@@ -83,12 +83,21 @@ class frmWriteParameters {
   void Received();
   bool IsForAnother(std::string_view answer) const;
   void Answered(const ParameterVerdict& verdict, bool is_doubtful);
-  bool IsNextConfusable(const ParameterItem& last) const;
+  void Hold(const ParameterVerdict& verdict, const std::string& answer);
+  void Overhear(const std::string& bytes);
+  void LineIsQuiet(bool is_quiet);
+  void HeardRequest(std::string_view frame);
+  void Take(const ParameterVerdict& verdict);
+  void NextItem();
+  void GoOn(bool is_doubtful, bool was_repeated);
+  bool IsNextConfusable() const;
+  bool IsMemoryRead() const;
+  std::string Slave() const;
   void Watch(int milliseconds);
   void Pause(int milliseconds);
   int AnswerTime() const;
   void WatchExpired();
-  void AwaitQuiet();
+  void AwaitQuiet(bool was_repeated);
   bool MayStop();
   void Halt();
   void ShowIdle();
@@ -104,14 +113,18 @@ class frmWriteParameters {
   std::vector<ParameterItem> items_;
   ParameterRequest request_;
   AnswerFrames frames_;
-  QuietWatch quiet_watch_;   // on while the next message waits for a quiet line
-  bool is_running_ = false;  // in one of the phases
-  bool is_out_ = false;      // a message has gone out and its answer is awaited
-  bool is_pausing_ = false;  // the watch ends a pause; no answer is awaited
-  bool timed_out_ = false;   // a try of this item
-  bool is_asked_ = false;    // the user is asked whether to stop: nothing goes out meanwhile
-  bool is_held_ = false;     // and something would have
-  int acknowledged_ = 0;     // items that the slave says it has taken
+  QuietWatch quiet_watch_;                   // on while the next message waits for a quiet line
+  bool is_running_ = false;                  // in one of the phases
+  bool is_out_ = false;                      // a message has gone out and its answer is awaited
+  bool is_pausing_ = false;                  // the watch ends a pause; no answer is awaited
+  int requests_ = 0;                         // that went out for the item in work
+  std::optional<ParameterVerdict> verdict_;  // of an answer behind which the line must be quiet
+  std::string held_answer_;
+  bool is_contradicted_ = false;  // something else came behind it
+  bool hears_master_ = false;     // another one has asked our slave since
+  bool is_asked_ = false;         // the user is asked whether to stop: nothing goes out meanwhile
+  bool is_held_ = false;          // and something would have
+  int acknowledged_ = 0;          // items that the slave says it has taken
 };
 
 }  // namespace tarnlink

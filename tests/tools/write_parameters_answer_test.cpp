@@ -42,6 +42,22 @@ TEST_F(WriteParametersTest, ADamagedRequestIsSentAgain) {
   Answer(kAckWritten + 5, 0x123);
 }
 
+TEST_F(WriteParametersTest, ARequestThatIsDamagedThreeTimesIsGivenUp) {
+  Start(kOne);
+  for (int i = 0; i < 2; ++i) Answer(kAckCorrupted + 5, 0x123);
+  ExpectReport("Write settings", "1 parameters NOT send.", Icon::kCritical);
+  Answer(kAckCorrupted + 5, 0x123);
+}
+
+TEST_F(WriteParametersTest, AByteOfMemoryThatIsUnknownIsGivenUpInBothPhases) {
+  Start("7 &HF400 1\r\n", true);
+  Answer(kAckUnknown + 7, 0xFCFD, 0x0001);
+  EXPECT_EQ(tool.NotSentCount, 1);
+  ExpectReport("Write & verify settings", "2 parameters NOT send. -1 parameters NOT ok.");
+  Answer(kAckUnknown + 7, 0xFFAB);
+  Quiet();
+}
+
 TEST_F(WriteParametersTest, AFrameWithABadCheckIsAnError) {
   Start(kOne);
   Sent();
@@ -113,21 +129,153 @@ TEST_F(WriteParametersTest, AnAnswerToAReadIsNoAnswerToAWrite) {
   EXPECT_EQ(tool.RetryCount, 1);
 }
 
-// The answer does not bear its address: one that came late would pass for that of the next.
-TEST_F(WriteParametersTest, ALateAnswerToAReadOfMemoryIsNotThatOfTheNext) {
-  Start(kMemory, true);
-  Answer(kAckWritten + 7, 0xFCFD, 0x0001);
-  Answer(kAckWritten + 7, 0xFCFD, 0x0102);
-  Silence();
-  Sent();
-  Answer(kAckRead + 7, 0xFFAB, 1);
-  EXPECT_EQ(Sent(), "nothing");
-  Answer(kAckRead + 7, 0xFFAB, 2);
+// --- Reads of memory, whose answers do not bear an address
+// -----------------------------------------
+
+// An answer to one of them would pass for that to the next, and that one for the next but one.
+class MemoryReads : public WriteParametersTest {
+ protected:
+  // Three bytes that should hold 1, as far as their verification.
+  void Verify() {
+    Start("7 &HF400 1\r\n7 &HF401 1\r\n7 &HF402 1\r\n", true);
+    for (const int data : {0x0001, 0x0101, 0x0201}) Answer(kAckWritten + 7, 0xFCFD, data);
+    EXPECT_EQ(LastSent(), "07 0 FFAB F400");
+  }
+  void Says(int value) { Answer(kAckRead + 7, 0xFFAB, value); }
+  std::string LastSent() {
+    const std::string sent = Sent();
+    return sent.substr(sent.rfind(';') == std::string::npos ? 0 : sent.rfind(';') + 2);
+  }
+};
+
+TEST_F(MemoryReads, CountOnlyBehindAQuietLine) {
+  Verify();
+  Says(1);
+  EXPECT_EQ(tool.VerifiedCount, 0);
+  EXPECT_EQ(LastSent(), "nothing");
+  Quiet();
   EXPECT_EQ(tool.VerifiedCount, 1);
-  Silence();
-  EXPECT_EQ(Sent(), "07 0 FFAB F401");
+  EXPECT_EQ(LastSent(), "07 0 FFAB F401");
+}
+
+TEST_F(MemoryReads, AnAnswerThatComesTwiceIsOne) {
+  Verify();
+  Says(1);
+  world.Advance(std::chrono::milliseconds(60));
+  Says(1);
+  Quiet();
+  EXPECT_EQ(tool.VerifiedCount, 1);
+  EXPECT_EQ(tool.RetryCount, 0);
+  EXPECT_EQ(LastSent(), "07 0 FFAB F401");
+}
+
+// The second of the answers to the byte before, and then its own.
+TEST_F(MemoryReads, OneThatIsContradictedIsAskedForAgain) {
+  Verify();
+  for (int i = 0; i < 2; ++i) {
+    Says(1);
+    Quiet();
+  }
+  EXPECT_EQ(LastSent(), "07 0 FFAB F402");
+  Says(1);
+  world.Advance(std::chrono::milliseconds(60));
+  Says(9);
+  Quiet();
+  EXPECT_EQ(tool.VerifiedCount, 2);
+  EXPECT_EQ(tool.RetryCount, 1);
+  EXPECT_EQ(LastSent(), "07 0 FFAB F402");
   ExpectReport("Write & verify settings", "All parameters writen. 1 parameters NOT ok.");
-  Answer(kAckRead + 7, 0xFFAB, 3);
+  Says(9);
+  Silence();
+  Quiet();
+  EXPECT_NE(List().find("F402   Value   &H0001.. error|Retry"), std::string::npos) << List();
+  EXPECT_NE(List().find("F402   Value   &H0001.. FAULT|"), std::string::npos) << List();
+}
+
+TEST_F(MemoryReads, BehindATornAnswerThatToTheFirstRequestIsWaitedFor) {
+  Verify();
+  Receive("0123456789abcdef");
+  EXPECT_EQ(tool.RetryCount, 1);
+  Quiet();
+  EXPECT_EQ(LastSent(), "07 0 FFAB F400");
+  Says(1);
+  world.Advance(std::chrono::milliseconds(2500));
+  EXPECT_EQ(LastSent(), "nothing");
+  Says(1);
+  world.Advance(std::chrono::milliseconds(2500));
+  EXPECT_EQ(LastSent(), "nothing");
+  Silence();
+  EXPECT_EQ(LastSent(), "07 0 FFAB F401");
+}
+
+TEST_F(MemoryReads, OneThatIsGivenUpIsWaitedForAllTheSame) {
+  Verify();
+  for (int i = 0; i < 3; ++i) Silence();
+  EXPECT_EQ(tool.RetryCount, 3);
+  Sent();
+  world.Advance(std::chrono::milliseconds(2500));
+  Says(1);
+  EXPECT_EQ(LastSent(), "nothing");
+  EXPECT_EQ(tool.VerifiedCount, 0);
+  Silence();
+  Quiet();
+  EXPECT_EQ(tool.NotSentCount, 1);
+  EXPECT_EQ(LastSent(), "07 0 FFAB F401");
+}
+
+TEST_F(MemoryReads, ALateRefusalDoesNotGiveUpTheNextOne) {
+  Verify();
+  Silence();
+  Answer(kAckUnknown + 7, 0xFFAB);
+  EXPECT_EQ(tool.RetryCount, 1);
+  world.Advance(std::chrono::milliseconds(1000));
+  Answer(kAckUnknown + 7, 0xFFAB);
+  Sent();
+  Silence();
+  Quiet();
+  EXPECT_EQ(tool.ParameterIndex, 1);
+  EXPECT_EQ(LastSent(), "07 0 FFAB F401");
+}
+
+TEST_F(MemoryReads, AnAnswerThatAnotherMasterAskedForIsNobodys) {
+  Verify();
+  Receive(FrameOf(0x07, 0xFFAB, 0xF500));
+  Says(1);
+  EXPECT_EQ(tool.RetryCount, 1);
+  Quiet();
+  EXPECT_EQ(tool.VerifiedCount, 0);
+  EXPECT_EQ(LastSent(), "07 0 FFAB F400");
+  Says(1);
+  Silence();
+  Quiet();
+  EXPECT_EQ(tool.VerifiedCount, 1);
+  // What he asks another slave, or of an ID, is not in the way.
+  Receive(FrameOf(0x07, 0xFFAB, 0xF500, "3") + FrameOf(0x05, 0x0123));
+  Says(1);
+  Quiet();
+  EXPECT_EQ(tool.VerifiedCount, 2);
+}
+
+TEST_F(MemoryReads, TheirEchoIsNoOtherMaster) {
+  Verify();
+  Receive(FrameOf(0x07, 0xFFAB, 0xF400));
+  Says(1);
+  Quiet();
+  EXPECT_EQ(tool.VerifiedCount, 1);
+}
+
+// --- Items of the same ID
+// --------------------------------------------------------------------------
+
+TEST_F(WriteParametersTest, AnAcknowledgementThatComesTwiceIsNotThatOfAnotherValueOfTheId) {
+  Start("5 1 2\r\n5 1 3\r\n");
+  Sent();
+  Answer(kAckWritten + 5, 1, 2);
+  world.Advance(std::chrono::milliseconds(60));
+  Answer(kAckWritten + 5, 1, 2);
+  EXPECT_EQ(Sent(), "nothing");
+  Quiet();
+  EXPECT_EQ(Sent(), "85 0 0001 0003");
 }
 
 TEST_F(WriteParametersTest, ALateAnswerDoesNotAcknowledgeAnotherValueOfTheSameId) {
@@ -139,6 +287,7 @@ TEST_F(WriteParametersTest, ALateAnswerDoesNotAcknowledgeAnotherValueOfTheSameId
   Answer(kAckWritten + 5, 1, 2);
   EXPECT_EQ(Sent(), "nothing");
   Silence();
+  Quiet();
   EXPECT_EQ(Sent(), "85 0 0001 0003");
   ExpectAllSet();
   Answer(kAckWritten + 5, 1, 3);
@@ -241,6 +390,22 @@ TEST_F(WriteParametersTest, LeavingInTheMiddleAsks) {
   Sent();
   world.Advance(1min);
   EXPECT_EQ(Sent(), "nothing");
+}
+
+TEST_F(WriteParametersTest, UnpluggedWhileItAsksItStops) {
+  Start(kTwo);
+  world.dialogs()
+      .ExpectMessageBox(kQuestion, "Write Parameters")
+      .While([&] {
+        world.dialogs().ExpectMessageBox("COM1 was unplugged.", "Write Parameters");
+        world.port().Unplug();
+        world.Settle();
+      })
+      .Press(tarnlink::Answer::kNo);
+  tool.Unload();
+  EXPECT_FALSE(tool.IsRunning());
+  EXPECT_TRUE(tool.form.Visible);
+  world.Advance(1min);
 }
 
 TEST_F(WriteParametersTest, WhileItAsksNothingGoesOut) {

@@ -1,6 +1,9 @@
 // The parameter writer on the line of the simulated boiler: what it says must be what the boiler
 // holds, whatever the line does.
 
+#include <map>
+
+#include "common/text_file.h"
 #include "form/boiler_on_line.h"
 #include "support/samples.h"
 #include "tools/line_faults.h"
@@ -81,6 +84,7 @@ class WriterOnLine {
     EXPECT_TRUE(world.RunUntil([&] { return !tool.IsRunning(); }, 10min));
     const auto& texts = platform.dialogs().texts;
     const std::string report = texts.empty() ? "" : texts.back();
+    list = tool.txtScrollStatus.Text();
     tool.Unload();
     return report;
   }
@@ -93,6 +97,7 @@ class WriterOnLine {
   PlainHost plain{platform};
   frmWriteParameters tool{plain.host};
   BoilerOnLine boiler;
+  std::string list;  // of the writing that was last
 };
 
 TEST(WriteParametersOnLine, TheSampleIsWrittenAndVerified) {
@@ -154,6 +159,62 @@ TEST_P(WriteParametersFault, NeverSaysOkToWhatIsNotThere) {
   EXPECT_EQ(one.Write(SampleBytes("boiler.par")), kAllVerified) << verified;
 }
 
+// Bytes that should all hold the same, so that an answer to one would pass for that to another,
+// and a slave that does not store all of them.
+class WriteParametersLies : public ::testing::TestWithParam<std::string> {};
+
+// Of the verification the last word about each address, "OK" or another one.
+std::map<int, std::string> LastWords(const std::string& list) {
+  std::map<int, std::string> words;
+  LineReader lines(list);
+  bool is_verifying = false;
+  for (std::string_view line; lines.Next(line);) {
+    is_verifying = is_verifying || line == "Verifing parameters";
+    const std::size_t at = line.find("ID  &H");
+    const std::size_t word = line.find(".. ");
+    if (!is_verifying || at == std::string_view::npos || word == std::string_view::npos) continue;
+    words[std::stoi(std::string(line.substr(at + 6, 4)), nullptr, 16)] = line.substr(word + 3);
+  }
+  return words;
+}
+
+TEST_P(WriteParametersLies, AreNeverCalledOk) {
+  WriterOnLine one(11);
+  int right = 0;
+  int wrong = 0;
+  for (int round = 1; round <= 10; ++round) {
+    std::string text;
+    for (int i = 0; i < 8; ++i) {
+      text += "7 " + std::to_string(0xF410 + i) + " " + std::to_string(round) + "\r\n";
+    }
+    one.boiler.Calm();
+    one.world.port().PlugIn();
+    one.boiler.line().AddFault("write_ok_not_stored@0.3");
+    if (GetParam() != "write_ok_not_stored") one.boiler.line().AddFault(GetParam() + "@0.3");
+    one.Write(text);
+    for (const auto& [address, word] : LastWords(one.list)) {
+      (word == "OK" ? right : wrong)++;
+      if (word == "OK") {
+        EXPECT_EQ(one.Byte(address), round) << address << " under " << GetParam();
+      }
+    }
+  }
+  EXPECT_GT(wrong, 0);
+  // Unplugged it comes to an end before anything is verified.
+  const bool is_unplugged = GetParam().find("plug") != std::string::npos;
+  EXPECT_TRUE(right > 0 || is_unplugged);
+}
+
+// A slave that sends the answer before once more in the place of its own cannot be found out.
+std::vector<std::string> FaultsOfTheLine() {
+  std::vector<std::string> faults = LineFaults();
+  std::erase(faults, "stale_duplicate");
+  faults.push_back("write_ok_not_stored");
+  return faults;
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, WriteParametersLies, ::testing::ValuesIn(FaultsOfTheLine()),
+                         LineFaultName);
 INSTANTIATE_TEST_SUITE_P(Each, WriteParametersFault, ::testing::ValuesIn(LineFaults()),
                          LineFaultName);
 INSTANTIATE_TEST_SUITE_P(OfWrites, WriteParametersFault,

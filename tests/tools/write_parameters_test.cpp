@@ -249,6 +249,7 @@ TEST_F(WriteParametersTest, AByteOf300IsAFault) {
   Sent();
   ExpectReport("Write & verify settings", "All parameters writen. 1 parameters NOT ok.");
   Answer(kAckRead + 7, 0xFFAB, 0x012C);
+  Quiet();
 }
 
 TEST_F(WriteParametersTest, AReadByteIsTheLowOne) {
@@ -257,6 +258,7 @@ TEST_F(WriteParametersTest, AReadByteIsTheLowOne) {
   EXPECT_EQ(Sent(), "87 0 0F01 122C; 07 0 FFAB F312");
   ExpectVerified();
   Answer(kAckRead + 7, 0xFFAB, 0x992C);
+  Quiet();
 }
 
 TEST_F(WriteParametersTest, APageWithoutAnAliasIsNotSent) {
