@@ -29,8 +29,11 @@ ParameterSelection frmGenParFile::Selection() const {
 }
 
 void frmGenParFile::ShowCount() {
-  lblCount.Caption = std::to_string(CountParameters(main_, Selection())) + " of " +
-                     std::to_string(main_.LocationCount) + " locations go in";
+  const ParameterCount count = CountParameters(main_, Selection());
+  const std::string all =
+      std::to_string(count.all) + " of " + std::to_string(main_.LocationCount) + " locations go in";
+  const std::string binary = std::to_string(count.binary);
+  lblCount.Caption = count.binary == 0 ? all : all + ", " + binary + " of them binary, as 0";
 }
 
 std::string frmGenParFile::DefaultName() const {

@@ -97,9 +97,13 @@ std::string LinesOf(const frm_Main& main, int index, const ParameterSelection& s
 
 }  // namespace
 
-int CountParameters(const frm_Main& main, const ParameterSelection& selection) {
-  int count = 0;
-  for (int i = 1; i <= main.MaxId; ++i) count += LinesOf(main, i, selection).empty() ? 0 : 1;
+ParameterCount CountParameters(const frm_Main& main, const ParameterSelection& selection) {
+  ParameterCount count;
+  for (int i = 1; i <= main.MaxId; ++i) {
+    if (LinesOf(main, i, selection).empty()) continue;
+    ++count.all;
+    if (main.Locations[i].Representation == kBinary) ++count.binary;
+  }
   return count;
 }
 

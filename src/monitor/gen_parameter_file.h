@@ -15,7 +15,11 @@ struct ParameterSelection {
 };
 
 // How many Locations would go into it as the screen is now.
-int CountParameters(const frm_Main& main, const ParameterSelection& selection);
+struct ParameterCount {
+  int all = 0;
+  int binary = 0;  // of them: these go in as 0
+};
+ParameterCount CountParameters(const frm_Main& main, const ParameterSelection& selection);
 
 // Throws RunTimeError if the file can not be written; an old one is as it was then.
 void GenParameterFile(const frm_Main& main, const ParameterSelection& selection,

@@ -78,7 +78,7 @@ std::string_view Text(std::string_view frame, Field field);
 std::int32_t Number(std::string_view frame, Field field);
 
 // The alias by which the run writes to a page of memory, given as two upper-case digits; empty for
-// a page that may not be written. The tools have a table of their own (zolt_message.cpp): it lacks
+// a page that may not be written. Parameters have a table of their own (zolt_message.cpp): it lacks
 // the pages 0x90 to 0x93 and 0xD0 to 0xD8, and has another alias for 0xF3, on purpose.
 std::string_view WriteAlias(std::string_view page);
 

@@ -10,6 +10,7 @@
 #include "platform/path_resolver.h"
 #include "protocols/frame_bytes.h"
 #include "protocols/zolt_frame.h"
+#include "tools/list_file.h"
 #include "tools/tool_port.h"
 
 namespace tarnlink {
@@ -31,13 +32,6 @@ std::string ItemText(const ParameterItem& item) {
   const auto digits = [](std::int32_t number) { return HexDigits(number, kDigits); };
   return "Class " + std::to_string(item.Class) + "   ID  &H" + digits(item.ID) + "   Value   &H" +
          digits(item.Value);
-}
-
-MessageBoxRequest FileTrouble(const RunTimeError& error, const std::string& doing) {
-  return {.text = SystemErrorText(error.code()) + "\r\n" + doing,
-          .title = "Internal System Error",
-          .icon = Icon::kCritical,
-          .detail = error.what()};
 }
 
 }  // namespace
@@ -169,8 +163,12 @@ void frmWriteParameters::ReadParameters() {
     file = ReadParameterFile(DecodeText(host_.platform.files().ReadWhole(ParameterPath)));
   } catch (const RunTimeError& error) {
     StatusBar1.Text = "0 parameters";
-    host_.platform.dialogs().MessageBox(
-        FileTrouble(error, "During reading par file " + std::exchange(ParameterPath, {})));
+    host_.platform.dialogs().MessageBox({.text = SystemErrorText(error.code()) +
+                                                 "\r\nDuring reading par file " +
+                                                 std::exchange(ParameterPath, {}),
+                                         .title = "Internal System Error",
+                                         .icon = Icon::kCritical,
+                                         .detail = error.what()});
     return;
   }
   items_ = std::move(file.items);
@@ -338,7 +336,7 @@ void frmWriteParameters::Received() {
     const bool is_doubtful = frames_.IsDoubtful() || (hears_master_ && IsMemoryRead());
     if (is_doubtful && !request_.is_write) return Answered(kUnusableAnswer, true);
     const ParameterVerdict verdict = JudgeAnswer(answer, request_, messages_);
-    const bool is_unusable = std::string_view(verdict.word) == kUnusableAnswer.word;
+    const bool is_unusable = verdict.outcome == ParameterOutcome::kUnusable;
     if (IsMemoryRead() && !is_unusable) return Hold(verdict, answer);
     return Answered(verdict, is_doubtful || is_unusable);
   }
@@ -407,6 +405,7 @@ void frmWriteParameters::Take(const ParameterVerdict& verdict) {
   AddMonitorText(verdict.word, true);
   switch (verdict.outcome) {
     case ParameterOutcome::kRetry:
+    case ParameterOutcome::kUnusable:
       ++RetryCount;
       break;
     case ParameterOutcome::kGiveUp:
@@ -415,7 +414,7 @@ void frmWriteParameters::Take(const ParameterVerdict& verdict) {
     case ParameterOutcome::kVerified:
     case ParameterOutcome::kNext:
       VerifiedCount += verdict.outcome == ParameterOutcome::kVerified ? 1 : 0;
-      acknowledged_ += WritePhase;
+      acknowledged_ += WritePhase == 1 ? 1 : 0;
       NextItem();
   }
 }
@@ -500,19 +499,10 @@ void frmWriteParameters::Fail(const std::string& reason) {
 }
 
 void frmWriteParameters::SaveList() {
-  const std::string folder = UsableFolder(FolderOfPath(ParameterPath), host_.platform.files());
-  const auto path = host_.platform.dialogs().SaveFile({.title = "Save As",
-                                                       .filter = "Text File (*.txt)|*.txt",
-                                                       .file_name = "Parameters.txt",
-                                                       .folder = folder,
-                                                       .extension = "txt",
-                                                       .confirm_overwrite = true});
-  if (!path || path->empty()) return;
-  try {
-    host_.platform.files().WriteWhole(*path, EncodeText(txtScrollStatus.Text()));
-  } catch (const RunTimeError& error) {
-    host_.platform.dialogs().MessageBox(FileTrouble(error, "During saving list " + *path));
-  }
+  SaveListFile(host_.platform, {.title = kTitle,
+                                .file_name = "Parameters.txt",
+                                .folder = FolderOfPath(ParameterPath),
+                                .text = txtScrollStatus.Text()});
 }
 
 }  // namespace tarnlink

@@ -26,6 +26,7 @@ enum class ParameterOutcome {
   kNext,      // done with it
   kVerified,  // and what the slave holds is what was asked for
   kRetry,
+  kUnusable,  // no answer to it at all: tried again as well
   kGiveUp,
 };
 
@@ -34,7 +35,7 @@ struct ParameterVerdict {
   ParameterOutcome outcome = ParameterOutcome::kRetry;
 };
 
-inline constexpr ParameterVerdict kUnusableAnswer{"error", ParameterOutcome::kRetry};
+inline constexpr ParameterVerdict kUnusableAnswer{"error", ParameterOutcome::kUnusable};
 
 // Whether a sound answer is about this request. One that says that the request was damaged always
 // is.

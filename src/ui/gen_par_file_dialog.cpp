@@ -30,6 +30,9 @@ GenParFileDialog::GenParFileDialog(frmGenParFile& form, SettingsStore& settings,
   layout->addWidget(frame);
   auto* count = new QLabel(this);
   Bind(count, form_.lblCount);
+  count->setWordWrap(true);
+  count->setMinimumHeight(2 * count->fontMetrics().lineSpacing());
+  count->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   layout->addWidget(count);
   layout->addStretch();
   auto* buttons = new QHBoxLayout;

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kLeastLines = 4;
 // The time that a line takes to be laid out and painted grows with it.
-constexpr std::size_t kLongestLine = 4000;  // bytes
+constexpr std::size_t kLongestLine = 4000;  // characters
 
 // What is shown of a text: of a longer line its beginning.
 QString Shown(std::string_view text) {

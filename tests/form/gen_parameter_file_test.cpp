@@ -228,6 +228,15 @@ TEST_F(GenParFileDialogTest, TellsHowManyLocationsGoIn) {
   EXPECT_EQ(dialog.lblCount.Caption.get(), "0 of 1 locations go in");
 }
 
+TEST_F(GenParFileDialogTest, TellsThatABinaryValueGoesInAsZero) {
+  dialog.chkClass5.Value = true;
+  main.Locations[1].Representation = kBinary;
+  main.RAM_LOC_VAL(1).Text = "1";
+  main.Reads.Note(1, main.Locations[1], "1");
+  dialog.Show();
+  EXPECT_EQ(dialog.lblCount.Caption.get(), "1 of 1 locations go in, 1 of them binary, as 0");
+}
+
 TEST_F(GenParFileDialogTest, SavesWhatIsTickedAndAddsTheFile) {
   dialog.chkClass5.Value = true;
   main.ProjectChanged = false;

@@ -304,16 +304,13 @@ TEST_F(WriteParametersTest, TheListCanBeCopiedAndSaved) {
   tool.CopyText = [&](const std::string& text) { copied = text; };
   tool.cmdCopy.Press();
   EXPECT_EQ(copied, "Class 5   ID  &H0123   Value   &H002A\r\n");
-  world.dialogs().ExpectSaveFile("Save As").Give("/jobs/list.txt");
+  world.dialogs().ExpectSaveFile("Save list").Give("/jobs/list.txt");
   tool.cmdSaveList.Press();
   EXPECT_EQ(world.disk().Get("/jobs/list.txt"), copied);
   EXPECT_EQ(world.dialogs().last_file_request().folder, "/jobs") << "Beside the file.";
   world.disk().SetFreeSpace(0);
-  world.dialogs().ExpectSaveFile("Save As").Give("/jobs/list.txt");
-  world.dialogs().ExpectMessageBox(
-      "Internal System Error # 61 occured, please contact distributor.\r\n"
-      "During saving list /jobs/list.txt",
-      "Internal System Error");
+  world.dialogs().ExpectSaveFile("Save list").Give("/jobs/list.txt");
+  world.dialogs().ExpectMessageBox("The list can not be saved.", "Write Parameters");
   tool.cmdSaveList.Press();
 }
 
