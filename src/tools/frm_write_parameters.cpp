@@ -196,6 +196,12 @@ void frmWriteParameters::AddMonitorText(const std::string& Text, bool AddNewLine
 
 void frmWriteParameters::Write() {
   if (is_running_ || items_.empty()) return;
+  if (!zolt_frame::IsSlave(Slave())) {
+    host_.platform.dialogs().MessageBox({.text = "A slave has an address from 0 to F.",
+                                         .title = kTitle,
+                                         .icon = Icon::kExclamation});
+    return;
+  }
   WritePhase = 1;
   ParameterIndex = RetryCount = NotSentCount = VerifiedCount = acknowledged_ = 0;
   requests_ = 0;
@@ -253,7 +259,7 @@ void frmWriteParameters::SendNextParameter() {
 bool frmWriteParameters::SendItem() {
   ShowProgress();
   AddMonitorText((RetryCount == 0 ? "Sending  " : "Retry  ") + ItemText(Item()) + ".. ", false);
-  request_ = MakeParameterRequest(Item(), WritePhase == 1, txtSlave.Text.get(), messages_);
+  request_ = MakeParameterRequest(Item(), WritePhase == 1, Slave(), messages_);
   if (request_.frame.empty()) {
     AddMonitorText("protected area", true);
     RetryCount = kGivenUp;
@@ -379,7 +385,7 @@ void frmWriteParameters::HeardRequest(std::string_view frame) {
 }
 
 std::string frmWriteParameters::Slave() const {
-  const std::string slave = txtSlave.Text->substr(0, 1);
+  const std::string slave = ToUpper(txtSlave.Text->substr(0, 1));
   return slave.empty() ? "0" : slave;
 }
 
@@ -481,18 +487,25 @@ void frmWriteParameters::Report() {
   } else {
     box.text = "All parameters writen. " + std::to_string(not_ok) + " parameters NOT ok.";
   }
-  lblProgress.Caption = box.text;
+  box.detail = StateText();
+  lblProgress.Caption = box.detail;
   host_.platform.dialogs().MessageBox(box);
+}
+
+std::string frmWriteParameters::StateText() const {
+  const std::string acknowledged = std::to_string(acknowledged_) + " of " +
+                                   std::to_string(Count()) + " parameters were acknowledged";
+  if (!chkVerify.Value) return acknowledged + ".";
+  return acknowledged + ", " + std::to_string(VerifiedCount) + " verified.";
 }
 
 // Without its port it stops where it is.
 void frmWriteParameters::Fail(const std::string& reason) {
-  const std::string state = std::to_string(acknowledged_) + " of " + std::to_string(Count()) +
-                            " parameters were acknowledged, " + std::to_string(VerifiedCount) +
-                            " verified.";
+  const std::string state = StateText();
   Halt();
   ShowIdle();
-  AddMonitorText(reason, true);
+  const bool is_word_missing = txtScrollStatus.Text().ends_with(". ");
+  AddMonitorText((is_word_missing ? std::string(kLineEnd) : "") + reason, true);
   lblProgress.Caption = state;
   host_.platform.dialogs().MessageBox(
       {.text = reason, .title = kTitle, .icon = Icon::kCritical, .detail = state});

@@ -103,6 +103,7 @@ class frmWriteParameters {
   void ShowIdle();
   void EndOfPhases();
   void Report();
+  std::string StateText() const;
   void Fail(const std::string& reason);
   void SaveList();
   int Count() const { return static_cast<int>(items_.size()); }

@@ -272,6 +272,8 @@ void Bind(QScrollBar* bar, ScrollBar& control) {
 }
 
 void Bind(QProgressBar* bar, CountBar& control) {
+  // Where the bar ends in the middle of the digits they can not be read.
+  bar->setTextVisible(false);
   Follow(bar, control, [bar, &control] {
     ShowCommon(bar, control);
     bar->setRange(0, control.Max);

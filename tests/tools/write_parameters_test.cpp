@@ -188,7 +188,7 @@ TEST_F(WriteParametersTest, WhileItRunsNothingCanBeChanged) {
   }
   EXPECT_FALSE(tool.ProgressBar1.Visible);
   EXPECT_EQ(tool.StatusBar1.Text.get(), "");
-  EXPECT_EQ(tool.lblProgress.Caption.get(), "All parameters set.");
+  EXPECT_EQ(tool.lblProgress.Caption.get(), "1 of 1 parameters were acknowledged.");
   EXPECT_FALSE(tool.CommWatch->Enabled());
 }
 
@@ -241,6 +241,30 @@ TEST_F(WriteParametersTest, AnotherValueIsAFaultAndNotTriedAgain) {
   Answer(kAckRead + 5, 0x123, 0x2B);
   EXPECT_EQ(List(), std::string("Writing parameters|") + kSendOne + "OK|Verifing parameters|" +
                         kSendOne + "FAULT||");
+}
+
+TEST_F(WriteParametersTest, AnAddressThatNoSlaveHasIsNotAsked) {
+  for (const char* slave : {"w", " ", "-1", "\xC3\xA9"}) {
+    Open(kOne);
+    tool.txtSlave.Text = slave;
+    world.dialogs().ExpectMessageBox("A slave has an address from 0 to F.", "Write Parameters");
+    tool.cmdWriteZOLT.Press();
+    EXPECT_FALSE(tool.IsRunning());
+    EXPECT_EQ(Sent(), "nothing");
+  }
+  tool.txtSlave.Text = "a";
+  tool.cmdWriteZOLT.Press();
+  EXPECT_EQ(Sent(), "85 A 0123 002A");
+}
+
+TEST_F(WriteParametersTest, WhatIsLeftSaysHowMuchIsProved) {
+  Start("5 1 2\r\n5 2 3\r\n", true);
+  Answer(kAckWritten + 5, 1, 2);
+  Answer(kAckOutside + 5, 2);
+  Answer(kAckRead + 5, 1, 2);
+  ExpectReport("Write & verify settings", "1 parameters NOT send. 0 parameters NOT ok.");
+  Answer(kAckRead + 5, 2, 9);
+  EXPECT_EQ(tool.lblProgress.Caption.get(), "1 of 2 parameters were acknowledged, 1 verified.");
 }
 
 TEST_F(WriteParametersTest, AByteOf300IsAFault) {
