@@ -54,6 +54,9 @@ void TakeLine(std::string_view line, ConfigFile& file) {
   item.ID = ConfigId(TakeField(line));
   item.Minimum = ByteOf(TakeField(line), "The minimum");
   item.Maximum = ByteOf(TakeField(line), "The maximum");
+  if (item.Minimum > item.Maximum) {
+    throw RunTimeError(kOverflow, "The minimum is greater than the maximum.");
+  }
   const std::string default_text = TakeField(line);
   if (!default_text.empty()) item.DefaultText = default_text;
   if (item.HasDefault()) item.DefaultValue = ByteOf(item.DefaultText, "The default");
@@ -72,9 +75,11 @@ ConfigFile ReadConfigFile(std::string_view text) {
   LineReader lines(text);
   for (std::string_view line; lines.Next(line);) {
     ++number;
+    const std::size_t before = file.items.size();
     try {
       TakeLine(line, file);
     } catch (const RunTimeError& error) {
+      file.left_out += file.items.size() == before ? 1 : 0;
       if (!file.failure) file.failure = BadLine{number, error.what()};
     }
   }

@@ -38,6 +38,7 @@ struct ConfigItem {
 struct ConfigFile {
   std::vector<ConfigItem> items;
   std::optional<BadLine> failure;  // the first line that could not be read; all others have been
+  int left_out = 0;                // lines that made no item, whatever was wrong with them
 };
 
 ConfigFile ReadConfigFile(std::string_view text);

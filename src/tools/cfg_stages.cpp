@@ -1,5 +1,6 @@
 #include "tools/cfg_stages.h"
 
+#include <algorithm>
 #include <array>
 
 #include "protocols/zolt_frame.h"
@@ -37,6 +38,11 @@ int ValueOf(const ConfigItem& item, int stage) {
   }
 }
 
+// In the data of the message, and of the answer of a slave that gives them back.
+int SentValue(const ConfigItem& item, int stage) {
+  return IsRead(stage) ? 0 : ValueOf(item, stage);
+}
+
 bool IsPossible(const ConfigItem& item, int stage) {
   const int value = ValueOf(item, stage);
   return value >= 0 && value <= kHighestByte;
@@ -62,9 +68,21 @@ CfgVerdict VerdictOf(const ConfigItem& item) {
 
 std::string CfgMessage(const ConfigItem& item, int stage, const std::string& slave) {
   const std::uint8_t kind = IsRead(stage) ? zolt_frame::kRead : zolt_frame::kWrite;
-  const int data = IsRead(stage) ? 0 : ValueOf(item, stage);
   return BuildZoltMessage(static_cast<std::uint8_t>(kind + kParameterClass), slave, item.ID,
-                          static_cast<std::uint8_t>(data), 0);
+                          static_cast<std::uint8_t>(SentValue(item, stage)), 0);
+}
+
+bool IsWrite(int stage) { return !IsRead(stage); }
+
+int WrittenValue(const ConfigItem& item, int stage) { return ValueOf(item, stage); }
+
+bool IsStale(const ConfigItem& item, int stage, const ZoltMessage& answer,
+             const std::vector<CfgWrite>& before) {
+  if (answer.Ack == zolt_frame::kWriteAcknowledge && IsRead(stage)) return true;
+  if (answer.Ack == zolt_frame::kReadAcknowledge) return IsWrite(stage);
+  if (answer.DataHi == SentValue(item, stage)) return false;
+  const CfgWrite answered{item.ID, answer.DataHi, answer.Ack};
+  return std::find(before.begin(), before.end(), answered) != before.end();
 }
 
 std::optional<int> NextStage(const ConfigItem& item, int stage) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "files/config_file.h"
 #include "protocols/zolt_message.h"
@@ -35,6 +36,25 @@ CfgVerdict VerdictOf(const ConfigItem& item);
 
 // What goes out in this stage.
 std::string CfgMessage(const ConfigItem& item, int stage, const std::string& slave);
+
+// A value that was written, and what the slave said to it.
+struct CfgWrite {
+  std::int32_t id = 0;
+  int value = 0;
+  std::uint8_t ack = 0;
+
+  bool operator==(const CfgWrite&) const = default;
+};
+
+// Whether this stage writes, and then what.
+bool IsWrite(int stage);
+int WrittenValue(const ConfigItem& item, int stage);
+
+// Whether the answer is one to a message before this stage's, late or once more: one to a read
+// where this stage writes, or the other way round, or one of `before` whose value is not this
+// stage's.
+bool IsStale(const ConfigItem& item, int stage, const ZoltMessage& answer,
+             const std::vector<CfgWrite>& before);
 
 // The stage behind this one, past those for which there is no byte value; empty behind the last.
 std::optional<int> NextStage(const ConfigItem& item, int stage);

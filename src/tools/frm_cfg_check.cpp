@@ -23,8 +23,16 @@ constexpr int kAnswerTime = 300;  // ms
 constexpr int kThinkingTime = 100;  // ms
 constexpr int kSlaves = 16;
 
+// Why a message goes out once more.
+constexpr const char* kNoAnswer = "no answer";
+constexpr const char* kMessageDamaged = "the message was damaged";
+constexpr const char* kAnswerDamaged = "the answer was damaged";
+constexpr const char* kOldAnswer = "an old answer came";
+
 constexpr const char* kHeading =
     "ID\tMinimum\tMaximum\tDefault\tDescription\tTest type\tRead\tResult";
+
+std::string TimesText(int count) { return count == 1 ? "once" : std::to_string(count) + " times"; }
 
 std::string RowOf(const ConfigItem& item) {
   const std::string row = Stuff(Hex(item.ID), 4) + "\t" + std::to_string(item.Minimum) + "\t" +
@@ -42,7 +50,8 @@ frm_CfgCheck::frm_CfgCheck(ToolHost& host)
       tim_cfgread(host.platform.CreateTimer()),
       tim_cfgread_timeout(host.platform.CreateTimer()),
       host_(host),
-      quiet_(host.platform.CreateTimer()) {
+      late_(host.platform.CreateTimer()),
+      quiet_watch_(host.platform, host.line, [this](bool) { SendMessage(); }) {
   form.Visible = false;
   txt_ConfigurationFile.Text = kNoFile;
   txt_ConfigurationFile.Locked = true;
@@ -68,12 +77,31 @@ void frm_CfgCheck::BindControls() {
   CfgCom->SetOnComm([this](int event) { CommEvent(event); });
   tim_cfgread->SetOnTimer([this] { SendMessage(); });
   tim_cfgread_timeout->SetOnTimer([this] { TimedOut(); });
-  quiet_->SetOnTimer([this] { SendMessage(); });
+  late_->SetOnTimer([this] { late_->SetEnabled(false); });
 }
 
 // --- Beginning and end ---------------------------------------------------------------------------
 
-void frm_CfgCheck::Show() { form.Visible = true; }
+// A file may have been edited since the form was closed.
+void frm_CfgCheck::Show() {
+  if (form.Visible) return;
+  Empty();
+  cmb_Slave.Select(0);
+  form.Visible = true;
+}
+
+void frm_CfgCheck::Empty() {
+  txt_ConfigurationFile.Text = kNoFile;
+  txt_ConfigurationFile.ToolTipText = "";
+  ConfigItems.clear();
+  writes_.clear();
+  left_out_ = CfgIndex = CfgStage = 0;
+  lblState.Caption = "";
+  ShowRows();
+  ProgressBar1.Max = Count() + 1;
+  ShowCount();
+  ShowButtons();
+}
 
 void frm_CfgCheck::Unload() {
   if (!form.Visible || is_asking_) return;
@@ -101,17 +129,18 @@ void frm_CfgCheck::Check() {
                                          .icon = Icon::kInformation});
     return;
   }
-  ClearResults();
-  CfgIndex = CfgStage = 0;
-  ShowCount();
   if (ConfigItems.empty()) return Finish();
   if (!Begin()) return;
+  ClearResults();
+  CfgIndex = CfgStage = 0;
   is_running_ = true;
-  is_doubtful_ = false;
+  is_begun_ = has_written_ = false;
+  is_doubtful_ = late_->Enabled();
   repeats_ = 0;
-  Restart(*tim_cfgread);
+  ShowCount();
   ShowButtons();
   ShowState();
+  GoOn();
 }
 
 bool frm_CfgCheck::Begin() {
@@ -127,8 +156,7 @@ bool frm_CfgCheck::Begin() {
   // At the lowest speed an exchange alone takes nearly as long as a slave is waited for.
   const int exchange = TimeOfExchange(host_.line) + kThinkingTime;
   tim_cfgread_timeout->SetInterval(std::max(kAnswerTime, exchange));
-  // The answers to a message and to the same one once more come as far apart as they went out.
-  quiet_->SetInterval(tim_cfgread_timeout->Interval() + exchange);
+  late_->SetInterval(tim_cfgread_timeout->Interval() + exchange);
   return true;
 }
 
@@ -136,14 +164,15 @@ void frm_CfgCheck::Stop() {
   if (!is_running_) return;
   ShutDownCom();
   MarkUnreached();
-  lblState.Caption = "Stopped";
+  lblState.Caption = StoppedText() + ".";
 }
 
 void frm_CfgCheck::ShutDownCom() {
-  is_running_ = false;
+  if (is_doubtful_ || quiet_watch_.IsOn() || tim_cfgread_timeout->Enabled()) Restart(*late_);
+  is_running_ = is_doubtful_ = false;
   tim_cfgread->SetEnabled(false);
   tim_cfgread_timeout->SetEnabled(false);
-  quiet_->SetEnabled(false);
+  quiet_watch_.End();
   frames_.Clear();
   CloseQuietly(*CfgCom);
   ShowButtons();
@@ -154,26 +183,29 @@ void frm_CfgCheck::ErrorHandler(const std::string& text) {
   const bool was_running = is_running_;
   ShutDownCom();
   if (was_running) MarkUnreached();
-  lblState.Caption = text;
+  const std::string stop = text.ends_with('.') ? " " : ". ";
+  lblState.Caption = was_running ? text + stop + StoppedText() + "." : text;
   host_.platform.dialogs().MessageBox({.text = text, .title = "Error", .icon = Icon::kCritical});
 }
 
 void frm_CfgCheck::Finish() {
   ShutDownCom();
-  MarkUnreached();
   ProgressBar1.Value = ProgressBar1.Max;
   const auto is_good = [](const ConfigItem& item) { return VerdictOf(item) == CfgVerdict::kGood; };
   const auto good = std::count_if(ConfigItems.begin(), ConfigItems.end(), is_good);
-  lblState.Caption = "Finished: " + std::to_string(good) + " of " + std::to_string(Count()) + " OK";
+  const std::string result = ConfigItems.empty()
+                                 ? "no items"
+                                 : std::to_string(good) + " of " + std::to_string(Count()) + " OK";
+  lblState.Caption = "Finished: " + result + LeftOutText();
 }
 
+// The one in work has been reached.
 void frm_CfgCheck::MarkUnreached() {
-  for (std::size_t i = 0; i < ConfigItems.size(); ++i) {
-    ConfigItem& item = ConfigItems[i];
-    if (item.Result != ConfigItem::kNoResult || !item.HasDefault()) continue;
-    item.Result = kCfgNotChecked;
-    ShowRow(i);
+  const int first = CfgIndex + (is_begun_ ? 1 : 0);
+  for (auto i = static_cast<std::size_t>(first); i < ConfigItems.size(); ++i) {
+    if (ConfigItems[i].HasDefault()) ConfigItems[i].Result = kCfgNotChecked;
   }
+  ShowRows();
 }
 
 // --- The file ------------------------------------------------------------------------------------
@@ -186,31 +218,31 @@ void frm_CfgCheck::OpenFile() {
                                          .folder = UsableFolder(folder_, host_.platform.files())});
   // While the box was up.
   if (is_running_) return;
-  txt_ConfigurationFile.Text = path.value_or(kNoFile);
-  txt_ConfigurationFile.ToolTipText = path.value_or("");
-  if (path) folder_ = FolderOfPath(*path);
-  ConfigFile file = path ? ReadFile(*path) : ConfigFile{};
-  ConfigItems = std::move(file.items);
-  CfgIndex = CfgStage = 0;
-  lblState.Caption = "";
+  Empty();
+  if (!path) return;
+  folder_ = FolderOfPath(*path);
+  const auto file = ReadFile(*path);
+  if (!file) return;
+  txt_ConfigurationFile.Text = *path;
+  txt_ConfigurationFile.ToolTipText = *path;
+  ConfigItems = file->items;
+  left_out_ = file->left_out;
   ShowRows();
   ProgressBar1.Max = Count() + 1;
   ShowCount();
   ShowButtons();
-  if (file.failure) TellBadLine(*file.failure);
+  if (file->failure) TellBadLine(*file->failure);
 }
 
-ConfigFile frm_CfgCheck::ReadFile(const std::string& path) {
+std::optional<ConfigFile> frm_CfgCheck::ReadFile(const std::string& path) {
   try {
     return ReadConfigFile(DecodeText(host_.platform.files().ReadWhole(path)));
   } catch (const RunTimeError& error) {
-    txt_ConfigurationFile.Text = kNoFile;
-    txt_ConfigurationFile.ToolTipText = "";
     host_.platform.dialogs().MessageBox({.text = "The configuration file can not be read.",
                                          .title = "Error",
                                          .icon = Icon::kCritical,
                                          .detail = error.what()});
-    return {};
+    return std::nullopt;
   }
 }
 
@@ -234,10 +266,14 @@ void frm_CfgCheck::ClearResults() {
 
 void frm_CfgCheck::SendMessage() {
   tim_cfgread->SetEnabled(false);
-  quiet_->SetEnabled(false);
   if (!is_running_) return;
+  // While the user is asked nothing goes out.
+  if (is_asking_) return Restart(*tim_cfgread);
+  // Somebody is in the middle of a frame.
+  if (frames_.Missing() < zolt_frame::kLength) return AwaitQuiet();
   is_doubtful_ = false;
   repeats_ = 0;
+  heard_ = kNoAnswer;
   message_ = CfgMessage(Item(), CfgStage, cmb_Slave.Text);
   Output();
   ShowState();
@@ -246,12 +282,14 @@ void frm_CfgCheck::SendMessage() {
 void frm_CfgCheck::ResendMsg() {
   // Its answer may come twice.
   is_doubtful_ = true;
+  trouble_ = std::exchange(heard_, kNoAnswer);
   ++repeats_;
   Output();
 }
 
 void frm_CfgCheck::TimedOut() {
   if (!is_running_) return;
+  if (is_asking_) return Restart(*tim_cfgread_timeout);
   ResendMsg();
   ShowState();
 }
@@ -262,6 +300,8 @@ void frm_CfgCheck::Output() {
     CfgCom->ClearInBuffer();
     CfgCom->SetRThreshold(zolt_frame::kLength);
     CfgCom->Output(message_);
+    is_begun_ = true;
+    has_written_ = has_written_ || IsWrite(CfgStage);
     Restart(*tim_cfgread_timeout);
   } catch (const RunTimeError& error) {
     ErrorHandler(PortTrouble(error));
@@ -287,30 +327,47 @@ void frm_CfgCheck::CommEvent(int event) {
 void frm_CfgCheck::Received() {
   const std::string bytes = CfgCom->Input();
   if (!is_running_) return;
+  if (quiet_watch_.IsOn()) return quiet_watch_.Raise();
+  const bool is_awaited = tim_cfgread_timeout->Enabled();
   for (auto kind = frames_.Take(bytes); kind != AnswerKind::kNone; kind = frames_.Take({})) {
-    if (kind == AnswerKind::kGood && !IsForUs(frames_.frame())) continue;
-    const bool is_awaited = tim_cfgread_timeout->Enabled();
-    if (!is_awaited && quiet_->Enabled()) Restart(*quiet_);
-    if (kind != AnswerKind::kGood || frames_.IsDoubtful()) is_doubtful_ = true;
-    if (kind == AnswerKind::kGood && is_awaited) return ProcessAnswer(frames_.frame());
+    const bool is_good = kind == AnswerKind::kGood;
+    if (is_good && !IsForUs(frames_.frame())) continue;
+    // In the pause: what follows may be out of step.
+    if (!is_awaited) return AwaitQuiet();
+    if (!is_good || frames_.IsDoubtful()) is_doubtful_ = true;
+    if (!is_good) heard_ = kAnswerDamaged;
+    if (is_good && IsAnswer(frames_.frame())) return ProcessAnswer(frames_.frame());
     if (kind == AnswerKind::kTorn) frames_.Clear();
   }
-  CfgCom->SetRThreshold(frames_.Missing());
+  CfgCom->SetRThreshold(is_awaited ? frames_.Missing() : 1);
 }
 
-// False for another slave's, for another ID's, and for one that says that the message was damaged:
-// nothing has been tried by it, and it goes out once more.
+// False for another slave's and for another ID's.
 bool frm_CfgCheck::IsForUs(std::string_view frame) const {
   const ZoltMessage answer = ParseZoltMessage(frame);
+  if (answer.Ack == zolt_frame::kCorruptedMessage) return IsFrom(frame, cmb_Slave.Text.get());
   return zolt_frame::Text(frame, zolt_frame::kSlave) == cmb_Slave.Text.get() &&
-         answer.Class == kParameterClass && answer.Id == Item().ID &&
-         answer.Ack != zolt_frame::kCorruptedMessage;
+         answer.Class == kParameterClass && answer.Id == Item().ID;
+}
+
+// Behind one that says that the message was damaged, it goes out once more: nothing has been tried
+// by it. Behind an old one, the right one is still to come.
+bool frm_CfgCheck::IsAnswer(std::string_view frame) {
+  const ZoltMessage answer = ParseZoltMessage(frame);
+  if (answer.Ack == zolt_frame::kCorruptedMessage) {
+    heard_ = kMessageDamaged;
+    return false;
+  }
+  if (!IsStale(Item(), CfgStage, answer, writes_)) return true;
+  heard_ = kOldAnswer;
+  is_doubtful_ = true;
+  return false;
 }
 
 void frm_CfgCheck::ProcessAnswer(std::string_view frame) {
   tim_cfgread_timeout->SetEnabled(false);
   const ZoltMessage answer = ParseZoltMessage(frame);
-  frames_.Clear();
+  KeepWrite(answer);
   if (CfgStage == kReadDefault && answer.Ack == zolt_frame::kReadAcknowledge) {
     Item().ReadValue = answer.DataHi;
   }
@@ -323,19 +380,37 @@ void frm_CfgCheck::ProcessAnswer(std::string_view frame) {
   EndItem(failure.empty() ? kCfgGood : failure);
 }
 
+void frm_CfgCheck::KeepWrite(const ZoltMessage& answer) {
+  if (!IsWrite(CfgStage)) return;
+  const CfgWrite one{Item().ID, WrittenValue(Item(), CfgStage), answer.Ack};
+  if (std::find(writes_.begin(), writes_.end(), one) == writes_.end()) writes_.push_back(one);
+}
+
 void frm_CfgCheck::EndItem(const std::string& result) {
   Item().Result = result;
   ShowRow(static_cast<std::size_t>(CfgIndex));
   ++CfgIndex;
   CfgStage = 0;
+  is_begun_ = false;
   ShowCount();
   if (CfgIndex == Count()) return Finish();
   GoOn();
 }
 
 void frm_CfgCheck::GoOn() {
-  CfgCom->SetRThreshold(zolt_frame::kLength);
-  Restart(is_doubtful_ ? *quiet_ : *tim_cfgread);
+  if (is_doubtful_) return AwaitQuiet();
+  frames_.Clear();
+  Restart(*tim_cfgread);
+  CfgCom->SetRThreshold(1);
+}
+
+// The answers to a message and to the same one once more come as far apart as they went out.
+void frm_CfgCheck::AwaitQuiet() {
+  tim_cfgread->SetEnabled(false);
+  frames_.Clear();
+  quiet_watch_.Settle(tim_cfgread_timeout->Interval());
+  ShowState();
+  CfgCom->SetRThreshold(1);
 }
 
 // --- What is shown -------------------------------------------------------------------------------
@@ -364,11 +439,30 @@ void frm_CfgCheck::ShowRowInWork() {
 
 void frm_CfgCheck::ShowState() {
   if (!is_running_) return;
-  const std::string name = Item().Description.empty() ? "" : " (" + Item().Description + ")";
-  std::string text =
-      "ID " + Stuff(Hex(Item().ID), 4) + name + ": " + CfgStageText(Item(), CfgStage);
-  if (repeats_ > 0) text += ", no answer, repeated " + std::to_string(repeats_) + " times";
+  std::string text = NameOfItem() + ": " + CfgStageText(Item(), CfgStage);
+  if (quiet_watch_.IsOn()) {
+    text += ", waiting for a quiet line";
+  } else if (repeats_ > 0) {
+    text += ", " + trouble_ + ", repeated " + TimesText(repeats_);
+  }
   lblState.Caption = text + "; " + std::to_string(Count() - CfgIndex) + " left";
+}
+
+std::string frm_CfgCheck::NameOfItem() const {
+  const std::string name = Item().Description.empty() ? "" : " (" + Item().Description + ")";
+  return "ID " + Stuff(Hex(Item().ID), 4) + name;
+}
+
+std::string frm_CfgCheck::StoppedText() const {
+  return "Stopped at " + NameOfItem() +
+         (has_written_ ? "; the controller keeps what was written to it last"
+                       : "; this check has written nothing");
+}
+
+std::string frm_CfgCheck::LeftOutText() const {
+  if (left_out_ == 0) return "";
+  const std::string lines = left_out_ == 1 ? "1 line" : std::to_string(left_out_) + " lines";
+  return "; " + lines + " of the file " + (left_out_ == 1 ? "was" : "were") + " left out";
 }
 
 void frm_CfgCheck::ShowButtons() {

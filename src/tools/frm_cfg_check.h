@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "files/config_file.h"
 #include "tools/answer_frames.h"
 #include "tools/cfg_stages.h"
+#include "tools/quiet_watch.h"
 #include "tools/tool_host.h"
 
 namespace tarnlink {
@@ -62,6 +64,7 @@ class frm_CfgCheck {
   int CfgIndex = 0;  // of the item in work
   int CfgStage = 0;
 
+  // Without a file, unless it is open already.
   void Show();
   // In the middle of a check it asks first. Only once.
   void Unload();
@@ -85,7 +88,7 @@ class frm_CfgCheck {
 
  private:
   void BindControls();
-  ConfigFile ReadFile(const std::string& path);
+  std::optional<ConfigFile> ReadFile(const std::string& path);
   void TellBadLine(const BadLine& line);
   void ClearResults();
   void ShowRows();
@@ -102,11 +105,18 @@ class frm_CfgCheck {
   void CommEvent(int event);
   void Received();
   bool IsForUs(std::string_view frame) const;
+  bool IsAnswer(std::string_view frame);
   void ProcessAnswer(std::string_view frame);
+  void KeepWrite(const ZoltMessage& answer);
   void EndItem(const std::string& result);
   void GoOn();
+  void AwaitQuiet();
   void Finish();
   void MarkUnreached();
+  void Empty();
+  std::string NameOfItem() const;
+  std::string StoppedText() const;
+  std::string LeftOutText() const;
   void Save();
   ConfigItem& Item() { return ConfigItems[static_cast<std::size_t>(CfgIndex)]; }
   const ConfigItem& Item() const { return ConfigItems[static_cast<std::size_t>(CfgIndex)]; }
@@ -114,13 +124,20 @@ class frm_CfgCheck {
 
   ToolHost& host_;
   AnswerFrames frames_;
-  std::unique_ptr<Timer> quiet_;  // until no late answer can come any more
+  std::unique_ptr<Timer> late_;   // on while an answer of the run before may still come
+  QuietWatch quiet_watch_;        // on while the next message waits until no late answer can come
+  std::vector<CfgWrite> writes_;  // each that was answered, since the file was opened
   std::string message_;           // that went out last
+  std::string heard_;             // of it, while there is no answer
+  std::string trouble_;           // why it went out once more
   std::string folder_;            // where the last file was
+  int left_out_ = 0;              // lines of the file
+  int repeats_ = 0;               // of the message
   bool is_running_ = false;
   bool is_asking_ = false;    // whether the form may be closed
+  bool is_begun_ = false;     // the item in work: a message for it has gone out
+  bool has_written_ = false;  // in this run
   bool is_doubtful_ = false;  // an answer to a message before may still be on its way
-  int repeats_ = 0;           // of the message
 };
 
 }  // namespace tarnlink

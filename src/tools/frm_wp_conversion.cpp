@@ -1,12 +1,13 @@
 #include "tools/frm_wp_conversion.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <string>
 
 #include "common/numbers.h"
 #include "common/run_time_error.h"
+#include "common/text.h"
 
 namespace tarnlink {
 
@@ -33,27 +34,34 @@ bool IsNumeric(const std::string& text) {
   return true;
 }
 
-std::string Printed(const char* format, double value) {
-  std::array<char, 512> text{};
-  std::snprintf(text.data(), text.size(), format, value);
-  return text.data();
+// With a decimal point wherever the program runs, as the points are typed.
+std::string Printed(double value, std::chars_format form, int precision) {
+  std::array<char, 512> text;
+  const auto end =
+      std::to_chars(text.data(), text.data() + text.size(), value + 0.0, form, precision).ptr;
+  return {text.data(), end};
 }
 
 // Ties go away from zero. A zero that was rounded has no minus sign.
 std::string Decimals(double value, int count) {
   const double one = std::pow(10.0, count);
   const double rounded = std::abs(value) < 1e12 ? std::round(value * one) / one : value;
-  return Printed(count == 2 ? "%.2f" : "%.4f", rounded + 0.0);
+  return Printed(rounded, std::chars_format::fixed, count);
 }
 
-std::string DefaultFormat(double value) { return Printed("%.15G", value + 0.0); }
+std::string DefaultFormat(double value) {
+  return ToUpper(Printed(value, std::chars_format::general, 15));
+}
 
-void ShowFigure(TextBox& box, double value) {
-  const bool is_coarse = value >= kCoarse - kSmall;
+void ShowWarning(TextBox& box, bool is_coarse) {
   Font font = box.TextFont;
   font.bold = is_coarse;
   box.TextFont = font;
   box.ForeColor = is_coarse ? frmWPconversion::kWarning : kBlack;
+}
+
+void ShowFigure(TextBox& box, double value) {
+  ShowWarning(box, value >= kCoarse - kSmall);
   box.Text = Decimals(value, 4);
 }
 
@@ -172,6 +180,9 @@ std::array<TextBox*, 6> frmWPconversion::Results() {
 
 void frmWPconversion::EmptyResults() {
   for (TextBox* box : Results()) box->Text = "";
+  for (TextBox* box : {&txtFault, &txtResolution}) ShowWarning(*box, false);
+  txtFault.ToolTipText = "";
+  lblFault.ToolTipText = "";
   picSensor.Sensor = picSensor.Controller = std::vector<SensorPoint>{};
   frmFault.Visible = false;
 }

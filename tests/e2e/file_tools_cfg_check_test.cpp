@@ -135,7 +135,7 @@ TEST_F(CfgCheckOnALine, StopsInTheMiddleAndBeginsAnew) {
   program->Mouse("cmd_Check");
   ASSERT_TRUE(program->Becomes("text Label6", "3 / 9", kRunTime));
   program->Mouse("cmd_Stop");
-  ASSERT_TRUE(program->Becomes("text lblState", "Stopped"));
+  ASSERT_TRUE(Says("text lblState", "Stopped at ID "));
   const std::size_t at_rest = Record("heard").size();
   EXPECT_LT(at_rest, 7U * 5);
   const std::vector<std::string> rows = Rows();

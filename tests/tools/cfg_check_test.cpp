@@ -80,6 +80,7 @@ TEST_F(CfgCheckTest, KeepsTheFirst301ItemsAndTellsOfThe302nd) {
 
 TEST_F(CfgCheckTest, EndsAtOnceWithoutItems) {
   Begin("* only a comment\r\n");
+  EXPECT_EQ(State(), "Finished: no items");
   ExpectIdle();
   EXPECT_EQ(Count(), "0 / 0");
   EXPECT_EQ(world.port().opens(), 0);
@@ -148,18 +149,16 @@ TEST_F(CfgCheckTest, TellsWhichStageAnAnswerDidNotPass) {
 }
 
 TEST_F(CfgCheckTest, NeedsTheAcknowledgeOfAReadBesideTheValue) {
-  for (const std::uint8_t kind : {kCfgOutside, kCfgWritten}) {
-    Begin(kOneItem);
-    Asked();
-    Receive(Frame(kind, 60));
-    EXPECT_EQ(Result(), "Wrong default value");
-    EXPECT_EQ(Row(), "056D\t30\t85\t60\tCH setpoint\t1\t\tWrong default value");
-    Begin(kOneItem);
-    PassTo(2);
-    Asked();
-    Receive(Frame(kind, 30));
-    EXPECT_EQ(Result(), "Minimum was not written");
-  }
+  Begin(kOneItem);
+  Asked();
+  Receive(Frame(kCfgOutside, 60));
+  EXPECT_EQ(Result(), "Wrong default value");
+  EXPECT_EQ(Row(), "056D\t30\t85\t60\tCH setpoint\t1\t\tWrong default value");
+  Begin(kOneItem);
+  PassTo(2);
+  Asked();
+  Receive(Frame(kCfgOutside, 30));
+  EXPECT_EQ(Result(), "Minimum was not written");
 }
 
 TEST_F(CfgCheckTest, TellsOfAnUnknownIdInAnyStageAndGoesOn) {
@@ -172,6 +171,7 @@ TEST_F(CfgCheckTest, TellsOfAnUnknownIdInAnyStageAndGoesOn) {
     EXPECT_EQ(Count(), "1 / 2");
     EXPECT_EQ(Asked(), "read 05F4");
     tool.cmd_Stop.Press();
+    world.Advance(1s);
   }
 }
 
@@ -207,6 +207,9 @@ TEST_F(CfgCheckTest, SendsAMessageWithoutAnAnswerAgainAndAgain) {
     EXPECT_EQ(Sent(), "nothing");
     world.Advance(1ms);
     EXPECT_EQ(Sent(), "read 056D");
+    if (i > 1) continue;
+    EXPECT_EQ(State(),
+              "ID 056D (CH setpoint): reading the default, no answer, repeated once; 1 left");
   }
   EXPECT_EQ(State(),
             "ID 056D (CH setpoint): reading the default, no answer, repeated 50 times; 1 left");
@@ -233,11 +236,52 @@ TEST_F(CfgCheckTest, StopsAtOnce) {
   EXPECT_EQ(Asked(), "read 05F4");
   tool.cmd_Stop.Press();
   EXPECT_EQ(Result(0), "OK");
-  EXPECT_EQ(Result(1), "ID has not been checked");
+  EXPECT_EQ(Result(1), "\t\t");
   EXPECT_EQ(Result(2), "\t\t");
-  EXPECT_EQ(Row(1), "05F4\t35\t65\t50\tDHW\t1\t\tID has not been checked");
-  EXPECT_EQ(State(), "Stopped");
+  EXPECT_EQ(State(), "Stopped at ID 05F4 (DHW); the controller keeps what was written to it last.");
   ExpectIdle();
+}
+
+TEST_F(CfgCheckTest, MarksWhatStopHasLeftOut) {
+  const std::string second = "05F4\t35\t65\t50\tDHW\t1\r\n";
+  Load(std::string(kOneItem) + second + "0907\t40\t70\t-\tStore\t1\r\n" + second);
+  // Nothing has gone out yet: the first has not been reached either.
+  tool.cmd_Check.Press();
+  tool.cmd_Stop.Press();
+  EXPECT_EQ(Result(0), "ID has not been checked");
+  EXPECT_EQ(State(), "Stopped at ID 056D (CH setpoint); this check has written nothing.");
+  tool.cmd_Check.Press();
+  EXPECT_EQ(Result(0), "\t\t");
+  Asked();
+  tool.cmd_Stop.Press();
+  EXPECT_EQ(State(), "Stopped at ID 056D (CH setpoint); this check has written nothing.");
+  EXPECT_EQ(Result(0), "\t\t");
+  EXPECT_EQ(Result(1), "ID has not been checked");
+  EXPECT_EQ(Row(1), "05F4\t35\t65\t50\tDHW\t1\t\tID has not been checked");
+  EXPECT_EQ(Result(2), "\t\t");
+  EXPECT_EQ(Result(3), "ID has not been checked");
+}
+
+TEST_F(CfgCheckTest, NamesTheLinesThatWereLeftOut) {
+  const auto load = [this](const std::string& text) {
+    world.disk().Put("/home/user/work/a.cfg", text);
+    world.dialogs().ExpectOpenFile().Give("/home/user/work/a.cfg");
+    world.dialogs().ExpectMessageBox("Line 1 of the configuration file is wrong.",
+                                     "Configuration check");
+    tool.cmd_Open.Press();
+  };
+  load(std::string("x\r\n") + kOneItem + "056D\t85\t30\t60\r\n");
+  EXPECT_EQ(tool.ConfigItems.size(), 1U);
+  tool.cmd_Check.Press();
+  PassTo(7);
+  EXPECT_EQ(State(), "Finished: 1 of 1 OK; 2 lines of the file were left out");
+  load("x\r\n");
+  EXPECT_EQ(State(), "");
+  tool.cmd_Check.Press();
+  EXPECT_EQ(State(), "Finished: no items; 1 line of the file was left out");
+  Begin(kOneItem);
+  PassTo(7);
+  EXPECT_EQ(State(), "Finished: 1 of 1 OK");
 }
 
 TEST_F(CfgCheckTest, BeginsAnewWithoutTheResultsBefore) {
@@ -247,6 +291,42 @@ TEST_F(CfgCheckTest, BeginsAnewWithoutTheResultsBefore) {
   EXPECT_EQ(Row(), "056D\t30\t85\t60\tCH setpoint\t1\t\t");
   EXPECT_EQ(Count(), "0 / 1");
   EXPECT_EQ(Asked(), "read 056D");
+}
+
+TEST_F(CfgCheckTest, KeepsTheResultsWhereThePortCannotBeHad) {
+  Begin(kOneItem);
+  PassTo(7);
+  world.faults().Break("Port.Open", RunTimeError(kPortUnavailable, "COM1 is busy."));
+  world.dialogs().ExpectMessageBox("COM1 is busy.", "Error");
+  tool.cmd_Check.Press();
+  EXPECT_EQ(Result(), "OK");
+  EXPECT_EQ(Count(), "1 / 1");
+  EXPECT_EQ(State(), "COM1 is busy.");
+  ExpectIdle();
+}
+
+TEST_F(CfgCheckTest, OpensWithoutTheFileThatItWasClosedWith) {
+  Begin(kOneItem);
+  PassTo(7);
+  tool.cmb_Slave.Pick(10);
+  tool.Show();  // it is open
+  EXPECT_EQ(Result(), "OK");
+  EXPECT_EQ(tool.cmb_Slave.Text.get(), "A");
+  tool.Unload();
+  tool.Show();
+  EXPECT_EQ(tool.txt_ConfigurationFile.Text.get(), "No file specified");
+  EXPECT_EQ(tool.txt_ConfigurationFile.ToolTipText.get(), "");
+  EXPECT_EQ(tool.cmb_Slave.Text.get(), "0");
+  EXPECT_TRUE(tool.ParametersList.List.get().empty());
+  EXPECT_TRUE(tool.ConfigItems.empty());
+  EXPECT_EQ(Count(), "0 / 0");
+  EXPECT_EQ(State(), "");
+  EXPECT_EQ(tool.ProgressBar1.Value.get(), 0);
+  EXPECT_FALSE(tool.cmd_Save.Enabled);
+  // The folder is remembered.
+  world.dialogs().ExpectOpenFile().Cancel();
+  tool.cmd_Open.Press();
+  EXPECT_EQ(world.dialogs().last_file_request().folder, "/home/user/work");
 }
 
 TEST_F(CfgCheckTest, AsksBeforeItIsClosedInTheMiddle) {
@@ -281,6 +361,7 @@ TEST_F(CfgCheckTest, MarksTheRowInWork) {
   EXPECT_EQ(tool.ParametersList.InWork.get(), 1);
   tool.cmd_Stop.Press();
   EXPECT_EQ(tool.ParametersList.InWork.get(), -1);
+  world.Advance(1s);
   Begin(kOneItem);
   PassTo(7);
   EXPECT_EQ(tool.ParametersList.InWork.get(), -1);

@@ -2,11 +2,68 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <clocale>
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <map>
 #include <string>
+#include <vector>
 
 namespace tarnlink {
 namespace {
+
+// A place where numbers have a decimal comma, made for the test: systems need not have any. It is
+// left as what holds it is destroyed.
+class CommaCountry {
+ public:
+  CommaCountry() : folder_(::testing::TempDir() + "comma_country") {
+    std::filesystem::create_directories(folder_ + "/xx_XX");
+    std::ofstream(folder_ + "/xx_XX/LC_NUMERIC", std::ios::binary) << NumericFile();
+    setenv("LOCPATH", folder_.c_str(), 1);
+    is_there_ = std::setlocale(LC_NUMERIC, "xx_XX") != nullptr;
+  }
+  ~CommaCountry() {
+    std::setlocale(LC_NUMERIC, "C");
+    unsetenv("LOCPATH");
+    std::filesystem::remove_all(folder_);
+  }
+  CommaCountry(const CommaCountry&) = delete;
+  CommaCountry& operator=(const CommaCountry&) = delete;
+
+  bool IsThere() const {
+    return is_there_ && std::strcmp(std::localeconv()->decimal_point, ",") == 0;
+  }
+
+ private:
+  // As localedef makes one: a mark, the count of the items, where each begins, and the items.
+  static std::string NumericFile() {
+    const auto word = [](std::uint32_t number) {
+      std::string bytes(sizeof number, '\0');
+      std::memcpy(bytes.data(), &number, sizeof number);
+      return bytes;
+    };
+    const std::vector<std::string> items = {
+        std::string(",\0\0\0", 4), std::string(4, '\0'), std::string(4, '\0'), word(','), word(0),
+        std::string("UTF-8\0", 6)};
+    std::string head =
+        word(0x20031115U ^ LC_NUMERIC) + word(static_cast<std::uint32_t>(items.size()));
+    std::string body;
+    const std::size_t begin = head.size() + items.size() * sizeof(std::uint32_t);
+    for (const std::string& item : items) {
+      head += word(static_cast<std::uint32_t>(begin + body.size()));
+      body += item;
+    }
+    return head + body;
+  }
+
+  std::string folder_;
+  bool is_there_ = false;
+};
 
 class WpConversion : public ::testing::Test {
  protected:
@@ -86,10 +143,11 @@ TEST_F(WpConversion, KeepsTheOffsetInAByte) {
 
 TEST_F(WpConversion, HasNoFactorsBelowZero) {
   Convert("1", "5.1", "2", "0");
-  // The error of each fraction is greater than that of the smallest, 1 / 255.
-  EXPECT_EQ(tool.txtFactorA.Text.get(), "1");
-  EXPECT_EQ(tool.txtFactorB.Text.get(), "255");
+  // The error of each fraction is greater than that of the smallest, 1 / 255. The offset is
+  // 76.5 - 51 * 255 / 2, far below 0, so that nearly all of point 1 is lost: 5.1 - 51 / 2550.
+  EXPECT_EQ(Shown(), "1 255 0 | 0.00 ... 0.10 | 5.0800 | 0.0004");
   EXPECT_TRUE(IsWarning(tool.txtFault));
+  EXPECT_FALSE(IsWarning(tool.txtResolution));
 }
 
 TEST_F(WpConversion, WarnsOfAFaultOfHalfABarAndMore) {
@@ -143,20 +201,69 @@ TEST_F(WpConversion, EmptiesAllWhereAPointIsNoNumber) {
   }
 }
 
+TEST_F(WpConversion, ShowsAPointWhereOthersShowAComma) {
+  const CommaCountry country;
+  ASSERT_TRUE(country.IsThere());
+  tool.cmdConvert.Press();
+  EXPECT_EQ(Shown(), "41 115 57 | -2.03 ... 7.06 | 0.0135 | 0.0357");
+  EXPECT_EQ(tool.txtFault.ToolTipText.get(), "Divation of calculation in range 0.5 ... 2.5 Bar");
+}
+
+TEST_F(WpConversion, ForgetsWhatItSaidOfTheConversionBefore) {
+  const auto convert_badly = [this] {
+    Convert("0", "10", "1", "60");
+    EXPECT_TRUE(IsWarning(tool.txtFault));
+    EXPECT_TRUE(IsWarning(tool.txtResolution));
+    EXPECT_NE(tool.lblFault.ToolTipText.get(), "");
+  };
+  const auto expect_forgotten = [this] {
+    ExpectEmpty();
+    EXPECT_FALSE(IsWarning(tool.txtFault));
+    EXPECT_FALSE(IsWarning(tool.txtResolution));
+    EXPECT_EQ(tool.txtFault.ToolTipText.get(), "");
+    EXPECT_EQ(tool.lblFault.ToolTipText.get(), "");
+    EXPECT_EQ(tool.txtResolution.ToolTipText.get(), "1 AD count");
+  };
+  expect_forgotten();
+  convert_badly();
+  tool.txtU1.Text = "x";
+  tool.cmdConvert.Press();
+  expect_forgotten();
+  convert_badly();
+  tool.cmdClose.Press();
+  tool.Show();
+  expect_forgotten();
+}
+
 TEST_F(WpConversion, TakesNumbersInAllTheirForms) {
   Convert(" 1.40 ", "+.5", "25e-1", "2.5E0");
   EXPECT_EQ(Shown(), "41 115 57 | -2.03 ... 7.06 | 0.0135 | 0.0357");
 }
 
 TEST_F(WpConversion, SurvivesNumbersWithoutMeasure) {
-  for (const char* text : {"1e308", "-1e308", "1e999", "1e-320", "-1e999"}) {
+  const auto convert_with = [this](TextBox& box, const char* text) {
+    Convert("1.4", "0.5", "2.5", "2.5");
+    ASSERT_TRUE(tool.frmFault.Visible);
+    box.Text = text;
+    tool.cmdConvert.Press();
+  };
+  // Nothing that can be reckoned with.
+  for (const char* text : {"1e308", "-1e308", "1e999", "-1e999"}) {
     for (TextBox* box : {&tool.txtU1, &tool.txtU2, &tool.txtPres1, &tool.txtPres2}) {
-      Convert("1.4", "0.5", "2.5", "2.5");
-      box->Text = text;
-      tool.cmdConvert.Press();
-      EXPECT_EQ(Shown().find("nan"), std::string::npos) << Shown();
-      EXPECT_EQ(Shown().find("inf"), std::string::npos) << Shown();
+      SCOPED_TRACE(box->name() + " " + text);
+      convert_with(*box, text);
+      ExpectEmpty();
     }
+  }
+  // As good as zero.
+  const std::map<TextBox*, std::string> shown = {
+      {&tool.txtU1, "8 51 0 | 0.00 ... 4.00 | 0.5000 | 0.0157"},
+      {&tool.txtPres1, "41 92 71 | -3.16 ... 8.20 | 0.0179 | 0.0446"},
+      {&tool.txtU2, "1 255 0 | 0.00 ... 0.10 | 2.5000 | 0.0004"},
+      {&tool.txtPres2, "1 255 0 | 0.00 ... 0.10 | 0.4720 | 0.0004"}};
+  for (const auto& [box, text] : shown) {
+    convert_with(*box, "1e-320");
+    EXPECT_EQ(Shown(), text) << box->name();
   }
 }
 

@@ -184,9 +184,11 @@ TEST_F(CfgDialogTest, CheckAndStopHandTheFocusToEachOther) {
   RunTo(1);
   Key(form, Qt::Key_Space);
   EXPECT_EQ(Focus(form), "cmd_Check");
-  EXPECT_EQ(Caption(form, "lblState"), "Stopped");
-  EXPECT_EQ(Row(form, 1), "05F4|36|65|50|DHW setpoint (C)|1||ID has not been checked");
+  EXPECT_EQ(Caption(form, "lblState"),
+            "Stopped at ID 05F4 (DHW setpoint (C)); the controller keeps what was written to it "
+            "last.");
   EXPECT_EQ(Row(form, 2), "0999|0|255|-|Not in this boiler|1||");
+  EXPECT_EQ(Row(form, 3), "0951|1|9|3|Ignition retries|1||ID has not been checked");
   form.close();
 }
 
@@ -219,8 +221,27 @@ TEST_F(CfgDialogTest, EscapeInTheMiddleAsks) {
   EXPECT_FALSE(form.isVisible());
   EXPECT_FALSE(world.port().PortOpen());
   OpenCheck();
+  EXPECT_EQ(Text(form, "txt_ConfigurationFile"), "No file specified");
+  EXPECT_EQ(Table(form).rowCount(), 0);
+  EXPECT_EQ(Caption(form, "lblState"), "");
   Key(form, Qt::Key_Escape);
   EXPECT_FALSE(form.isVisible());
+}
+
+TEST_F(CfgDialogTest, ALongStateIsReadAsAWhole) {
+  QWidget& form = OpenCheck();
+  form.resize(QSize(683, 384) * 0.9);
+  Load(form, "FFFFh\t30\t85\t60\tA description as long as they are at most\t1\r\n");
+  boiler.line().AddFault("no_reply");
+  Click(form, "cmd_Check");
+  world.Advance(20s);
+  const auto& state = In<QLabel>(form, "lblState");
+  EXPECT_GE(state.height(), state.heightForWidth(state.width())) << Caption(form, "lblState");
+  world.port().Unplug();
+  world.dialogs().ExpectMessageBox(world.port().LossReason(), "Error");
+  world.Advance(1ms);
+  EXPECT_GE(state.height(), state.heightForWidth(state.width())) << Caption(form, "lblState");
+  form.close();
 }
 
 TEST_F(CfgDialogTest, TheSlaveIsChosenByKeys) {

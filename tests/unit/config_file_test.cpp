@@ -100,6 +100,19 @@ TEST(ReadConfigFile, LeavesOutALineWhoseLimitsAreNone) {
   EXPECT_EQ(Read("1\t2\t3\t300"), " ! 1: The default is not between 0 and 255.");
 }
 
+TEST(ReadConfigFile, LeavesOutALineWhoseMinimumIsTheGreaterLimit) {
+  EXPECT_EQ(Read("1\t86\t85\t60"), " ! 1: The minimum is greater than the maximum.");
+  EXPECT_EQ(Read("1\t85\t85\t60"), "1 85 85 60  0");
+  EXPECT_EQ(Read("1\t255\t0"), " ! 1: The minimum is greater than the maximum.");
+}
+
+TEST(ReadConfigFile, CountsTheLinesThatItLeavesOut) {
+  EXPECT_EQ(ReadConfigFile("*\n\n1\t2\t3\n").left_out, 0);
+  EXPECT_EQ(ReadConfigFile("x\n1\t2\t3\n1\t2\n1\t3\t2\n").left_out, 3);
+  EXPECT_EQ(ReadConfigFile("1\t2\t3\t4\ta\tB\n").left_out, 0);
+  EXPECT_EQ(ReadConfigFile(Lines(304) + "* comment\r\n").left_out, 3);
+}
+
 TEST(ReadConfigFile, KeepsAnItemWhoseTestTypeIsBad) {
   EXPECT_EQ(Read("1\t2\t3\t4\ta\tB"), "1 2 3 4 a 0 ! 1: The test type is no whole number.");
 }
