@@ -38,6 +38,7 @@ ToolHost ToolHostOf(Platform& platform, Monitor& monitor) {
           .IdFile = [&monitor] { return monitor.options.txt_ZOLTIDDef.Text.get(); },
           .LogPath = [&monitor] { return monitor.options.txt_LogPath.Text.get(); },
           .GoControlPanel = {},
+          .GivePort = [&monitor] { return GivePort(monitor.main); },
           .MsgTimeout = [&monitor] { return monitor.options.sld_MsgTimeout.Value.get(); },
           .ParameterFile = [&monitor] { return monitor.main.ParameterFile; },
           .ParFolder = [&monitor] { return monitor.main.ParCmnDlg.InitDir; },

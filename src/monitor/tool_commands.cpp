@@ -2,16 +2,14 @@
 
 namespace tarnlink {
 
-namespace {
-
 // A run that ended for a silent slave opens its port once more, for nothing but Stop. The tool
 // would find it in use, by this program.
-void LetPortGo(frm_Main& main) {
+bool GivePort(frm_Main& main) {
+  if (main.CommRunning) return false;
   main.tmr_noresponse->SetEnabled(false);
   if (main.Comm->PortOpen()) main.Comm->SetPortOpen(false);
+  return true;
 }
-
-}  // namespace
 
 void OpenTool(frm_Main& main, const std::function<void()>& show) {
   if (main.CommRunning) {
@@ -19,21 +17,10 @@ void OpenTool(frm_Main& main, const std::function<void()>& show) {
                                           .title = "Communication Error",
                                           .icon = Icon::kCritical});
   } else if (show) {
-    LetPortGo(main);
+    GivePort(main);
     show();
   }
 }
-
-namespace {
-
-// For a tool with work that needs no port. What needs it says itself that the run has it.
-void OpenBesideRun(frm_Main& main, const std::function<void()>& show) {
-  if (!show) return;
-  if (!main.CommRunning) LetPortGo(main);
-  show();
-}
-
-}  // namespace
 
 ToolCommands::ToolCommands(frm_Main& main) {
   main.M_Graphics.Click = [&main] {
@@ -51,7 +38,10 @@ ToolCommands::ToolCommands(frm_Main& main) {
   main.mnuLoadParameters.Click = [&main] { OpenTool(main, main.ShowParameters); };
   main.mnuCfgCheck.Click = [&main] { OpenTool(main, main.ShowCfgCheck); };
   main.M_EE_DOWN.Click = [&main] { OpenTool(main, main.ShowEepromDownloader); };
-  main.M_EEPROM.Click = [&main] { OpenBesideRun(main, main.ShowEepromWriter); };
+  // Its output files need no port; it asks for that itself when it writes.
+  main.M_EEPROM.Click = [&main] {
+    if (main.ShowEepromWriter) main.ShowEepromWriter();
+  };
   main.mnuWPConversion.Click = [&main] {
     if (main.ShowWPConversion) main.ShowWPConversion();
   };

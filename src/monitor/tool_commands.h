@@ -11,6 +11,9 @@ namespace tarnlink {
 // Shows a tool, with the port let go, or says that the run must be stopped first.
 void OpenTool(frm_Main& main, const std::function<void()>& show);
 
+// Lets the port go if it is only held; false during a run.
+bool GivePort(frm_Main& main);
+
 class ToolCommands {
  public:
   // Binds the entries; `main` outlives it.

@@ -11,6 +11,7 @@
 #include "protocols/zolt_frame.h"
 #include "protocols/zolt_message.h"
 #include "tools/cfg_stages.h"
+#include "tools/list_file.h"
 #include "tools/tool_port.h"
 
 namespace tarnlink {
@@ -482,25 +483,10 @@ std::string frm_CfgCheck::ListText() const {
 }
 
 void frm_CfgCheck::Save() {
-  const auto path =
-      host_.platform.dialogs().SaveFile({.title = "Save list",
-                                         .filter = "Text files (*.txt)|*.txt",
-                                         .folder = UsableFolder(folder_, host_.platform.files()),
-                                         .extension = "txt",
-                                         .confirm_overwrite = true});
-  if (!path) return;
-  std::string text;
-  const std::string list = ListText();
-  LineReader lines(list);
-  for (std::string_view line; lines.Next(line);) text.append(line).append(kLineEnd);
-  try {
-    host_.platform.files().WriteWhole(*path, EncodeText(text));
-  } catch (const RunTimeError& error) {
-    host_.platform.dialogs().MessageBox({.text = "Error saving file",
-                                         .title = "Error",
-                                         .icon = Icon::kCritical,
-                                         .detail = error.what()});
-  }
+  SaveListFile(host_.platform, {.title = caption.Caption,
+                                .file_name = "Configuration.txt",
+                                .folder = folder_,
+                                .text = ListText()});
 }
 
 }  // namespace tarnlink

@@ -22,6 +22,8 @@ struct ToolHost {
   std::function<std::string()> LogPath;  // the folder of the options for logs
   // Shows the control panel on the slave of this number, 0 to 15; `closed` comes when it has been.
   std::function<void(int Index, std::function<void()> closed)> GoControlPanel;
+  // The main window lets the port go if it only holds it; false while it communicates.
+  std::function<bool()> GivePort = {};
   std::string SlaveAddress = "0";        // of the slave that the control panel shows
   std::function<int()> MsgTimeout = {};  // of the options, in seconds; 0 waits for ever
   // The parameter file that was opened last from the project; empty without one.

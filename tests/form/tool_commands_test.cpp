@@ -152,6 +152,27 @@ TEST_F(ToolCommandsTest, ImagesAndThePressureConversionOpenBesideTheRun) {
   EXPECT_TRUE(main.Comm->PortOpen()) << "It is the run's.";
 }
 
+// A tool that was opened beside a run finds out when it wants to begin.
+TEST_F(ToolCommandsTest, ThePortIsNotGivenWhileTheRunHasIt) {
+  Run();
+  EXPECT_FALSE(GivePort(main));
+  EXPECT_TRUE(main.Comm->PortOpen());
+  Stop();
+  EXPECT_TRUE(GivePort(main));
+}
+
+TEST_F(ToolCommandsTest, ThePortIsGivenBehindASilentSlave) {
+  Screen({ByteAt("01A0")});
+  Start();
+  ExpectSilentSlaveBox();
+  Advance(6020);
+  ASSERT_TRUE(main.Comm->PortOpen());
+  EXPECT_TRUE(GivePort(main));
+  EXPECT_FALSE(main.Comm->PortOpen());
+  Advance(10'000);
+  EXPECT_FALSE(main.Comm->PortOpen()) << "The watchdog does not take it again.";
+}
+
 TEST_F(ToolCommandsTest, AParameterFileOfTheProjectOpensByADoubleClick) {
   constexpr const char* kFile = "/jobs/boiler.par";
   main.trvProject.AddFileToProject("par", kFile);

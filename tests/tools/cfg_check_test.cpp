@@ -414,7 +414,7 @@ TEST_F(CfgCheckTest, CopiesAndSavesTheList) {
             "056D\t30\t85\t60\tCH setpoint\t1\t\t\r\n");
   world.disk().SetFreeSpace(0);
   world.dialogs().ExpectSaveFile("Save list").Give("/home/user/work/list.txt");
-  world.dialogs().ExpectMessageBox("Error saving file", "Error");
+  world.dialogs().ExpectMessageBox("The list can not be saved.", "Configuration check");
   tool.cmd_Save.Press();
 }
 
