@@ -70,6 +70,18 @@ class SourceReader {
     SetValue(block[kEepromBlockData + 1], static_cast<std::uint8_t>(check >> 8));
     source_.blocks.push_back(std::move(block));
     is_ended_ = !NextLine() || line_.starts_with(kEndMark);
+    if (!is_ended_ && IsRecord()) {
+      Refuse("a record where the line between two blocks of 16 should stand.");
+    }
+  }
+
+  bool IsRecord() {
+    try {
+      AddressOf(ReadRecord(true));
+      return true;
+    } catch (const RunTimeError&) {
+      return false;
+    }
   }
 
   static void SetValue(EepromRecord& record, std::uint8_t value) {

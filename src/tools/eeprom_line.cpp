@@ -1,5 +1,7 @@
 #include "tools/eeprom_line.h"
 
+#include <utility>
+
 #include "protocols/zolt_frame.h"
 #include "tools/tool_port.h"
 
@@ -31,15 +33,19 @@ EepromLine::EepromLine(ToolHost& host, SerialPort& port, Timer& timeout)
   timeout_.SetInterval(kAnswerTime);
   timeout_.SetOnTimer([this] { TimeOut(); });
   port_.SetOnComm([this](int event) { CommEvent(event); });
+  frames_.HeardRequest = [this](std::string_view frame) { HearMaster(frame); };
 }
 
 void EepromLine::Open() {
   Close();
   SetServiceLine(port_, host_.line);
   port_.SetPortOpen(true);
+  // Nothing that the run before has asked for may be taken for an answer in this one.
+  if (std::exchange(is_unsettled_, false)) AwaitQuiet(kAnswerTime);
 }
 
 void EepromLine::Close() {
+  if (is_out_ || quiet_watch_.IsOn()) is_unsettled_ = true;
   timeout_.SetEnabled(false);
   quiet_watch_.End();
   is_out_ = is_doubtful_ = heard_more_ = false;
@@ -67,7 +73,7 @@ void EepromLine::ResendMsg() {
 void EepromLine::Put() {
   quiet_watch_.End();
   frames_.Clear();
-  heard_more_ = false;
+  heard_more_ = is_contested_ = false;
   is_out_ = true;
   try {
     port_.ClearInBuffer();
@@ -85,10 +91,10 @@ void EepromLine::AskAgain(const std::string& why) {
   AwaitQuiet();
 }
 
-void EepromLine::AwaitQuiet() {
+void EepromLine::AwaitQuiet(int late) {
   timeout_.SetEnabled(false);
   port_.SetRThreshold(1);
-  quiet_watch_.Raise();
+  quiet_watch_.Settle(late);
 }
 
 void EepromLine::Quiet() {
@@ -127,19 +133,37 @@ void EepromLine::Received() {
   for (auto kind = frames_.Take(bytes); kind != AnswerKind::kNone; kind = frames_.Take({})) {
     if (kind != AnswerKind::kGood) return AskAgain("a damaged answer");
     const std::string frame = frames_.frame();
-    if (!IsForUs(frame)) continue;
-    timeout_.SetEnabled(false);
-    const bool is_doubtful = is_doubtful_ || frames_.IsDoubtful();
-    is_out_ = false;
-    if (!Answered || Answered(frame)) {
-      if (is_doubtful && port_.PortOpen() && !is_out_) AwaitQuiet();
-      return;
-    }
-    if (!port_.PortOpen() || is_out_) return;
-    why_ = RefusalOf(frame);
-    return is_doubtful ? AskAgain(why_) : ResendMsg();
+    if (IsForUs(frame)) return Take(frame);
   }
   port_.SetRThreshold(frames_.Missing());
+}
+
+void EepromLine::Take(std::string_view frame) {
+  const bool is_read =
+      zolt_frame::KindOf(zolt_frame::TypeOf(frame)) == zolt_frame::kReadAcknowledge;
+  // It does not say which address it is of.
+  if (is_read && is_contested_) return AskAgain("another master asks the slave too");
+  timeout_.SetEnabled(false);
+  const bool is_doubtful = is_doubtful_ || frames_.IsDoubtful();
+  heard_more_ = frames_.IsDoubtful();
+  is_out_ = false;
+  if (!Answered || Answered(frame)) {
+    if (!port_.PortOpen() || is_out_) return;
+    // Of a request that went out more than once each may be answered, and as late as the first.
+    if (repeats_ > 0) return AwaitQuiet(kAnswerTime);
+    if (is_doubtful) AwaitQuiet();
+    return;
+  }
+  if (!port_.PortOpen() || is_out_) return;
+  why_ = RefusalOf(frame);
+  is_doubtful ? AskAgain(why_) : ResendMsg();
+}
+
+void EepromLine::HearMaster(std::string_view frame) {
+  if (frame != LastMessage && zolt_frame::TypeOf(frame) == zolt_frame::kReadMemory &&
+      IsFrom(frame, slave_)) {
+    is_contested_ = true;
+  }
 }
 
 // An answer that came late, or another slave's, is not: the right one is still to come. One that

@@ -38,12 +38,13 @@ class EepromLine {
   // another one's.
   void ResendMsg();
   void AskAgain(const std::string& why);
-  // From here on the line is watched until it is quiet.
-  void AwaitQuiet();
+  // From here on the line is watched until it is quiet, for so many ms more than an answer takes
+  // that comes in time.
+  void AwaitQuiet(int late = 0);
 
   // Nothing is awaited, neither an answer nor a quiet line.
   bool IsReady() const { return !is_out_ && !quiet_watch_.IsOn(); }
-  // Something came since the answer.
+  // Something came with the answer or behind it.
   bool HeardMore() const { return heard_more_; }
   // How often the present request has been repeated.
   int Repeats() const { return repeats_; }
@@ -54,6 +55,8 @@ class EepromLine {
   void Put();
   void CommEvent(int event);
   void Received();
+  void Take(std::string_view frame);
+  void HearMaster(std::string_view frame);
   bool IsForUs(std::string_view frame) const;
   void TimeOut();
   void Quiet();
@@ -68,6 +71,8 @@ class EepromLine {
   bool is_out_ = false;       // an answer is awaited, or the request is to go out again
   bool is_doubtful_ = false;  // more than one answer may come
   bool heard_more_ = false;
+  bool is_contested_ = false;  // another master has asked the slave since the request went out
+  bool is_unsettled_ = false;  // it was closed while an answer could come
   int repeats_ = 0;
   std::string why_;  // the next repeat
   QuietWatch quiet_watch_;

@@ -9,9 +9,9 @@
 #include "common/text_file.h"
 #include "files/eeprom_output.h"
 #include "platform/path_resolver.h"
-#include "protocols/frame_bytes.h"
 #include "protocols/zolt_frame.h"
 #include "tools/def_dialog.h"
+#include "tools/list_file.h"
 #include "tools/tool_port.h"
 
 namespace tarnlink {
@@ -22,15 +22,16 @@ constexpr int kTick = 10;  // ms
 constexpr int kTlk = 0;    // of `chkOutputFormat`
 constexpr int kBin = 1;
 constexpr int kMostWrongAnswers = 5;
-constexpr const char* kOneUser =
-    "While the main window communicates, the port is its own: stop the communication there first.";
+// So often more may come behind an answer before it is taken all the same.
+constexpr int kMostAnswersWithMore = 5;
 constexpr const char* kNoBlock = "The EEPROM source file holds no block behind a line \"START\".";
 
 std::string FourDigits(std::uint16_t number) { return Stuff(Hex(number), 4); }
 std::string TwoDigits(int number) { return Stuff(Hex(number), 2); }
 
-// Under which ID a byte of this page is written. An image has the pages 80 and 81; those of other
-// pages are not written.
+// Under which ID a byte of this page is written. An image has the pages 80 and 81; page 81 has the
+// alias that a slave acknowledges, for one of four question marks no slave takes. A byte of another
+// page goes out without an ID, in a frame of twelve bytes that no slave answers.
 std::string PrefixOf(std::uint16_t address) {
   const std::string page = TwoDigits(address >> 8);
   return page == "80" || page == "81" ? std::string(zolt_frame::WriteAlias(page)) : "";
@@ -50,15 +51,15 @@ std::string VerifyMessage(const std::string& slave, std::uint16_t address) {
                              FourDigits(static_cast<std::uint16_t>(address - 1)));
 }
 
-bool IsKind(std::string_view frame, std::uint8_t kind) {
-  return zolt_frame::KindOf(zolt_frame::TypeOf(frame)) == kind;
+std::optional<std::uint16_t> TwiceThere(std::vector<std::uint16_t> addresses) {
+  std::sort(addresses.begin(), addresses.end());
+  const auto twice = std::adjacent_find(addresses.begin(), addresses.end());
+  if (twice == addresses.end()) return std::nullopt;
+  return *twice;
 }
 
-// A slave that sends the blank of a value of one digit back means a zero.
-std::uint16_t DataOf(std::string_view frame) {
-  std::string data(zolt_frame::Text(frame, zolt_frame::kData));
-  std::replace(data.begin(), data.end(), ' ', '0');
-  return static_cast<std::uint16_t>(HexNumber(data));
+bool IsKind(std::string_view frame, std::uint8_t kind) {
+  return zolt_frame::KindOf(zolt_frame::TypeOf(frame)) == kind;
 }
 
 }  // namespace
@@ -110,19 +111,23 @@ void frm_EEPROM::Show() {
 bool frm_EEPROM::MayClose() {
   if (!Writing || !was_written_) return true;
   const bool is_writing = pass_ == Pass::kWrite;
-  return host_.platform.dialogs().MessageBox(
-             {.text = is_writing ? "The EEPROM is being written. Stop and close the window?"
-                                 : "What was written is being verified. Stop and close the window?",
-              .title = caption.Caption,
-              .icon = Icon::kQuestion,
-              .buttons = Buttons::kYesNo,
-              .second_is_default = true,
-              .detail = is_writing ? "An image that is not complete fails its check."
-                                   : "What the slave holds is not proved yet."}) == Answer::kYes;
+  is_asking_ = true;
+  const Answer answer = host_.platform.dialogs().MessageBox(
+      {.text = is_writing ? "The EEPROM is being written. Stop and close the window?"
+                          : "What was written is being verified. Stop and close the window?",
+       .title = caption.Caption,
+       .icon = Icon::kQuestion,
+       .buttons = Buttons::kYesNo,
+       .second_is_default = true,
+       .detail = is_writing ? "An image that is not complete fails its check."
+                            : "What the slave holds is not proved yet."});
+  is_asking_ = false;
+  return answer == Answer::kYes;
 }
 
 void frm_EEPROM::Unload() {
-  if (!form.Visible) return;
+  if (!form.Visible || is_asking_ || !MayClose()) return;
+  if (Writing) Stop();
   Halt();
   form.Visible = false;
   if (Unloaded) Unloaded();
@@ -157,7 +162,8 @@ void frm_EEPROM::ReportError(const std::string& text, const std::string& detail)
 
 std::string frm_EEPROM::ConfirmedText() const {
   if (LastConfirmed.empty()) return "No address has been confirmed.";
-  return "The last address that was confirmed is " + LastConfirmed + ".";
+  const std::string text = "The last address that was confirmed is " + LastConfirmed + ".";
+  return was_written_ && pass_ == Pass::kWrite ? text + " Write the whole image again." : text;
 }
 
 void frm_EEPROM::ShowState() {
@@ -167,9 +173,8 @@ void frm_EEPROM::ShowState() {
     control->Enabled = !Writing;
   }
   cmd_Stop.Enabled = Writing;
-  cmd_CalcFileChecksum.Enabled = FileOpen;
-  cmd_TarnlinkFile.Enabled = FileOpen && !Writing;
-  for (CommandButton* button : {&cmd_WriteEEPROM, &cmd_VerifyEEPROM}) {
+  for (CommandButton* button :
+       {&cmd_CalcFileChecksum, &cmd_TarnlinkFile, &cmd_WriteEEPROM, &cmd_VerifyEEPROM}) {
     button->Enabled = FileOpen && !Writing;
   }
   const bool has_results = !lstResults.List->empty();
@@ -203,6 +208,7 @@ void frm_EEPROM::Browse() {
 void frm_EEPROM::ShowSource() {
   records_.clear();
   lblSource.Caption = "";
+  ForgetRun();
   try {
     if (FileOpen) {
       TakeRecords(ReadEepromSource(DecodeText(host_.platform.files().ReadWhole(Path()))));
@@ -239,12 +245,16 @@ void frm_EEPROM::MakeOutputFiles() {
     lblLeft.Caption = "No file format is ticked.";
     return;
   }
+  std::string done;
   try {
     Files& files = host_.platform.files();
-    if (makes_tlk) files.WriteWhole(tlk, EncodeText(TlkText(*source)));
+    if (makes_tlk) {
+      files.WriteWhole(tlk, EncodeText(TlkText(*source)));
+      done = "\"" + tlk + "\" is made.";
+    }
     if (makes_bin) files.WriteWhole(bin, BinBytes(*source));
   } catch (const RunTimeError& error) {
-    return ReportError(error.what());
+    return ReportError(error.what(), done);
   }
   host_.platform.dialogs().MessageBox({.text = "Tarnlink File is generated",
                                        .title = "File Generation Done...",
@@ -252,7 +262,7 @@ void frm_EEPROM::MakeOutputFiles() {
 }
 
 void frm_EEPROM::CalcFileChecksum() {
-  if (!FileOpen) return;
+  if (!FileOpen || Writing) return;
   try {
     const std::string bytes = host_.platform.files().ReadWhole(Path());
     txt_FileChecksum.Text = "&H" + Hex(FileChecksum(bytes));
@@ -280,7 +290,16 @@ void frm_EEPROM::TakeRecords(const EepromSource& source) {
       cells.push_back({record.Address, record.HexValue + " " + record.Comment});
     }
   }
+  ForgetRun();
   picMap.Fill(std::move(cells));
+}
+
+// What is shown of the run before is not of the image that is shown now.
+void frm_EEPROM::ForgetRun() {
+  LastConfirmed.clear();
+  lstResults.List = {};
+  prgRun.Value = 0;
+  for (Label* label : {&lblProgress, &lblLeft, &lblTrouble}) label->Caption = "";
 }
 
 // All of it is checked before the first byte goes out.
@@ -301,11 +320,14 @@ bool frm_EEPROM::LoadRecords() {
 bool frm_EEPROM::AsksFirst() {
   const auto stuck = std::find_if(addresses_.begin(), addresses_.end(),
                                   [](std::uint16_t address) { return PrefixOf(address).empty(); });
-  const std::string detail =
-      stuck == addresses_.end()
-          ? "All that these addresses hold now is lost."
-          : "Only pages 80 and 81 can be written: the run will get no further than 0X" +
-                FourDigits(*stuck) + ".";
+  std::string detail = "All that these addresses hold now is lost.";
+  if (stuck != addresses_.end()) {
+    detail += " Only pages 80 and 81 can be written: the run will get no further than 0X" +
+              FourDigits(*stuck) + ".";
+  }
+  if (const auto twice = TwiceThere(addresses_)) {
+    detail += " The source has the address 0X" + FourDigits(*twice) + " more than once.";
+  }
   const std::string text = "Write " + ImageText() + ", into slave " + slave_ + "?";
   return host_.platform.dialogs().MessageBox({.text = text,
                                               .title = "Write EEPROM",
@@ -328,14 +350,20 @@ void frm_EEPROM::VerifyEEPROM() {
 }
 
 void frm_EEPROM::Begin(Pass first) {
-  LastConfirmed.clear();
-  lblTrouble.Caption = "";
-  lstResults.List = {};
   was_written_ = first == Pass::kWrite;
+  if (host_.GivePort && !host_.GivePort()) {
+    AddResult("Not begun: the main window communicates.");
+    host_.platform.dialogs().MessageBox({.text = "Stop Communication First",
+                                         .title = "Communication Error",
+                                         .icon = Icon::kCritical});
+    return;
+  }
   try {
     line_.Open();
   } catch (const RunTimeError& error) {
-    return ReportError(PortTrouble(error), kOneUser);
+    const std::string reason = PortTrouble(error);
+    AddResult("Not begun: " + reason);
+    return ReportError(reason);
   }
   Writing = true;
   ShowState();
@@ -347,7 +375,7 @@ void frm_EEPROM::BeginPass(Pass pass) {
   next_ = 0;
   repeats_ = wrong_answers_ = 0;
   Sent = Answered = 0;
-  Busy = is_asked_again_ = false;
+  Busy = is_held_ = false;
   prgRun.Max = static_cast<int>(records_.size());
   tim_eewrite->SetEnabled(pass == Pass::kWrite);
   tim_verify->SetEnabled(pass == Pass::kVerify);
@@ -355,7 +383,9 @@ void frm_EEPROM::BeginPass(Pass pass) {
 }
 
 void frm_EEPROM::Tick() {
-  if (!Writing || Busy || !line_.IsReady()) return;
+  if (!Writing || !line_.IsReady()) return;
+  if (is_held_) return EndWait();
+  if (Busy) return;
   if (next_ == records_.size()) return EndPass();
   SendNext();
 }
@@ -367,7 +397,7 @@ void frm_EEPROM::SendNext() {
       Record().Address + " : " + Record().HexValue + " (" + Record().Comment + ")";
   picMap.Mark(next_, CellState::kInWork);
   Busy = true;
-  wrong_answers_ = 0;
+  wrong_answers_ = answers_with_more_ = 0;
   ++Sent;
   if (pass_ == Pass::kWrite) {
     return line_.Send(WriteMessage(slave_, address, Record()), slave_, PrefixOf(address));
@@ -380,11 +410,11 @@ bool frm_EEPROM::TakeAnswer(std::string_view frame) {
   return pass_ == Pass::kWrite ? TakeWriteAnswer(frame) : TakeReadAnswer(frame);
 }
 
-// The acknowledgement of another byte of the page came late, or twice: ours is still to come.
+// The acknowledgement of another byte of the page came late, or twice: ours is still to come. The
+// value is not looked at: not every slave sends it back, and it is proved in the verify pass.
 bool frm_EEPROM::TakeWriteAnswer(std::string_view frame) {
   if (!IsKind(frame, zolt_frame::kWriteAcknowledge)) return false;
-  const auto data = static_cast<std::uint16_t>((addresses_[next_] & 0xFF) << 8 | Record().DecValue);
-  if (DataOf(frame) != data) {
+  if (zolt_frame::Number(frame, zolt_frame::kDataHigh) != (addresses_[next_] & 0xFF)) {
     line_.AskAgain("the answer was to another request");
     return true;
   }
@@ -401,12 +431,15 @@ std::optional<std::uint16_t> frm_EEPROM::WordExpected() const {
 
 bool frm_EEPROM::TakeReadAnswer(std::string_view frame) {
   if (!IsKind(frame, zolt_frame::kReadAcknowledge)) return false;
-  const std::uint16_t word = DataOf(frame);
+  const auto word = static_cast<std::uint16_t>(zolt_frame::Number(frame, zolt_frame::kData));
   const bool is_right = word >> 8 == ExpectedValue && WordExpected().value_or(word) == word;
   if (is_right) {
-    const bool is_last = next_ + 1 == records_.size();
-    Confirm();
-    if (is_last) line_.AwaitQuiet();
+    if (IsProvedByNext()) {
+      Confirm();
+    } else {
+      is_held_ = true;
+      line_.AwaitQuiet(EepromLine::kAnswerTime);
+    }
     return true;
   }
   ++wrong_answers_;
@@ -420,11 +453,24 @@ bool frm_EEPROM::TakeReadAnswer(std::string_view frame) {
   return true;
 }
 
+// The answer for the next record holds this one's byte as well.
+bool frm_EEPROM::IsProvedByNext() const {
+  return next_ + 1 < records_.size() && addresses_[next_] + 1 == addresses_[next_ + 1];
+}
+
+// What came behind the answer may be the true one.
+void frm_EEPROM::EndWait() {
+  is_held_ = false;
+  if (!line_.HeardMore() || ++answers_with_more_ == kMostAnswersWithMore) return Confirm();
+  line_.AskAgain("more than one answer came");
+}
+
 void frm_EEPROM::VerifyError(std::uint16_t word) {
   const bool is_own = word >> 8 != ExpectedValue;
   const std::size_t wrong = is_own ? next_ : next_ - 1;
   const EepromRecord& record = records_[wrong];
   picMap.Mark(wrong, CellState::kWrong);
+  if (!is_own) LastConfirmed = wrong == 0 ? "" : records_[wrong - 1].Address;
   ReportError("Verify Error on " + Path(),
               record.Address + ": " + TwoDigits(record.DecValue) + " expected, " +
                   TwoDigits(is_own ? word >> 8 : word & 0xFF) + " read. " + ConfirmedText());
@@ -439,7 +485,7 @@ void frm_EEPROM::Confirm() {
   picMap.Mark(next_, pass_ == Pass::kWrite ? CellState::kWritten : CellState::kVerified);
   ++next_;
   ShowLeft();
-  if (next_ % kEepromBlock != 0 || is_asked_again_) return;
+  if (next_ % kEepromBlock != 0) return;
   const std::string repeats =
       repeats_ == 0 ? "" : ", " + std::to_string(repeats_) + " times repeated";
   AddResult(records_[next_ - kEepromBlock].Address + " to " + LastConfirmed + " " + Verb() +
@@ -447,14 +493,8 @@ void frm_EEPROM::Confirm() {
   repeats_ = 0;
 }
 
-// What comes behind the last answer may be the true one: then the last address is asked once more.
 void frm_EEPROM::EndPass() {
   if (pass_ == Pass::kWrite) return BeginPass(Pass::kVerify);
-  if (line_.HeardMore()) {
-    --next_;
-    is_asked_again_ = true;
-    return SendNext();
-  }
   const std::string count = std::to_string(records_.size()) + " bytes ";
   Halt();
   AddResult(count + (was_written_ ? "written and verified." : "verified."));
@@ -484,21 +524,10 @@ std::string frm_EEPROM::ResultText() const {
 }
 
 void frm_EEPROM::SaveResults() {
-  const auto path =
-      host_.platform.dialogs().SaveFile({.title = "Save results",
-                                         .filter = "Text (*.txt)|*.txt",
-                                         .folder = UsableFolder(folder_, host_.platform.files()),
-                                         .extension = "txt",
-                                         .confirm_overwrite = true});
-  if (!path) return;
-  std::string text;
-  for (const std::string& line : lstResults.List.get()) text.append(line).append(kLineEnd);
-  try {
-    host_.platform.files().WriteWhole(*path, EncodeText(text));
-  } catch (const RunTimeError& error) {
-    host_.platform.dialogs().MessageBox(
-        {.text = error.what(), .title = "Error", .icon = Icon::kCritical});
-  }
+  SaveListFile(host_.platform, {.title = caption.Caption,
+                                .file_name = "Results.txt",
+                                .folder = folder_,
+                                .text = ResultText()});
 }
 
 }  // namespace tarnlink

@@ -76,9 +76,7 @@ class frm_EEPROM {
 
   // Only once.
   void Show();
-  // True if the form may close: a write that is under way asks.
-  bool MayClose();
-  // Stops what runs. Only once.
+  // Stops what runs, and asks first while a write is under way, or its proof. Only once.
   void Unload();
   std::function<void()> Unloaded;
 
@@ -94,6 +92,7 @@ class frm_EEPROM {
   std::function<void(const std::string& text)> CopyText;  // what `cmdCopyResults` does with it
 
  private:
+  bool MayClose();
   enum class Pass { kWrite, kVerify };
 
   // Reads and checks the chosen source; nothing if that fails, which has been told then.
@@ -103,6 +102,7 @@ class frm_EEPROM {
   void TakeRecords(const EepromSource& source);
   std::string ImageText() const;  // of one that is not empty
   bool LoadRecords();
+  void ForgetRun();
   bool AsksFirst();
   void Begin(Pass first);
   void BeginPass(Pass pass);
@@ -112,6 +112,8 @@ class frm_EEPROM {
   bool TakeWriteAnswer(std::string_view frame);
   bool TakeReadAnswer(std::string_view frame);
   void Confirm();
+  bool IsProvedByNext() const;
+  void EndWait();
   void VerifyError(std::uint16_t word);
   std::optional<std::uint16_t> WordExpected() const;
   void EndPass();
@@ -130,6 +132,7 @@ class frm_EEPROM {
   EepromLine line_;
   Pass pass_ = Pass::kWrite;
   bool was_written_ = false;  // in this run
+  bool is_asking_ = false;    // whether the form may be closed
   std::string folder_;        // where the file dialogs were left
   std::string slave_;
   std::vector<EepromRecord> records_;
@@ -138,7 +141,8 @@ class frm_EEPROM {
   int repeats_ = 0;       // in the present block
   int wrong_answers_ = 0;
   std::uint16_t last_wrong_ = 0;
-  bool is_asked_again_ = false;  // the last address is, behind the end of the pass
+  bool is_held_ = false;  // the answer is right, and the line is watched for another one
+  int answers_with_more_ = 0;
 };
 
 }  // namespace tarnlink

@@ -26,9 +26,21 @@ constexpr std::int32_t kBcUnitStart = 0x7FFE;
 constexpr std::int32_t kDspStart = 0x8FFE;
 constexpr std::int32_t kAddresses = 0x10000;
 
+constexpr int kMostReadings = 5;  // of a block or an address that changes with each of them
+constexpr std::int32_t kNoWord = -1;
+
 constexpr const char* kNoFile = "Output file not specified";
+constexpr const char* kNoDefFile = "Choose a destination file whose name ends in \".def\".";
 
 std::string FourDigits(std::int32_t number) { return Stuff(Hex(number), 4); }
+
+bool IsDefPath(const std::string& path) { return ToLower(StripExtFromPath(path)) == "def"; }
+
+std::string ListOf(const std::vector<std::int32_t>& addresses) {
+  std::string text;
+  for (const std::int32_t address : addresses) text += " 0X" + FourDigits(address);
+  return text;
+}
 
 }  // namespace
 
@@ -116,19 +128,20 @@ void frm_EEPROM_Down::ShowProgress() {
       "0X" + FourDigits(NextAddress) + ", " + std::to_string(all - done) + " bytes left";
 }
 
-void frm_EEPROM_Down::ChooseFile() {
-  if (is_reading_) return;
+bool frm_EEPROM_Down::ChooseFile() {
+  if (is_reading_) return false;
   const auto name =
       host_.platform.dialogs().SaveFile({.filter = "EEPROM def Files (*.def)|*.def",
                                          .file_name = kAnyDef,
                                          .folder = UsableFolder(folder_, host_.platform.files()),
                                          .extension = "def",
                                          .confirm_overwrite = true});
-  if (!IsChosen(name)) return;
+  if (!IsChosen(name)) return false;
   folder_ = FolderOfPath(*name);
   txt_eepromsourcefile.Text = *name;
   txt_eepromsourcefile.ToolTipText = *name;
   lblState.Caption = "";
+  return true;
 }
 
 // --- Reading -------------------------------------------------------------------------------------
@@ -136,13 +149,17 @@ void frm_EEPROM_Down::ChooseFile() {
 void frm_EEPROM_Down::ReadEEPROM() {
   path_ = txt_eepromsourcefile.Text;
   if (is_reading_) return;
-  if (ToLower(StripExtFromPath(path_)) != "def") {
-    lblState.Caption = "Choose a destination file whose name ends in \".def\".";
+  if (!IsDefPath(path_)) {
+    lblState.Caption = kNoDefFile;
     return;
   }
   bytes_.clear();
   doubted_.clear();
+  again_.clear();
   unsound_blocks_.clear();
+  changing_blocks_.clear();
+  is_block_read_ = hears_more_ = false;
+  readings_ = askings_ = 0;
   NextAddress = Option1.Selected() == kBcUnit ? kBcUnitStart : kDspStart;
   first_ = NextAddress + kStep;
   const int most = kAddresses - first_;
@@ -168,8 +185,13 @@ void frm_EEPROM_Down::ReadEEPROM() {
 
 void frm_EEPROM_Down::Tick() {
   if (!is_reading_ || is_busy_ || !line_.IsReady()) return;
-  if (NextAddress == end_) return Finish();
-  NextAddress += kStep;
+  hears_more_ = hears_more_ || line_.HeardMore();
+  if (is_block_read_) CheckBlock();
+  if (NextAddress == end_ && askings_ == 0) return Finish();
+  if (askings_ == 0) {
+    doubted_word_ = kNoWord;
+    NextAddress += kStep;
+  }
   is_busy_ = true;
   ShowProgress();
   line_.Send(zolt_frame::Request(zolt_frame::kReadMemory, slave_, zolt_frame::kReadMemoryId,
@@ -180,22 +202,35 @@ void frm_EEPROM_Down::Tick() {
 // The low data byte is that of the address, the high one that of the next.
 bool frm_EEPROM_Down::TakeAnswer(std::string_view frame) {
   if (zolt_frame::KindOf(zolt_frame::TypeOf(frame)) != zolt_frame::kReadAcknowledge) return false;
+  is_busy_ = false;
+  progress.lblTrouble.Caption = again_;
+  if (readings_ > 0) {
+    // No answer that came twice may shift the block once more.
+    line_.AwaitQuiet(hears_more_ ? EepromLine::kAnswerTime : 0);
+    if (!IsWordSure(zolt_frame::Number(frame, zolt_frame::kData))) return true;
+  }
   for (const zolt_frame::Field field : {zolt_frame::kDataLow, zolt_frame::kDataHigh}) {
     bytes_.push_back(static_cast<std::uint8_t>(zolt_frame::Number(frame, field)));
   }
-  is_busy_ = false;
-  progress.lblTrouble.Caption = "";
   ShowProgress();
-  if (bytes_.size() % kEepromBlock != 0) return true;
-  if (IsBlockSound()) {
-    doubted_.clear();
-  } else {
-    ReadBlockAgain();
-  }
+  const bool is_last = NextAddress == end_;
+  is_block_read_ = is_last || bytes_.size() % kEepromBlock == 0;
+  if (is_last) line_.AwaitQuiet(EepromLine::kAnswerTime);
   return true;
 }
 
+// Of a block that is read again each address is asked for until it answers twice the same.
+bool frm_EEPROM_Down::IsWordSure(std::int32_t word) {
+  ++askings_;
+  const bool is_sure = word == doubted_word_ || askings_ == kMostReadings;
+  if (is_sure) askings_ = 0;
+  doubted_word_ = word;
+  return is_sure;
+}
+
+// What is read of a last block that is not whole has no check.
 bool frm_EEPROM_Down::IsBlockSound() const {
+  if (bytes_.size() % kEepromBlock != 0) return true;
   std::array<std::uint8_t, kEepromBlock> block{};
   std::copy(bytes_.end() - kEepromBlock, bytes_.end(), block.begin());
   const std::uint16_t check = EepromCheck(block);
@@ -203,18 +238,39 @@ bool frm_EEPROM_Down::IsBlockSound() const {
 }
 
 // An answer does not say which address it is of. Late ones would shift the block; so one whose
-// check does not hold is taken only when it has been read twice as it is.
-void frm_EEPROM_Down::ReadBlockAgain() {
-  std::vector<std::uint8_t> block(bytes_.end() - kEepromBlock, bytes_.end());
-  if (block == doubted_) {
-    unsound_blocks_.push_back(first_ + static_cast<std::int32_t>(bytes_.size()) - kEepromBlock);
-    doubted_.clear();
-    return;
+// check does not hold is taken only when it has been read twice as it is. Behind the last one
+// nobody asks any more, so that the answer too many is seen by itself.
+void frm_EEPROM_Down::CheckBlock() {
+  is_block_read_ = false;
+  const bool has_more = NextAddress == end_ && line_.HeardMore();
+  const bool is_sound = IsBlockSound();
+  const bool is_steady = std::equal(bytes_.begin() + static_cast<std::ptrdiff_t>(BlockBegin()),
+                                    bytes_.end(), doubted_.begin(), doubted_.end());
+  ++readings_;
+  if ((is_sound && !has_more) || is_steady || readings_ == kMostReadings) {
+    TakeBlock(is_sound || is_steady);
+  } else {
+    ReadBlockAgain(is_sound ? "more than one answer came" : "its check is wrong");
   }
-  doubted_ = std::move(block);
-  bytes_.resize(bytes_.size() - kEepromBlock);
-  NextAddress -= kEepromBlock;
-  line_.AwaitQuiet();
+}
+
+void frm_EEPROM_Down::TakeBlock(bool is_steady) {
+  const std::int32_t address = first_ + static_cast<std::int32_t>(BlockBegin());
+  if (!IsBlockSound()) unsound_blocks_.push_back(address);
+  if (!is_steady) changing_blocks_.push_back(address);
+  doubted_.clear();
+  readings_ = 0;
+  again_.clear();
+  progress.lblTrouble.Caption = "";
+}
+
+void frm_EEPROM_Down::ReadBlockAgain(const std::string& why) {
+  const std::size_t begin = BlockBegin();
+  doubted_.assign(bytes_.begin() + static_cast<std::ptrdiff_t>(begin), bytes_.end());
+  bytes_.resize(begin);
+  NextAddress = first_ + static_cast<std::int32_t>(begin) - kStep;
+  again_ = "The block at 0X" + FourDigits(NextAddress + kStep) + " is read again: " + why + ".";
+  progress.lblTrouble.Caption = again_;
 }
 
 // --- The files -----------------------------------------------------------------------------------
@@ -224,14 +280,28 @@ void frm_EEPROM_Down::Finish() {
   if (WriteDefinition()) BinaryStep();
 }
 
+// Another file is asked for until it is written: what was read is not lost with it.
 bool frm_EEPROM_Down::WriteDefinition() {
+  for (std::string failure = WriteFailure(); !failure.empty(); failure = WriteFailure()) {
+    ErrorHandler(failure, "What was read is kept. Choose another file.");
+    if (!form.Visible) return false;
+    if (!ChooseFile()) {
+      lblState.Caption = BytesRead() + "No file has been written: " + failure;
+      return false;
+    }
+    path_ = txt_eepromsourcefile.Text;
+  }
+  return true;
+}
+
+std::string frm_EEPROM_Down::WriteFailure() {
+  if (!IsDefPath(path_)) return kNoDefFile;
   try {
     host_.platform.files().WriteWhole(path_,
                                       EepromDefText(static_cast<std::uint16_t>(first_), bytes_));
-    return true;
+    return {};
   } catch (const RunTimeError& error) {
-    ErrorHandler(error.what());
-    return false;
+    return error.what();
   }
 }
 
@@ -241,9 +311,9 @@ void frm_EEPROM_Down::BinaryStep() {
     const EepromSource source = ReadEepromSource(DecodeText(files.ReadWhole(path_)));
     files.WriteWhole(OutputPath(path_, "bin"), BinBytes(source));
   } catch (const RunTimeError& error) {
-    return ErrorHandler(error.what());
+    return ErrorHandler(error.what(), "\"" + path_ + "\" is written.");
   }
-  lblState.Caption = std::to_string(bytes_.size()) + " bytes read. " + DifferenceText();
+  lblState.Caption = BytesRead() + DifferenceText();
   host_.platform.dialogs().MessageBox({.text = "Tarnlink File is generated",
                                        .title = "File Generation Done...",
                                        .icon = Icon::kInformation,
@@ -252,10 +322,19 @@ void frm_EEPROM_Down::BinaryStep() {
 
 // The image holds the check as it should be, not as the slave has it.
 std::string frm_EEPROM_Down::DifferenceText() const {
-  if (unsound_blocks_.empty()) return "";
-  std::string text = "The slave holds blocks whose check is wrong:";
-  for (const std::int32_t address : unsound_blocks_) text += " 0X" + FourDigits(address);
-  return text + ". In the image it is right.";
+  std::string text;
+  if (!unsound_blocks_.empty()) {
+    text = "The slave holds blocks whose check is wrong:" + ListOf(unsound_blocks_) +
+           ". In the image it is right.";
+  }
+  if (!changing_blocks_.empty()) {
+    text += " Blocks that were read otherwise each time:" + ListOf(changing_blocks_) + ".";
+  }
+  return text;
+}
+
+std::string frm_EEPROM_Down::BytesRead() const {
+  return std::to_string(bytes_.size()) + " bytes read. ";
 }
 
 }  // namespace tarnlink

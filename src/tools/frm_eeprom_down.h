@@ -2,6 +2,7 @@
 // beside it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include "common/dialog_controls.h"
+#include "files/eeprom_source.h"
 #include "tools/eeprom_line.h"
 #include "tools/frm_eeprom_read_progress.h"
 #include "tools/tool_host.h"
@@ -60,7 +62,8 @@ class frm_EEPROM_Down {
   void Unload();
   std::function<void()> Unloaded;
 
-  void ChooseFile();
+  // False: the user left it as it was.
+  bool ChooseFile();
   void ReadEEPROM();
   // Stops timers and port, and hides the progress form. What has been read is dropped.
   void ShutDownCom();
@@ -69,12 +72,18 @@ class frm_EEPROM_Down {
  private:
   void Tick();
   bool TakeAnswer(std::string_view frame);
+  std::size_t BlockBegin() const { return (bytes_.size() - 1) / kEepromBlock * kEepromBlock; }
+  bool IsWordSure(std::int32_t word);
   bool IsBlockSound() const;
-  void ReadBlockAgain();
+  void CheckBlock();
+  void TakeBlock(bool is_steady);
+  void ReadBlockAgain(const std::string& why);
   void Finish();
   bool WriteDefinition();
+  std::string WriteFailure();
   void BinaryStep();
   std::string DifferenceText() const;
+  std::string BytesRead() const;
   void Stopped(const std::string& what);
   std::string LastReadText() const;
   void ShowProgress();
@@ -90,8 +99,16 @@ class frm_EEPROM_Down {
   std::int32_t first_ = 0;  // address
   std::int32_t end_ = 0;    // of NextAddress
   std::vector<std::uint8_t> bytes_;
-  std::vector<std::uint8_t> doubted_;         // the block as it was read before
-  std::vector<std::int32_t> unsound_blocks_;  // their addresses
+  bool is_block_read_ = false;         // and not checked yet
+  bool hears_more_ = false;            // has heard more than was asked for
+  int readings_ = 0;                   // of the present block that have not been taken
+  std::string again_;                  // why it is read again
+  std::vector<std::uint8_t> doubted_;  // the block as it was read before
+  int askings_ = 0;                    // for the present address, whose word is not sure
+  std::int32_t doubted_word_ = 0;      // its last one
+  // Their addresses.
+  std::vector<std::int32_t> unsound_blocks_;
+  std::vector<std::int32_t> changing_blocks_;
 };
 
 }  // namespace tarnlink

@@ -79,9 +79,7 @@ EepromDialog::~EepromDialog() {
   form_.lstResults.SetView({});
 }
 
-void EepromDialog::done(int) {
-  if (form_.MayClose()) form_.Unload();
-}
+void EepromDialog::done(int) { form_.Unload(); }
 
 void EepromDialog::FormChanged() {
   if (form_.form.Visible && !isVisible()) browse_->setFocus();

@@ -136,7 +136,8 @@ TEST_F(EepromTrapTest, TellsWhereTheSlaveRefuses) {
   EXPECT_EQ(tool.lblProgress.Caption.get(), "0X8005 : 77 (cell 5)");
   EXPECT_TRUE(tool.lblTrouble.Caption->ends_with(" times: the slave refuses it."));
   tool.cmd_Stop.Press();
-  EXPECT_EQ(LastResult(), "Stopped. The last address that was confirmed is 0X8004.");
+  EXPECT_EQ(LastResult(),
+            "Stopped. The last address that was confirmed is 0X8004. Write the whole image again.");
   EXPECT_EQ(Held(0x8005, 1), "\x19");
 }
 
@@ -156,10 +157,11 @@ TEST_F(EepromBoilerTest, TellsWhereItWasWhenItIsPulledOut) {
   PressWrite();
   world.RunUntil([&] { return tool.Answered == 5; }, 5s);
   world.port().Unplug();
-  world.dialogs().ExpectMessageBox({.text = world.port().LossReason(),
-                                    .title = "Error",
-                                    .icon = Icon::kCritical,
-                                    .detail = "The last address that was confirmed is 0X8004."});
+  world.dialogs().ExpectMessageBox(
+      {.text = world.port().LossReason(),
+       .title = "Error",
+       .icon = Icon::kCritical,
+       .detail = "The last address that was confirmed is 0X8004. Write the whole image again."});
   world.Advance(1s);
   EXPECT_FALSE(tool.Writing);
   world.port().PlugIn();
@@ -178,28 +180,6 @@ TEST_F(EepromBoilerTest, WritesTheSample) {
     EXPECT_EQ(boiler.controller().Value(item), item.power_on) << name;
   }
 }
-
-class EepromDownTest : public EepromBoilerTest {
- protected:
-  EepromDownTest() {
-    down.Show();
-    world.dialogs().ExpectSaveFile().Give(kDefPath);
-    down.txt_eepromsourcefile.Click();
-    world.dialogs().TakeShown();
-  }
-  bool Read(Micros at_most = 120s) {
-    down.cmd_read_EEPROM.Press();
-    return world.RunUntil([this] { return !down.progress.form.Visible; }, at_most);
-  }
-  void ExpectDone() {
-    world.dialogs().ExpectMessageBox({.text = "Tarnlink File is generated",
-                                      .title = "File Generation Done...",
-                                      .icon = Icon::kInformation});
-  }
-  std::string Image() { return world.disk().Get("/home/user/work/image.bin"); }
-
-  frm_EEPROM_Down down{plain.host};
-};
 
 TEST_F(EepromDownTest, ReadsThirtyTwoBlocks) {
   for (const char* size : {"512", "511"}) {
@@ -317,16 +297,61 @@ TEST_F(EepromDownTest, TellsThatTheFileCannotBeWritten) {
   world.disk().Put(kDefPath, "old");
   world.disk().Forbid(kDefPath);
   down.EESize.Text = "16";
-  ExpectError(Forbidden(kDefPath, "written"));
+  ExpectKept(Forbidden(kDefPath, "written"));
+  world.dialogs().ExpectSaveFile().Cancel();
   ASSERT_TRUE(Read());
-  EXPECT_EQ(down.lblState.Caption.get(), Forbidden(kDefPath, "written"));
-  EXPECT_FALSE(world.disk().Exists("/home/user/work/image.bin"));
+  EXPECT_EQ(world.dialogs().TakeShown().size(), 2U);
+  EXPECT_EQ(down.lblState.Caption.get(),
+            "16 bytes read. No file has been written: " + Forbidden(kDefPath, "written"));
+  EXPECT_FALSE(world.disk().Exists(kBinPath));
   world.disk().Allow(kDefPath);
-  world.disk().Put("/home/user/work/image.bin", "old");
-  world.disk().Forbid("/home/user/work/image.bin");
-  ExpectError(Forbidden("/home/user/work/image.bin", "written"));
+  EXPECT_EQ(world.disk().Get(kDefPath), "old");
+  world.disk().Put(kBinPath, "old");
+  world.disk().Forbid(kBinPath);
+  world.dialogs().ExpectMessageBox({.text = Forbidden(kBinPath, "written"),
+                                    .title = "Error",
+                                    .icon = Icon::kCritical,
+                                    .detail = "\"" + kDefPath + "\" is written."});
   ASSERT_TRUE(Read());
   EXPECT_EQ(ReadEepromSource(world.disk().Get(kDefPath)).blocks.size(), 1U);
+  world.disk().Allow(kBinPath);
+  EXPECT_EQ(world.disk().Get(kBinPath), "old");
+}
+
+TEST_F(EepromDownTest, KeepsWhatItReadUntilItIsWritten) {
+  const std::string full = "/home/user/work/full.def";
+  const std::string other = "/home/user/work/other.def";
+  const std::string disk_full = "\"" + full + "\" could not be written: the disk is full.";
+  world.disk().Put(kDefPath, "old");
+  world.disk().Forbid(kDefPath);
+  down.EESize.Text = "16";
+  ExpectKept(Forbidden(kDefPath, "written"));
+  world.dialogs().ExpectSaveFile().Give(full).While([&] { world.disk().SetFreeSpace(100); });
+  ExpectKept(disk_full);
+  world.dialogs().ExpectSaveFile().Give("/home/user/work/other.txt");
+  ExpectKept("Choose a destination file whose name ends in \".def\".");
+  world.dialogs().ExpectSaveFile().Give(other).While([&] { world.disk().SetFreeSpace(10'000); });
+  ExpectDone();
+  ASSERT_TRUE(Read());
+  EXPECT_EQ(world.port(1).TakeSent().size(), 8U);
+  EXPECT_FALSE(world.disk().Exists(full));
+  EXPECT_FALSE(world.disk().Exists("/home/user/work/other.txt"));
+  EXPECT_EQ(ReadEepromSource(world.disk().Get(other)).blocks.size(), 1U);
+  EXPECT_EQ(world.disk().Get("/home/user/work/other.bin"), Held(0x8000, 16));
+  EXPECT_EQ(down.txt_eepromsourcefile.Text.get(), other);
+  EXPECT_EQ(down.lblState.Caption.get(), "16 bytes read. ");
+}
+
+TEST_F(EepromDownTest, TellsThatTheDiskIsFullForTheImage) {
+  down.EESize.Text = "16";
+  ExpectDone();
+  ASSERT_TRUE(Read());
+  world.disk().SetFreeSpace(world.disk().Get(kDefPath).size() + 15);
+  world.disk().Remove(kBinPath);
+  ExpectError("\"" + kBinPath + "\" could not be written: the disk is full.");
+  ASSERT_TRUE(Read());
+  EXPECT_EQ(ReadEepromSource(world.disk().Get(kDefPath)).blocks.size(), 1U);
+  EXPECT_FALSE(world.disk().Exists(kBinPath));
 }
 
 TEST_F(EepromDownTest, KeepsTheOldFileWhenItIsStopped) {

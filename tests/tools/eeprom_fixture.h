@@ -24,6 +24,7 @@ using namespace std::chrono_literals;
 inline constexpr boiler::LineOptions kEepromLine = {.pace = {.baud = 9600},
                                                     .answer_delay_us = 5'000};
 inline const std::string kDefPath = "/home/user/work/image.def";
+inline const std::string kBinPath = "/home/user/work/image.bin";
 
 inline boiler::SimulatedBoiler::Options EepromBoiler(std::uint64_t seed = 1) {
   return {.protocol = "zolt", .slave = {.addresses = "0,A"}, .line = kEepromLine, .seed = seed};
@@ -94,6 +95,24 @@ class EepromWriterTest : public ::testing::Test {
   frm_EEPROM tool{plain.host};
 };
 
+constexpr std::uint8_t kRead = zolt_frame::kReadAcknowledge + zolt_frame::kMemoryClass;
+
+// An image that is being verified, with a slave that the test plays.
+class EepromVerifying : public EepromWriterTest {
+ protected:
+  EepromVerifying() { Verify(Source(1)); }
+  void Verify(const std::string& source) {
+    Choose(source);
+    tool.cmd_VerifyEEPROM.Press();
+    world.Advance(20ms);
+  }
+  static std::string Frame(const std::string& digits) {
+    return zolt_frame::Request(kRead, "0", "FFAB", digits);
+  }
+  // The word of high and low byte, as digits.
+  void SayWord(const std::string& digits) { Say(kRead, "FFAB", digits); }
+};
+
 // With the boiler.
 class EepromBoilerTest : public EepromWriterTest {
  protected:
@@ -110,6 +129,36 @@ class EepromBoilerTest : public EepromWriterTest {
   }
 
   BoilerOnLine boiler;
+};
+
+// The downloader as well.
+class EepromDownTest : public EepromBoilerTest {
+ protected:
+  EepromDownTest() {
+    down.Show();
+    world.dialogs().ExpectSaveFile().Give(kDefPath);
+    down.txt_eepromsourcefile.Click();
+    world.dialogs().TakeShown();
+  }
+  bool Read(Micros at_most = 120s) {
+    down.cmd_read_EEPROM.Press();
+    return world.RunUntil([this] { return !down.progress.form.Visible; }, at_most);
+  }
+  void ExpectDone() {
+    world.dialogs().ExpectMessageBox({.text = "Tarnlink File is generated",
+                                      .title = "File Generation Done...",
+                                      .icon = Icon::kInformation});
+  }
+  // The file could not be written, and another one is asked for.
+  void ExpectKept(const std::string& trouble) {
+    world.dialogs().ExpectMessageBox({.text = trouble,
+                                      .title = "Error",
+                                      .icon = Icon::kCritical,
+                                      .detail = "What was read is kept. Choose another file."});
+  }
+  std::string Image() { return world.disk().Get(kBinPath); }
+
+  frm_EEPROM_Down down{plain.host};
 };
 
 }  // namespace tarnlink

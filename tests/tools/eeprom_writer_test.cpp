@@ -1,14 +1,13 @@
 // The EEPROM writer with a slave that the test plays, byte by byte.
 
+#include "files/eeprom_output.h"
 #include "tools/eeprom_fixture.h"
 
 namespace tarnlink {
 namespace {
 
-using zolt_frame::kReadAcknowledge;
 using zolt_frame::kWriteAcknowledge;
 constexpr std::uint8_t kDone = kWriteAcknowledge + 7;
-constexpr std::uint8_t kRead = kReadAcknowledge + 7;
 
 class EepromOutputFiles : public EepromWriterTest {};
 
@@ -61,6 +60,8 @@ TEST_F(EepromOutputFiles, TellWhatTheDiskSays) {
   world.disk().Forbid(tlk);
   ExpectError(Forbidden(tlk, "written"));
   tool.cmd_TarnlinkFile.Press();
+  EXPECT_EQ(world.dialogs().TakeShown().size(), 1U);
+  EXPECT_EQ(world.disk().Get(tlk), "old");
   EXPECT_FALSE(world.disk().Exists("/home/user/work/image.bin"));
   EXPECT_TRUE(tool.cmd_TarnlinkFile.Enabled);
   // The source itself: nothing is begun with it.
@@ -69,9 +70,35 @@ TEST_F(EepromOutputFiles, TellWhatTheDiskSays) {
                                 &tool.cmd_WriteEEPROM, &tool.cmd_VerifyEEPROM}) {
     ExpectError(Forbidden(kDefPath, "read"));
     button->Press();
+    EXPECT_EQ(world.dialogs().TakeShown().size(), 1U) << button->name();
   }
   EXPECT_EQ(world.port().opens(), 0);
   EXPECT_EQ(tool.txt_FileChecksum.Text.get(), "");
+}
+
+TEST_F(EepromOutputFiles, AreWholeOrNotThereWhenTheDiskIsFull) {
+  const std::string tlk = "/home/user/work/image.tlk";
+  const std::string bin = "/home/user/work/image.bin";
+  Choose(Source(1));
+  world.disk().Put(tlk, "old");
+  world.disk().SetFreeSpace(20);
+  ExpectError("\"" + tlk + "\" could not be written: the disk is full.");
+  tool.cmd_TarnlinkFile.Press();
+  EXPECT_EQ(world.dialogs().TakeShown().size(), 1U);
+  EXPECT_EQ(world.disk().Get(tlk), "old");
+  EXPECT_FALSE(world.disk().Exists(bin));
+  // Room for the first one only.
+  const std::string text = TlkText(ReadEepromSource(Source(1)));
+  world.disk().SetFreeSpace(text.size() + 15);
+  world.dialogs().ExpectMessageBox(
+      {.text = "\"" + bin + "\" could not be written: the disk is full.",
+       .title = "Error",
+       .icon = Icon::kCritical,
+       .detail = "\"" + tlk + "\" is made."});
+  tool.cmd_TarnlinkFile.Press();
+  EXPECT_EQ(world.dialogs().TakeShown().size(), 1U);
+  EXPECT_EQ(world.disk().Get(tlk), text);
+  EXPECT_FALSE(world.disk().Exists(bin));
 }
 
 TEST_F(EepromOutputFiles, NeedASourceThatIsChosen) {
@@ -144,8 +171,9 @@ class EepromWriting : public EepromWriterTest {
     ASSERT_EQ(sent.size(), 1U);
     Say(kDone, sent[0].substr(3, 4), sent[0].substr(7, 4));
   }
-  void Start(int first = 0x8000) {
-    Choose(Source(1, first));
+  void Start(int first = 0x8000) { StartWith(Source(1, first), first); }
+  void StartWith(const std::string& source, int first = 0x8000) {
+    Choose(source);
     question = "Write 16 bytes, 0X" + Hex(first) + " to 0X" + Hex(first + 15) + ", into slave 0?";
     PressWrite();
     world.Advance(20ms);
@@ -197,9 +225,21 @@ TEST_F(EepromWriting, HasAnAliasOfItsOwnForPage81) {
   EXPECT_EQ(tool.LastConfirmed, "0X8100");
 }
 
+// The slave need not send the value back.
+TEST_F(EepromWriting, LooksOnlyAtTheOffsetOfAnAcknowledgement) {
+  Start();
+  Acknowledge();
+  Say(kDone, "FFFE", "0100");
+  EXPECT_EQ(tool.LastConfirmed, "0X8001");
+  Say(kDone, "FFFE", "02EE");
+  EXPECT_EQ(tool.LastConfirmed, "0X8002");
+}
+
 // A frame of twelve bytes, which no slave answers.
 TEST_F(EepromWriting, HasNoAliasForOtherPages) {
-  question_detail = "Only pages 80 and 81 can be written: the run will get no further than 0X9000.";
+  question_detail =
+      "All that these addresses hold now is lost. Only pages 80 and 81 can be written: the run "
+      "will get no further than 0X9000.";
   Start(0x9000);
   EXPECT_EQ(TakeFrames(), std::vector<std::string>{Readable(zolt_frame::FinishFrame("\x87"
                                                                                     "00000"))});
@@ -297,10 +337,11 @@ TEST_F(EepromWriting, WaitsForAQuietLineBehindATornFrame) {
 TEST_F(EepromWriting, TellsTheLastConfirmedAddressWhenThePortIsPulledOut) {
   Start();
   for (int i = 0; i < 3; ++i) Acknowledge();
-  world.dialogs().ExpectMessageBox({.text = "COM1 was unplugged.",
-                                    .title = "Error",
-                                    .icon = Icon::kCritical,
-                                    .detail = "The last address that was confirmed is 0X8002."});
+  world.dialogs().ExpectMessageBox(
+      {.text = "COM1 was unplugged.",
+       .title = "Error",
+       .icon = Icon::kCritical,
+       .detail = "The last address that was confirmed is 0X8002. Write the whole image again."});
   world.port().Unplug();
   world.Advance(1s);
   EXPECT_FALSE(tool.Writing);
@@ -309,17 +350,19 @@ TEST_F(EepromWriting, TellsTheLastConfirmedAddressWhenThePortIsPulledOut) {
 
 TEST_F(EepromWriting, TellsAPortThatCannotBeOpened) {
   Choose(Source(1));
+  const auto press = [&](const std::string& trouble) {
+    world.dialogs().ExpectMessageBox(question, "Write EEPROM").Press(Answer::kYes);
+    ExpectError(trouble);
+    tool.cmd_WriteEEPROM.Press();
+    // No detail: there is nothing that the main window could do for it.
+    EXPECT_EQ(world.dialogs().TakeShown().back(), "critical box [Error] " + trouble + " (OK)");
+    EXPECT_FALSE(tool.Writing);
+  };
   world.port().MakeBusy();
-  world.dialogs().ExpectMessageBox(question, "Write EEPROM").Press(Answer::kYes);
-  world.dialogs().ExpectMessageBox(
-      {.text = "COM1 is in use by another program.",
-       .title = "Error",
-       .icon = Icon::kCritical,
-       .detail =
-           "While the main window communicates, the port is its own: stop the communication there "
-           "first."});
-  tool.cmd_WriteEEPROM.Press();
-  EXPECT_FALSE(tool.Writing);
+  press("COM1 is in use by another program.");
+  world.port().MakeBusy(false);
+  world.port().Unplug();
+  press("COM1 is not plugged in.");
   EXPECT_TRUE(tool.cmd_WriteEEPROM.Enabled);
 }
 
@@ -335,17 +378,49 @@ TEST_F(EepromWriting, ChecksAllOfTheSourceBeforeTheFirstByte) {
   EXPECT_TRUE(world.port().frames().empty());
 }
 
+TEST_F(EepromWriting, SendsNothingOfASourceWhoseValuesDiffer) {
+  std::string text = Source(2);
+  text.replace(text.find("0A,10,0X8002"), 5, "0A,11");
+  Choose(text);
+  for (CommandButton* button : {&tool.cmd_WriteEEPROM, &tool.cmd_VerifyEEPROM}) {
+    ExpectError("Value Error in EEPROM source file on line : 0X8002 cell 2");
+    button->Press();
+    world.Advance(1s);
+    EXPECT_EQ(world.dialogs().TakeShown().size(), 1U);
+    EXPECT_EQ(world.port().opens(), 0);
+  }
+}
+
+// The source may be gone meanwhile: the run does not need it any more.
+TEST_F(EepromWriting, SumsNothingUpDuringARun) {
+  Start();
+  EXPECT_FALSE(tool.cmd_CalcFileChecksum.Enabled);
+  world.disk().Forbid(kDefPath);
+  tool.CalcFileChecksum();
+  EXPECT_TRUE(tool.Writing);
+  tool.cmd_Stop.Press();
+  EXPECT_TRUE(tool.cmd_CalcFileChecksum.Enabled);
+}
+
 TEST_F(EepromWriting, AsksBeforeItClosesInTheMiddle) {
   Start();
   const std::string text = "The EEPROM is being written. Stop and close the window?";
   world.dialogs().ExpectMessageBox(text, "PROM File Generator").Press(Answer::kNo);
-  EXPECT_FALSE(tool.MayClose());
-  EXPECT_TRUE(tool.Writing);
-  world.dialogs().ExpectMessageBox(text, "PROM File Generator").Press(Answer::kYes);
-  EXPECT_TRUE(tool.MayClose());
   tool.Unload();
-  EXPECT_TRUE(tool.MayClose());
+  EXPECT_TRUE(tool.form.Visible);
+  EXPECT_TRUE(tool.Writing);
+  Acknowledge();
+  // Once, however often the window is told to close.
+  world.dialogs()
+      .ExpectMessageBox(text, "PROM File Generator")
+      .While([&] { tool.Unload(); })
+      .Press(Answer::kYes);
+  tool.Unload();
+  EXPECT_FALSE(tool.form.Visible);
+  EXPECT_FALSE(tool.Writing);
   EXPECT_FALSE(world.port().PortOpen());
+  EXPECT_EQ(tool.lstResults.List->back(),
+            "Stopped. The last address that was confirmed is 0X8000. Write the whole image again.");
 }
 
 TEST_F(EepromWriting, AsksBeforeItClosesWhileItIsNotProved) {
@@ -355,11 +430,51 @@ TEST_F(EepromWriting, AsksBeforeItClosesWhileItIsNotProved) {
       .ExpectMessageBox("What was written is being verified. Stop and close the window?",
                         "PROM File Generator")
       .Press(Answer::kNo);
-  EXPECT_FALSE(tool.MayClose());
+  tool.Unload();
+  EXPECT_TRUE(tool.form.Visible);
   tool.cmd_Stop.Press();
   tool.cmd_VerifyEEPROM.Press();
   EXPECT_TRUE(tool.Writing);
-  EXPECT_TRUE(tool.MayClose());
+  tool.Unload();
+  EXPECT_FALSE(tool.form.Visible);
+}
+
+TEST_F(EepromWriting, ShowsNothingOfTheRunBeforeWithAnotherSource) {
+  Start();
+  Acknowledge();
+  tool.cmd_Stop.Press();
+  EXPECT_EQ(tool.prgRun.Value.get(), 1);
+  world.dialogs().ExpectOpenFile("").Give(kDefPath);
+  tool.cmd_Browse.Press();
+  EXPECT_TRUE(tool.lstResults.List->empty());
+  EXPECT_EQ(tool.prgRun.Value.get(), 0);
+  EXPECT_EQ(tool.lblLeft.Caption.get() + tool.lblProgress.Caption.get() +
+                tool.lblTrouble.Caption.get() + tool.LastConfirmed,
+            "");
+}
+
+TEST_F(EepromWriting, DoesNotBeginWhileTheMainWindowHasThePort) {
+  Choose(Source(1));
+  plain.host.GivePort = [] { return false; };
+  world.dialogs().ExpectMessageBox({.text = "Stop Communication First",
+                                    .title = "Communication Error",
+                                    .icon = Icon::kCritical});
+  tool.VerifyEEPROM();
+  EXPECT_FALSE(tool.Writing);
+  EXPECT_FALSE(world.port().PortOpen());
+  EXPECT_EQ(tool.ResultText(), "Not begun: the main window communicates.\n");
+  plain.host.GivePort = [] { return true; };
+  tool.VerifyEEPROM();
+  EXPECT_TRUE(tool.Writing);
+}
+
+TEST_F(EepromWriting, SaysThatAnAddressIsThereTwice) {
+  std::string twice = Source(1);
+  twice.replace(twice.find("0X8002"), 6, "0X8001");
+  question_detail =
+      "All that these addresses hold now is lost. The source has the address 0X8001 "
+      "more than once.";
+  StartWith(twice);
 }
 
 TEST_F(EepromWriting, PaintsHowFarEachByteIs) {
@@ -391,13 +506,37 @@ TEST_F(EepromWriting, KeepsItsResults) {
   std::string copied;
   tool.CopyText = [&](const std::string& text) { copied = text; };
   tool.cmdCopyResults.Press();
-  EXPECT_EQ(copied, "Stopped. The last address that was confirmed is 0X8000.\n");
-  world.dialogs().ExpectSaveFile("Save results").Give("/home/user/work/results.txt");
+  EXPECT_EQ(
+      copied,
+      "Stopped. The last address that was confirmed is 0X8000. Write the whole image again.\n");
+  world.dialogs().ExpectSaveFile("Save list").Give("/home/user/work/results.txt");
   tool.cmdSaveResults.Press();
-  EXPECT_EQ(world.disk().Get("/home/user/work/results.txt"),
-            "Stopped. The last address that was confirmed is 0X8000.\r\n");
-  world.dialogs().ExpectSaveFile("Save results").Cancel();
+  EXPECT_EQ(
+      world.disk().Get("/home/user/work/results.txt"),
+      "Stopped. The last address that was confirmed is 0X8000. Write the whole image again.\r\n");
+  world.dialogs().ExpectSaveFile("Save list").Cancel();
   tool.cmdSaveResults.Press();
+}
+
+TEST_F(EepromWriting, GoesOnWhileItsResultsAreSaved) {
+  const std::string path = "/home/user/work/results.txt";
+  Start();
+  for (int i = 0; i < 16; ++i) Acknowledge();
+  world.dialogs().ExpectSaveFile("Save list").Give(path).While([&] {
+    Say(kRead, "FFAB", "0000");
+    EXPECT_EQ(tool.LastConfirmed, "0X8000");
+  });
+  tool.cmdSaveResults.Press();
+  EXPECT_EQ(world.disk().Get(path), "0X8000 to 0X800F written\r\n");
+  // A disk that is full ends nothing.
+  world.disk().SetFreeSpace(3);
+  world.dialogs().ExpectSaveFile("Save list").Give(path);
+  world.dialogs().ExpectMessageBox("The list can not be saved.", "PROM File Generator");
+  tool.cmdSaveResults.Press();
+  EXPECT_TRUE(tool.Writing);
+  Say(kRead, "FFAB", "0500");
+  EXPECT_EQ(tool.LastConfirmed, "0X8001");
+  EXPECT_EQ(world.disk().Get(path), "0X8000 to 0X800F written\r\n");
 }
 
 TEST_F(EepromWriting, StepsThroughSixteenSlaves) {
@@ -406,81 +545,6 @@ TEST_F(EepromWriting, StepsThroughSixteenSlaves) {
   EXPECT_EQ(tool.txt_SlaveAddress.Text.get(), "0");
   for (int i = 0; i < 20; ++i) tool.ud_SlaveAddress.Press(1);
   EXPECT_EQ(tool.txt_SlaveAddress.Text.get(), "F");
-}
-
-class EepromVerifying : public EepromWriterTest {
- protected:
-  EepromVerifying() {
-    Choose(Source(1));
-    tool.cmd_VerifyEEPROM.Press();
-    world.Advance(20ms);
-  }
-  // The word of high and low byte, as digits.
-  void SayWord(const std::string& digits) { Say(kRead, "FFAB", digits); }
-};
-
-TEST_F(EepromVerifying, AsksOneAddressLower) {
-  EXPECT_EQ(TakeFrames(), std::vector<std::string>{Readable(zolt_frame::FinishFrame("\x07"
-                                                                                    "0FFAB7FFF"))});
-  SayWord("0077");
-  EXPECT_EQ(tool.LastConfirmed, "0X8000");
-  EXPECT_EQ(TakeFrames(), std::vector<std::string>{Readable(zolt_frame::FinishFrame("\x07"
-                                                                                    "0FFAB8000"))});
-  SayWord("0500");
-  EXPECT_EQ(tool.LastConfirmed, "0X8001");
-}
-
-TEST_F(EepromVerifying, EndsWhenAByteIsWrongTwice) {
-  SayWord("0000");
-  SayWord("0600");
-  EXPECT_EQ(tool.LastConfirmed, "0X8000");
-  world.Advance(500ms);
-  EXPECT_TRUE(tool.Writing);
-  world.dialogs().ExpectMessageBox({.text = "Verify Error on " + kDefPath,
-                                    .title = "Error",
-                                    .icon = Icon::kCritical,
-                                    .detail =
-                                        "0X8001: 05 expected, 06 read. The last address that was "
-                                        "confirmed is 0X8000."});
-  SayWord("0600");
-  EXPECT_FALSE(tool.Writing);
-}
-
-// An answer to an earlier request is not the slave's last word.
-TEST_F(EepromVerifying, AsksOnceMoreWhenAnAnswerDoesNotFit) {
-  SayWord("0000");
-  SayWord("0500");
-  SayWord("0500");
-  EXPECT_EQ(tool.LastConfirmed, "0X8001");
-  world.Advance(500ms);
-  EXPECT_EQ(tool.lblTrouble.Caption.get(), "Sent again once: another value came.");
-  SayWord("0A05");
-  EXPECT_EQ(tool.LastConfirmed, "0X8002");
-}
-
-// The high byte is right by chance: the low one gives it away.
-TEST_F(EepromVerifying, LooksAtTheByteInFrontToo) {
-  SayWord("0000");
-  SayWord("0501");
-  EXPECT_EQ(tool.LastConfirmed, "0X8000");
-  world.Advance(500ms);
-  world.dialogs().ExpectMessageBox({.text = "Verify Error on " + kDefPath,
-                                    .title = "Error",
-                                    .icon = Icon::kCritical,
-                                    .detail =
-                                        "0X8000: 00 expected, 01 read. The last address that was "
-                                        "confirmed is 0X8000."});
-  SayWord("0501");
-  EXPECT_FALSE(tool.Writing);
-}
-
-TEST_F(EepromVerifying, IgnoresErrorsOfTheLine) {
-  for (const int event : {kCommFrame, kCommOverrun, kCommReceiveOver}) {
-    world.port().RaiseLineError(event);
-  }
-  world.Advance(10ms);
-  SayWord("0000");
-  EXPECT_EQ(tool.LastConfirmed, "0X8000");
 }
 
 }  // namespace

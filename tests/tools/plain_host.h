@@ -14,6 +14,7 @@ struct PlainHost {
              [] { return std::string(); },
              [] { return std::string(); },
              {},
+             {},
              "0"} {}
 
   int com_port = 1;

@@ -51,10 +51,11 @@ TEST(EepromSource, ChecksFourteenBytesAndTwoZeroBytes) {
   std::array<std::uint8_t, kEepromBlock> block{};
   block[14] = block[15] = 0xFF;
   EXPECT_EQ(EepromCheck(block), 0);
-  block[0] = 0x31;
   for (std::size_t i = 0; i < 14; ++i) block[i] = static_cast<std::uint8_t>('1' + i % 9);
   block[15] = 0x12;
   const std::uint16_t check = EepromCheck(block);
+  // CRC-16/XMODEM of the 14 bytes; the table's way comes to it by the two zero bytes.
+  EXPECT_EQ(check, 0xDAAB);
   block[15] = 0x13;
   EXPECT_EQ(EepromCheck(block), check);
   block[13] ^= 1;
@@ -101,6 +102,21 @@ TEST(EepromSource, EndsWithOrWithoutAnEndLine) {
   EXPECT_EQ(count("START\nEND\n" + block), 0U);
   EXPECT_EQ(count(block), 0U);
   EXPECT_EQ(count(""), 0U);
+}
+
+TEST(EepromSource, RefusesARecordBetweenTwoBlocks) {
+  const std::string block = Counting(0x8000);
+  const std::string kError =
+      "13: Line 18: a record where the line between two blocks of 16 should stand.";
+  EXPECT_EQ(Failure("START\n" + block + "10,16,0X8010,one too many\n\n" + block + "END\n"), kError);
+  EXPECT_EQ(Failure("START\n" + block + "10,16,0X8010,\n"), kError);
+  // The line is missing.
+  EXPECT_EQ(Failure("START\n" + block + block), kError);
+  // No records, whatever else they are.
+  for (const char* line : {"11,16,0X8010,differs", "10,16,8010,no address", "10,16,0X8010",
+                           "10,16,0X8010,a,b", "; 10,16,0X8010,", "\"10,16,0X8010,a\""}) {
+    EXPECT_EQ(Failure("START\n" + block + line + "\n" + block + "END\n"), "sound") << line;
+  }
 }
 
 TEST(EepromSource, TellsWhereARecordLies) {
