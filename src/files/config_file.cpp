@@ -80,7 +80,8 @@ ConfigFile ReadConfigFile(std::string_view text) {
       TakeLine(line, file);
     } catch (const RunTimeError& error) {
       file.left_out += file.items.size() == before ? 1 : 0;
-      if (!file.failure) file.failure = BadLine{number, error.what()};
+      std::optional<BadLine>& bad = before == kMostConfigItems ? file.too_many : file.failure;
+      if (!bad) bad = BadLine{number, error.what()};
     }
   }
   return file;

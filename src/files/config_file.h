@@ -37,8 +37,9 @@ struct ConfigItem {
 
 struct ConfigFile {
   std::vector<ConfigItem> items;
-  std::optional<BadLine> failure;  // the first line that could not be read; all others have been
-  int left_out = 0;                // lines that made no item, whatever was wrong with them
+  std::optional<BadLine> failure;   // the first line that could not be read
+  std::optional<BadLine> too_many;  // the first one that there was no room for
+  int left_out = 0;                 // lines that made no item, whatever was wrong with them
 };
 
 ConfigFile ReadConfigFile(std::string_view text);

@@ -7,7 +7,10 @@ namespace tarnlink {
 bool GivePort(frm_Main& main) {
   if (main.CommRunning) return false;
   main.tmr_noresponse->SetEnabled(false);
-  if (main.Comm->PortOpen()) main.Comm->SetPortOpen(false);
+  if (main.Comm->PortOpen()) {
+    main.Comm->SetPortOpen(false);
+    main.StatusBar1(kConnectionPanel).Text = "No Connection Active";
+  }
   return true;
 }
 

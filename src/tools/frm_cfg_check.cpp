@@ -22,6 +22,8 @@ constexpr int kPause = 100;       // ms ahead of each message
 constexpr int kAnswerTime = 300;  // ms
 // What a slave may take beside the time on the line.
 constexpr int kThinkingTime = 100;  // ms
+// That an answer may be before what seems to be one to an older message is taken for what it is.
+constexpr int kMostLate = 2000;  // ms
 constexpr int kSlaves = 16;
 
 // Why a message goes out once more.
@@ -52,7 +54,7 @@ frm_CfgCheck::frm_CfgCheck(ToolHost& host)
       tim_cfgread_timeout(host.platform.CreateTimer()),
       host_(host),
       late_(host.platform.CreateTimer()),
-      quiet_watch_(host.platform, host.line, [this](bool) { SendMessage(); }) {
+      quiet_watch_(host.platform, host.line, [this](bool) { LineIsQuiet(); }) {
   form.Visible = false;
   txt_ConfigurationFile.Text = kNoFile;
   txt_ConfigurationFile.Locked = true;
@@ -135,7 +137,6 @@ void frm_CfgCheck::Check() {
   ClearResults();
   CfgIndex = CfgStage = 0;
   is_running_ = true;
-  is_begun_ = has_written_ = false;
   is_doubtful_ = late_->Enabled();
   repeats_ = 0;
   ShowCount();
@@ -170,7 +171,7 @@ void frm_CfgCheck::Stop() {
 
 void frm_CfgCheck::ShutDownCom() {
   if (is_doubtful_ || quiet_watch_.IsOn() || tim_cfgread_timeout->Enabled()) Restart(*late_);
-  is_running_ = is_doubtful_ = false;
+  is_running_ = is_doubtful_ = asks_again_ = false;
   tim_cfgread->SetEnabled(false);
   tim_cfgread_timeout->SetEnabled(false);
   quiet_watch_.End();
@@ -233,6 +234,7 @@ void frm_CfgCheck::OpenFile() {
   ShowCount();
   ShowButtons();
   if (file->failure) TellBadLine(*file->failure);
+  if (file->too_many) TellBadLine(*file->too_many);
 }
 
 std::optional<ConfigFile> frm_CfgCheck::ReadFile(const std::string& path) {
@@ -275,6 +277,8 @@ void frm_CfgCheck::SendMessage() {
   is_doubtful_ = false;
   repeats_ = 0;
   heard_ = kNoAnswer;
+  old_answer_.clear();
+  is_behind_quiet_ = false;
   message_ = CfgMessage(Item(), CfgStage, cmb_Slave.Text);
   Output();
   ShowState();
@@ -291,18 +295,39 @@ void frm_CfgCheck::ResendMsg() {
 void frm_CfgCheck::TimedOut() {
   if (!is_running_) return;
   if (is_asking_) return Restart(*tim_cfgread_timeout);
+  // Its answer is on its way: sent again now, it would be cut, and so would be the next one.
+  const bool is_arriving = CfgCom->InBufferCount() > 0 || frames_.Missing() < zolt_frame::kLength;
+  if (is_arriving && !std::exchange(is_prolonged_, true)) return Restart(*tim_cfgread_timeout);
+  if (!old_answer_.empty() && !is_behind_quiet_) {
+    tim_cfgread_timeout->SetEnabled(false);
+    asks_again_ = true;
+    AwaitQuiet();
+    return quiet_watch_.Settle(kMostLate);
+  }
+  ResendMsg();
+  ShowState();
+}
+
+void frm_CfgCheck::LineIsQuiet() {
+  if (!std::exchange(asks_again_, false)) return SendMessage();
+  if (!is_running_) return;
+  if (is_asking_) {
+    asks_again_ = true;
+    return quiet_watch_.Raise();
+  }
+  is_behind_quiet_ = true;
   ResendMsg();
   ShowState();
 }
 
 void frm_CfgCheck::Output() {
   frames_.Clear();
+  is_prolonged_ = false;
   try {
     CfgCom->ClearInBuffer();
     CfgCom->SetRThreshold(zolt_frame::kLength);
     CfgCom->Output(message_);
     is_begun_ = true;
-    has_written_ = has_written_ || IsWrite(CfgStage);
     Restart(*tim_cfgread_timeout);
   } catch (const RunTimeError& error) {
     ErrorHandler(PortTrouble(error));
@@ -360,6 +385,9 @@ bool frm_CfgCheck::IsAnswer(std::string_view frame) {
     return false;
   }
   if (!IsStale(Item(), CfgStage, answer, writes_)) return true;
+  // What comes again behind a quiet line is what the slave has to say.
+  if (is_behind_quiet_ && frame == old_answer_) return true;
+  old_answer_ = frame;
   heard_ = kOldAnswer;
   is_doubtful_ = true;
   return false;
@@ -454,11 +482,7 @@ std::string frm_CfgCheck::NameOfItem() const {
   return "ID " + Stuff(Hex(Item().ID), 4) + name;
 }
 
-std::string frm_CfgCheck::StoppedText() const {
-  return "Stopped at " + NameOfItem() +
-         (has_written_ ? "; the controller keeps what was written to it last"
-                       : "; this check has written nothing");
-}
+std::string frm_CfgCheck::StoppedText() const { return "Stopped at " + NameOfItem(); }
 
 std::string frm_CfgCheck::LeftOutText() const {
   if (left_out_ == 0) return "";

@@ -111,6 +111,7 @@ class frm_CfgCheck {
   void EndItem(const std::string& result);
   void GoOn();
   void AwaitQuiet();
+  void LineIsQuiet();
   void Finish();
   void MarkUnreached();
   void Empty();
@@ -130,14 +131,17 @@ class frm_CfgCheck {
   std::string message_;           // that went out last
   std::string heard_;             // of it, while there is no answer
   std::string trouble_;           // why it went out once more
+  std::string old_answer_;        // that came to it, as one to a message before
   std::string folder_;            // where the last file was
   int left_out_ = 0;              // lines of the file
   int repeats_ = 0;               // of the message
   bool is_running_ = false;
-  bool is_asking_ = false;    // whether the form may be closed
-  bool is_begun_ = false;     // the item in work: a message for it has gone out
-  bool has_written_ = false;  // in this run
-  bool is_doubtful_ = false;  // an answer to a message before may still be on its way
+  bool asks_again_ = false;       // the message goes out again when the line is quiet
+  bool is_behind_quiet_ = false;  // it has
+  bool is_prolonged_ = false;     // its answer was arriving when the time was up
+  bool is_asking_ = false;        // whether the form may be closed
+  bool is_begun_ = false;         // the item in work: a message for it has gone out
+  bool is_doubtful_ = false;      // an answer to a message before may still be on its way
 };
 
 }  // namespace tarnlink

@@ -207,18 +207,18 @@ void frm_EEPROM::Browse() {
 // At a glance, before anything is done with it; what is done reads it anew.
 void frm_EEPROM::ShowSource() {
   records_.clear();
-  lblSource.Caption = "";
-  ForgetRun();
+  std::string trouble;
   try {
     if (FileOpen) {
       TakeRecords(ReadEepromSource(DecodeText(host_.platform.files().ReadWhole(Path()))));
-      lblSource.Caption = records_.empty() ? std::string(kNoBlock) : ImageText();
+      if (records_.empty()) trouble = kNoBlock;
     }
   } catch (const RunTimeError& error) {
     records_.clear();
-    lblSource.Caption = error.what();
+    trouble = error.what();
   }
-  if (records_.empty()) picMap.Fill({});
+  ShowImage();
+  if (!trouble.empty()) lblSource.Caption = trouble;
 }
 
 std::optional<EepromSource> frm_EEPROM::ReadSource() {
@@ -282,16 +282,22 @@ std::string frm_EEPROM::ImageText() const {
 void frm_EEPROM::TakeRecords(const EepromSource& source) {
   records_.clear();
   addresses_.clear();
-  std::vector<EepromMap::Cell> cells;
   for (const EepromBlock& block : source.blocks) {
     for (const EepromRecord& record : block) {
       addresses_.push_back(AddressOf(record));
       records_.push_back(record);
-      cells.push_back({record.Address, record.HexValue + " " + record.Comment});
     }
   }
+}
+
+void frm_EEPROM::ShowImage() {
   ForgetRun();
+  std::vector<EepromMap::Cell> cells;
+  for (const EepromRecord& record : records_) {
+    cells.push_back({record.Address, record.HexValue + " " + record.Comment});
+  }
   picMap.Fill(std::move(cells));
+  lblSource.Caption = records_.empty() ? "" : ImageText();
 }
 
 // What is shown of the run before is not of the image that is shown now.
@@ -350,6 +356,7 @@ void frm_EEPROM::VerifyEEPROM() {
 }
 
 void frm_EEPROM::Begin(Pass first) {
+  ShowImage();
   was_written_ = first == Pass::kWrite;
   if (host_.GivePort && !host_.GivePort()) {
     AddResult("Not begun: the main window communicates.");
@@ -372,6 +379,7 @@ void frm_EEPROM::Begin(Pass first) {
 
 void frm_EEPROM::BeginPass(Pass pass) {
   pass_ = pass;
+  LastConfirmed.clear();
   next_ = 0;
   repeats_ = wrong_answers_ = 0;
   Sent = Answered = 0;
@@ -466,7 +474,8 @@ void frm_EEPROM::EndWait() {
 }
 
 void frm_EEPROM::VerifyError(std::uint16_t word) {
-  const bool is_own = word >> 8 != ExpectedValue;
+  const bool is_front_right = !WordExpected() || (*WordExpected() & 0xFF) == (word & 0xFF);
+  const bool is_own = word >> 8 != ExpectedValue && is_front_right;
   const std::size_t wrong = is_own ? next_ : next_ - 1;
   const EepromRecord& record = records_[wrong];
   picMap.Mark(wrong, CellState::kWrong);

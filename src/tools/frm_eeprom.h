@@ -102,6 +102,7 @@ class frm_EEPROM {
   void TakeRecords(const EepromSource& source);
   std::string ImageText() const;  // of one that is not empty
   bool LoadRecords();
+  void ShowImage();
   void ForgetRun();
   bool AsksFirst();
   void Begin(Pass first);

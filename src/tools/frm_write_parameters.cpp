@@ -372,7 +372,9 @@ void frmWriteParameters::Overhear(const std::string& bytes) {
 void frmWriteParameters::LineIsQuiet(bool is_quiet) {
   if (!verdict_) return SendNextParameter();
   const ParameterVerdict verdict = *std::exchange(verdict_, std::nullopt);
-  const bool is_proved = is_quiet && !is_contradicted_ && !hears_master_;
+  // A part of a frame may be what is left of the true answer.
+  const bool is_rest = frames_.Missing() < zolt_frame::kLength;
+  const bool is_proved = is_quiet && !is_rest && !is_contradicted_ && !hears_master_;
   Take(is_proved ? verdict : kUnusableAnswer);
   SendNextParameter();
 }
@@ -393,6 +395,8 @@ std::string frmWriteParameters::Slave() const {
 bool frmWriteParameters::IsForAnother(std::string_view answer) const {
   if (!IsFrom(answer, Slave())) return true;
   if (IsAbout(answer, request_, messages_)) return false;
+  // Where nothing times out, there is nothing that would ask again.
+  if (AnswerTime() == 0) return false;
   const ParameterItem about = ItemOf(answer, messages_);
   if (request_.is_write && IsSameItem(about, request_.item)) return false;
   return std::any_of(items_.begin(), items_.end(),
@@ -432,7 +436,7 @@ void frmWriteParameters::NextItem() {
 }
 
 void frmWriteParameters::GoOn(bool is_doubtful, bool was_repeated) {
-  const bool is_confusable = IsNextConfusable();
+  const bool is_confusable = IsNextConfusable() || (was_repeated && IsNextOnSamePage());
   if (is_doubtful || is_confusable) return AwaitQuiet(is_confusable && was_repeated);
   SendNextParameter();
 }
@@ -441,13 +445,25 @@ bool frmWriteParameters::IsMemoryRead() const {
   return !request_.is_write && request_.item.Class == kMemoryParameterClass;
 }
 
-// Whether what may still come for the item before would pass for the answer to another one.
-bool frmWriteParameters::IsNextConfusable() const {
+// The item that goes out next; nothing where the one in work is tried again, or was the last.
+const ParameterItem* frmWriteParameters::NextItemToSend() const {
   const bool is_retry = RetryCount > 0 && RetryCount < kMostTries;
   const int next = ParameterIndex + (RetryCount >= kMostTries ? 1 : 0);
-  if (is_retry || next >= Count()) return false;
-  const ParameterItem& item = items_.at(static_cast<std::size_t>(next));
-  return IsMemoryRead() || IsSameItem(item, request_.item);
+  return is_retry || next >= Count() ? nullptr : &items_.at(static_cast<std::size_t>(next));
+}
+
+// Whether what may still come for the item before would pass for the answer to another one.
+bool frmWriteParameters::IsNextConfusable() const {
+  const ParameterItem* next = NextItemToSend();
+  return next != nullptr && (IsMemoryRead() || IsSameItem(*next, request_.item));
+}
+
+// A refusal of a write to memory bears the alias of its page, and no more.
+bool frmWriteParameters::IsNextOnSamePage() const {
+  const ParameterItem* next = NextItemToSend();
+  const auto page = [](const ParameterItem& item) { return item.ID >> 8; };
+  return next != nullptr && next->Class == kMemoryParameterClass &&
+         request_.item.Class == kMemoryParameterClass && page(*next) == page(request_.item);
 }
 
 // What is still on its way would shift every answer from the next one on. Those to a message that

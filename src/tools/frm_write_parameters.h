@@ -90,7 +90,9 @@ class frmWriteParameters {
   void Take(const ParameterVerdict& verdict);
   void NextItem();
   void GoOn(bool is_doubtful, bool was_repeated);
+  const ParameterItem* NextItemToSend() const;
   bool IsNextConfusable() const;
+  bool IsNextOnSamePage() const;
   bool IsMemoryRead() const;
   std::string Slave() const;
   void Watch(int milliseconds);

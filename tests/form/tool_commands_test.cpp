@@ -169,6 +169,7 @@ TEST_F(ToolCommandsTest, ThePortIsGivenBehindASilentSlave) {
   ASSERT_TRUE(main.Comm->PortOpen());
   EXPECT_TRUE(GivePort(main));
   EXPECT_FALSE(main.Comm->PortOpen());
+  EXPECT_EQ(main.StatusBar1(kConnectionPanel).Text.get(), "No Connection Active");
   Advance(10'000);
   EXPECT_FALSE(main.Comm->PortOpen()) << "The watchdog does not take it again.";
 }

@@ -127,7 +127,8 @@ TEST_F(CfgCheckQuiet, SkipsTheAnswerToAReadWhereItWrites) {
     EXPECT_EQ(tool.CfgStage, stage);
     EXPECT_EQ(Result(), "\t\t");
     // Nothing else came: it is sent once more.
-    EXPECT_TRUE(AskedIn(300ms).starts_with("write 056D ")) << stage;
+    EXPECT_EQ(AskedIn(300ms), "nothing") << stage;
+    EXPECT_TRUE(AskedIn(2400ms).starts_with("write 056D ")) << stage;
     EXPECT_NE(State().find(", an old answer came, repeated once; "), std::string::npos) << State();
     tool.cmd_Stop.Press();
     world.Advance(1s);
@@ -183,6 +184,67 @@ TEST_F(CfgCheckQuiet, NeedsNoSlaveThatGivesBackWhatWasWritten) {
     }
     EXPECT_EQ(Result(), "OK");
   }
+}
+
+// What looks like the answer to an older message, and comes again behind a quiet line, is what the
+// slave has to say.
+class CfgCheckSame : public CfgCheckQuiet {
+ protected:
+  // The answer comes, and once more to the repeat; the quiet between them is as long as it is told.
+  void AnswerTwice(const std::string& answer) {
+    ASSERT_NE(Asked(), "nothing");
+    Receive(answer);
+    world.Advance(300ms);
+    EXPECT_EQ(Sent(), "nothing") << "It waits for a quiet line.";
+    world.Advance(2200ms);
+    ASSERT_NE(Sent(), "nothing");
+    Receive(answer);
+  }
+};
+
+TEST_F(CfgCheckSame, ASlaveThatGivesBackNothingIsJudgedWhereTheMinimumIsZero) {
+  Begin("095C\t0\t255\t0\tHeat demand\t1\r\n");
+  for (const std::string& answer : {Frame(kCfgReadDone, 0, 0x95C), Frame(kCfgWritten, 0, 0x95C),
+                                    Frame(kCfgReadDone, 0, 0x95C)}) {
+    ASSERT_NE(Asked(), "nothing");
+    Receive(answer);
+  }
+  AnswerTwice(Frame(kCfgWritten, 0, 0x95C));
+  world.Advance(1s);
+  world.port().TakeSent();
+  Receive(Frame(kCfgReadDone, 255, 0x95C));
+  EXPECT_EQ(Result(), "OK");
+}
+
+TEST_F(CfgCheckSame, AKindThatDoesNotFitIsToldInTheEnd) {
+  Begin(kOneItem);
+  AnswerTwice(Frame(kCfgWritten, 60));
+  EXPECT_EQ(Result(), "Wrong default value");
+  world.Advance(2s);
+  Begin(kOneItem);
+  PassTo(1);
+  AnswerTwice(Frame(kCfgReadDone, 30));
+  EXPECT_EQ(Result(), "Minimum is not written");
+}
+
+TEST_F(CfgCheckSame, AnAnswerThatIsArrivingWhenTheTimeIsUpIsTaken) {
+  Begin(kOneItem);
+  EXPECT_EQ(Asked(), "read 056D");
+  world.Advance(295ms);
+  const std::string answer = Frame(kCfgReadDone, 60);
+  Receive(answer.substr(0, 7));
+  world.Advance(10ms);
+  EXPECT_EQ(Sent(), "nothing");
+  Receive(answer.substr(7));
+  EXPECT_EQ(tool.CfgStage, 1);
+  EXPECT_EQ(Asked(), "write 056D 30");
+  // The rest of one that never comes is not waited for twice.
+  world.Advance(295ms);
+  Receive(answer.substr(0, 7));
+  world.Advance(10ms);
+  EXPECT_EQ(Sent(), "nothing");
+  world.Advance(300ms);
+  EXPECT_EQ(Sent(), "write 056D 30");
 }
 
 // A slave on the far end, each answer of which comes once more.

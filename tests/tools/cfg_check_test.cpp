@@ -238,7 +238,7 @@ TEST_F(CfgCheckTest, StopsAtOnce) {
   EXPECT_EQ(Result(0), "OK");
   EXPECT_EQ(Result(1), "\t\t");
   EXPECT_EQ(Result(2), "\t\t");
-  EXPECT_EQ(State(), "Stopped at ID 05F4 (DHW); the controller keeps what was written to it last.");
+  EXPECT_EQ(State(), "Stopped at ID 05F4 (DHW).");
   ExpectIdle();
 }
 
@@ -249,12 +249,12 @@ TEST_F(CfgCheckTest, MarksWhatStopHasLeftOut) {
   tool.cmd_Check.Press();
   tool.cmd_Stop.Press();
   EXPECT_EQ(Result(0), "ID has not been checked");
-  EXPECT_EQ(State(), "Stopped at ID 056D (CH setpoint); this check has written nothing.");
+  EXPECT_EQ(State(), "Stopped at ID 056D (CH setpoint).");
   tool.cmd_Check.Press();
   EXPECT_EQ(Result(0), "\t\t");
   Asked();
   tool.cmd_Stop.Press();
-  EXPECT_EQ(State(), "Stopped at ID 056D (CH setpoint); this check has written nothing.");
+  EXPECT_EQ(State(), "Stopped at ID 056D (CH setpoint).");
   EXPECT_EQ(Result(0), "\t\t");
   EXPECT_EQ(Result(1), "ID has not been checked");
   EXPECT_EQ(Row(1), "05F4\t35\t65\t50\tDHW\t1\t\tID has not been checked");

@@ -192,6 +192,15 @@ TEST_F(MemoryReads, OneThatIsContradictedIsAskedForAgain) {
   EXPECT_NE(List().find("F402   Value   &H0001.. FAULT|"), std::string::npos) << List();
 }
 
+TEST_F(MemoryReads, APartOfAFrameBehindOneIsAContradiction) {
+  Verify();
+  Says(1);
+  Receive(FrameOf(kAckRead + 7, 0xFFAB, 9).substr(0, 11));
+  Quiet();
+  EXPECT_EQ(tool.VerifiedCount, 0);
+  EXPECT_EQ(tool.RetryCount, 1);
+}
+
 TEST_F(MemoryReads, BehindATornAnswerThatToTheFirstRequestIsWaitedFor) {
   Verify();
   Receive("0123456789abcdef");
@@ -262,6 +271,32 @@ TEST_F(MemoryReads, TheirEchoIsNoOtherMaster) {
   Says(1);
   Quiet();
   EXPECT_EQ(tool.VerifiedCount, 1);
+}
+
+// The refusal of a write bears the alias of the page only.
+TEST_F(WriteParametersTest, ALateRefusalOfAByteDoesNotGiveUpItsNeighbour) {
+  Start("7 &HF400 1\r\n7 &HF401 1\r\n");
+  Silence();
+  Answer(kAckOutside + 7, 0xFCFD, 0x0001);
+  Sent();
+  world.Advance(std::chrono::milliseconds(1000));
+  Answer(kAckOutside + 7, 0xFCFD, 0x0001);
+  EXPECT_EQ(Sent(), "nothing");
+  Silence();
+  Quiet();
+  EXPECT_EQ(Sent(), "87 0 FCFD 0101");
+  ExpectReport("Write settings", "1 parameters NOT send.", Icon::kCritical);
+  Answer(kAckWritten + 7, 0xFCFD, 0x0101);
+}
+
+TEST_F(WriteParametersTest, WhereNothingTimesOutAnotherIdIsAnErrorAtOnce) {
+  timeout = 0;
+  Start(kTwo);
+  Sent();
+  Answer(kAckWritten + 5, 0x124, 0x1234);
+  EXPECT_EQ(tool.RetryCount, 1);
+  Quiet();
+  EXPECT_EQ(Sent(), "85 0 0123 002A");
 }
 
 // --- Items of the same ID

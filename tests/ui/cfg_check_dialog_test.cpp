@@ -184,9 +184,7 @@ TEST_F(CfgDialogTest, CheckAndStopHandTheFocusToEachOther) {
   RunTo(1);
   Key(form, Qt::Key_Space);
   EXPECT_EQ(Focus(form), "cmd_Check");
-  EXPECT_EQ(Caption(form, "lblState"),
-            "Stopped at ID 05F4 (DHW setpoint (C)); the controller keeps what was written to it "
-            "last.");
+  EXPECT_EQ(Caption(form, "lblState"), "Stopped at ID 05F4 (DHW setpoint (C)).");
   EXPECT_EQ(Row(form, 2), "0999|0|255|-|Not in this boiler|1||");
   EXPECT_EQ(Row(form, 3), "0951|1|9|3|Ignition retries|1||ID has not been checked");
   form.close();

@@ -128,9 +128,13 @@ TEST(ReadConfigFile, HoldsThreeHundredAndOneItems) {
   const ConfigFile file = ReadConfigFile("* comment\r\n" + Lines(303));
   EXPECT_EQ(file.items.size(), 301U);
   EXPECT_EQ(file.items.back().Description, "v300");
-  ASSERT_TRUE(file.failure);
-  EXPECT_EQ(file.failure->line, 303);
-  EXPECT_EQ(file.failure->reason, "The file holds more than 301 IDs.");
+  ASSERT_TRUE(file.too_many);
+  EXPECT_EQ(file.too_many->line, 303);
+  EXPECT_EQ(file.too_many->reason, "The file holds more than 301 IDs.");
+  EXPECT_FALSE(file.failure);
+  const ConfigFile both = ReadConfigFile("nonsense\r\n" + Lines(302));
+  EXPECT_EQ(both.failure->line, 1);
+  EXPECT_EQ(both.too_many->line, 303);
 }
 
 TEST(ReadConfigFile, ReadsTheSampleAndEveryPrefixOfIt) {
