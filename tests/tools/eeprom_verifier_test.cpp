@@ -59,6 +59,18 @@ TEST_F(EepromVerifying, LooksAtTheByteInFrontToo) {
   EXPECT_FALSE(tool.Writing);
 }
 
+TEST_F(EepromVerifying, NamesTheByteInFrontWhereBothAreWrong) {
+  SayWord("0000");
+  SayWord("0601");
+  world.Advance(500ms);
+  world.dialogs().ExpectMessageBox(
+      {.text = "Verify Error on " + kDefPath,
+       .title = "Error",
+       .icon = Icon::kCritical,
+       .detail = "0X8000: 00 expected, 01 read. No address has been confirmed."});
+  SayWord("0601");
+}
+
 TEST_F(EepromVerifying, IgnoresErrorsOfTheLine) {
   for (const int event : {kCommFrame, kCommOverrun, kCommReceiveOver}) {
     world.port().RaiseLineError(event);

@@ -477,6 +477,34 @@ TEST_F(EepromWriting, SaysThatAnAddressIsThereTwice) {
   StartWith(twice);
 }
 
+// What the slave has acknowledged is not proved by that.
+TEST_F(EepromWriting, HasConfirmedNothingWhenTheProofBegins) {
+  Start();
+  for (int i = 0; i < 16; ++i) Acknowledge();
+  Say(kRead, "FFAB", "0700");
+  world.Advance(500ms);
+  world.dialogs().ExpectMessageBox(
+      {.text = "Verify Error on " + kDefPath,
+       .title = "Error",
+       .icon = Icon::kCritical,
+       .detail = "0X8000: 00 expected, 07 read. No address has been confirmed."});
+  Say(kRead, "FFAB", "0700");
+  EXPECT_FALSE(tool.Writing);
+}
+
+TEST_F(EepromWriting, KeepsItsResultsWhereTheQuestionIsAnsweredNo) {
+  Start();
+  Acknowledge();
+  tool.cmd_Stop.Press();
+  const std::string before = tool.ResultText();
+  PressWrite(Answer::kNo);
+  EXPECT_EQ(tool.ResultText(), before);
+  EXPECT_EQ(tool.picMap.Cells().at(0).State, CellState::kWritten);
+  PressWrite();
+  EXPECT_EQ(tool.ResultText(), "");
+  EXPECT_EQ(tool.picMap.Cells().at(0).State, CellState::kOpen);
+}
+
 TEST_F(EepromWriting, PaintsHowFarEachByteIs) {
   Start();
   const auto state = [this](std::size_t cell) { return tool.picMap.Cells().at(cell).State; };
