@@ -2,30 +2,12 @@
 // light and a dark palette: whole, and as on a small screen.
 
 #include "ui/cfg_check_fixture.h"
-#include "ui/look.h"
+#include "ui/tool_looks.h"
 
 namespace tarnlink {
 namespace {
 
-class CfgAndWpPictures : public CfgWindowTest, public ::testing::WithParamInterface<Look> {
- protected:
-  CfgAndWpPictures() : usual_(QApplication::palette()) {
-    if (GetParam().dark) QApplication::setPalette(DarkPalette());
-  }
-  ~CfgAndWpPictures() override { QApplication::setPalette(usual_); }
-
-  static void Save(QWidget& form, const std::string& name) {
-    ShowWhole(form);
-    SavePicture(form, name + "-" + GetParam().name);
-    form.resize(QSize(683, 384) * 0.9);
-    WaitForBars(form);
-    SavePicture(form, name + "-small-" + GetParam().name);
-    ShowWhole(form);
-  }
-
- private:
-  QPalette usual_;
-};
+class CfgAndWpPictures : public ToolLooks<CfgWindowTest> {};
 
 TEST_P(CfgAndWpPictures, ShowTheCheck) {
   QWidget& form = OpenCheck();

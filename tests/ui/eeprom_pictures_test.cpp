@@ -2,33 +2,17 @@
 // finished and failed, in a light and a dark palette, whole and as on a small screen.
 
 #include "ui/eeprom_fixture.h"
-#include "ui/look.h"
+#include "ui/tool_looks.h"
 
 namespace tarnlink {
 namespace {
 
-class EepromPictures : public EepromWindowsTest, public ::testing::WithParamInterface<Look> {
+class EepromPictures : public ToolLooks<EepromWindowsTest> {
  protected:
-  EepromPictures() : usual_(QApplication::palette()) {
-    if (GetParam().dark) QApplication::setPalette(DarkPalette());
-  }
-  ~EepromPictures() override { QApplication::setPalette(usual_); }
-
-  static void Save(QWidget& form, const std::string& name) {
-    ShowWhole(form);
-    SavePicture(form, name + "-" + GetParam().name);
-    form.resize(QSize(683, 384) * 0.9);
-    WaitForBars(form);
-    SavePicture(form, name + "-small-" + GetParam().name);
-    ShowWhole(form);
-  }
   void AdvanceTo(int answered) {
     EXPECT_TRUE(
         world.RunUntil([this, answered] { return file_tools->eeprom.Answered == answered; }, 100s));
   }
-
- private:
-  QPalette usual_;
 };
 
 TEST_P(EepromPictures, ShowTheWriter) {

@@ -3,31 +3,13 @@
 
 #include <QTabWidget>
 
-#include "ui/look.h"
 #include "ui/service_tools_fixture.h"
+#include "ui/tool_looks.h"
 
 namespace tarnlink {
 namespace {
 
-class ToolPictures : public ServiceToolsTest, public ::testing::WithParamInterface<Look> {
- protected:
-  ToolPictures() : usual_(QApplication::palette()) {
-    if (GetParam().dark) QApplication::setPalette(DarkPalette());
-  }
-  ~ToolPictures() override { QApplication::setPalette(usual_); }
-
-  static void Save(QWidget& form, const std::string& name) {
-    ShowWhole(form);
-    SavePicture(form, name + "-" + GetParam().name);
-    form.resize(QSize(683, 384) * 0.9);
-    WaitForBars(form);
-    SavePicture(form, name + "-small-" + GetParam().name);
-    ShowWhole(form);
-  }
-
- private:
-  QPalette usual_;
-};
+class ToolPictures : public ToolLooks<ServiceToolsTest> {};
 
 TEST_P(ToolPictures, ShowThePanel) {
   texts[0] = "Flame signal after the gas valve was closed: see the burner's own manual";
