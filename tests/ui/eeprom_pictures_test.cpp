@@ -55,6 +55,15 @@ TEST_P(EepromPictures, ShowTheDownloader) {
   downloader.close();
 }
 
+TEST_P(EepromPictures, ShowTheDownloaderWhenItHasRead) {
+  QWidget& downloader = OpenDownloader();
+  StartReading(downloader, "32");
+  world.dialogs().ExpectMessageBox("Tarnlink File is generated", "File Generation Done...");
+  world.Advance(10s);
+  Save(downloader, "eeprom-down-finished");
+  downloader.close();
+}
+
 INSTANTIATE_TEST_SUITE_P(Looks, EepromPictures,
                          testing::Values(Look{"light", false}, Look{"dark", true}),
                          [](const testing::TestParamInfo<Look>& look) { return look.param.name; });
