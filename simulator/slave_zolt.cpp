@@ -180,6 +180,7 @@ Heard ZoltSlave::Complete(std::string frame) const {
 }
 
 WriteEffect ZoltSlave::EffectAt(const ZoltRequest& asked, WriteEffect effect) {
+  if (effect == WriteEffect::kRejected) return effect;
   const auto page = ZoltPage(asked.data->id);
   if (asked.data_class != kZoltMemoryClass || !page) return effect;
   const auto address = static_cast<std::uint16_t>(*page << 8 | asked.data->high);

@@ -80,8 +80,10 @@ std::string_view FirstCharacters(std::string_view utf8, int count) {
   return utf8.substr(0, end);
 }
 
-int CountCharacters(std::string_view utf8) {
-  return static_cast<int>(std::count_if(utf8.begin(), utf8.end(), BeginsCharacter));
+bool IsBlank(std::string_view line) {
+  return line.find_first_not_of(" \t") == std::string_view::npos;
 }
+
+std::string TimesText(int count) { return count == 1 ? "once" : std::to_string(count) + " times"; }
 
 }  // namespace tarnlink

@@ -32,9 +32,14 @@ std::string WithoutQuotes(std::string_view text);
 
 // The first characters of a UTF-8 text, or the whole text if it has no more.
 std::string_view FirstCharacters(std::string_view utf8, int count);
-int CountCharacters(std::string_view utf8);
 
 // The characters of a UTF-8 text, not its bytes.
 int CharacterCount(std::string_view utf8);
+
+// Nothing but blanks and tabs.
+bool IsBlank(std::string_view line);
+
+// "once", "2 times".
+std::string TimesText(int count);
 
 }  // namespace tarnlink

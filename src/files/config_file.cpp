@@ -40,10 +40,6 @@ std::uint8_t ByteOf(const std::string& field, const std::string& name) {
   throw RunTimeError(kTypeMismatch, name + " is no whole number.");
 }
 
-bool IsBlank(std::string_view line) {
-  return line.find_first_not_of(" \t") == std::string_view::npos;
-}
-
 void TakeLine(std::string_view line, ConfigFile& file) {
   if (IsBlank(line) || line.starts_with(kCommentMark)) return;
   if (file.items.size() == kMostConfigItems) {

@@ -18,10 +18,6 @@ constexpr std::string_view kEndMark = "END";
 constexpr std::string_view kAddressMark = "0X";
 constexpr std::string_view kHexadecimalDigits = "0123456789ABCDEF";
 
-bool IsBlank(std::string_view line) {
-  return line.find_first_not_of(" \t") == std::string_view::npos;
-}
-
 bool AreDigits(std::string_view text) {
   return ToUpper(text).find_first_not_of(kHexadecimalDigits) == std::string::npos;
 }

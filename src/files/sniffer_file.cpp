@@ -34,10 +34,6 @@ std::int32_t TypeOf(std::string_view field) {
   return kSniffSignedWord;
 }
 
-bool IsBlank(std::string_view line) {
-  return line.find_first_not_of(" \t") == std::string_view::npos;
-}
-
 void TakeLine(std::string_view line, SnifferFile& file) {
   if (IsBlank(line)) return;
   if (line.starts_with(kRevisionMark)) {

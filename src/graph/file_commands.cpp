@@ -46,7 +46,7 @@ void FileCommands::SetDefaultHeader(const std::string& FileName) {
   constexpr int kExtension = 4;  // with its dot
   const std::string_view path = FileName;
   const std::size_t first = FirstCharacters(path, 1).size();
-  const int count = CountCharacters(path) - kExtension;
+  const int count = CharacterCount(path) - kExtension;
   const std::string_view name = path.substr(0, FirstCharacters(path, std::max(count, 0)).size());
   std::size_t begin = name.size();
   while (begin > first && !IsSeparator(name[begin - 1])) --begin;

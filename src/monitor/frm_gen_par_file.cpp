@@ -39,7 +39,7 @@ void frmGenParFile::ShowCount() {
 std::string frmGenParFile::DefaultName() const {
   constexpr int kExtension = 4;  // with its dot
   const std::string& screen = main_.CurrentTarnLinkFile;
-  const int count = CountCharacters(screen);
+  const int count = CharacterCount(screen);
   if (count <= kExtension) return "Para.par";
   return std::string(FirstCharacters(screen, count - kExtension)) + ".par";
 }

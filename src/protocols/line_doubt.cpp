@@ -1,11 +1,11 @@
 #include "protocols/line_doubt.h"
 
+#include "protocols/service_line.h"
+
 namespace tarnlink {
 
 namespace {
 
-// What a slave may take to think, beside the time on the line.
-constexpr int kThinkingTime = 100;  // ms
 // A line that is never quiet is asked all the same.
 constexpr int kLongestWait = 1'000;  // ms
 

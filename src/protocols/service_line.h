@@ -13,6 +13,9 @@ struct ServiceLine {
   std::function<int()> Baudrate;  // as it is stored: how often 1200 is doubled
 };
 
+// ms that a slave may take before it answers, beside the time on the line.
+inline constexpr int kThinkingTime = 100;
+
 // Bits in a second.
 int SpeedOf(const ServiceLine& line);
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "common/text.h"
 #include "protocols/zolt_frame.h"
 #include "tools/tool_port.h"
 
@@ -40,6 +41,7 @@ void EepromLine::Open() {
   Close();
   SetServiceLine(port_, host_.line);
   port_.SetPortOpen(true);
+  is_open_ = true;
   // Nothing that the run before has asked for may be taken for an answer in this one.
   if (std::exchange(is_unsettled_, false)) AwaitQuiet(kAnswerTime);
 }
@@ -48,7 +50,7 @@ void EepromLine::Close() {
   if (is_out_ || quiet_watch_.IsOn()) is_unsettled_ = true;
   timeout_.SetEnabled(false);
   quiet_watch_.End();
-  is_out_ = is_doubtful_ = heard_more_ = false;
+  is_open_ = is_out_ = is_doubtful_ = heard_more_ = false;
   CloseQuietly(port_);
 }
 
@@ -65,8 +67,7 @@ void EepromLine::Send(const std::string& message, const std::string& slave, cons
 
 void EepromLine::ResendMsg() {
   ++repeats_;
-  const std::string times = repeats_ == 1 ? "once" : std::to_string(repeats_) + " times";
-  if (Repeated) Repeated("Sent again " + times + ": " + why_ + ".");
+  if (Repeated) Repeated("Sent again " + TimesText(repeats_) + ": " + why_ + ".");
   Put();
 }
 
@@ -80,7 +81,8 @@ void EepromLine::Put() {
     port_.SetRThreshold(zolt_frame::kLength);
     port_.Output(LastMessage);
   } catch (const RunTimeError& error) {
-    return Lose(PortTrouble(error));
+    const std::string reason = port_.LossReason();
+    return Lose(reason.empty() ? PortTrouble(error) : reason);
   }
   Restart(timeout_);
 }
@@ -173,10 +175,14 @@ bool EepromLine::IsForUs(std::string_view frame) const {
   const std::uint8_t type = zolt_frame::TypeOf(frame);
   if (zolt_frame::KindOf(type) == zolt_frame::kCorruptedMessage) return true;
   if (zolt_frame::ClassOf(type) != zolt_frame::kMemoryClass) return false;
+  const bool is_write = zolt_frame::TypeOf(LastMessage) == zolt_frame::kWriteMemory;
+  if (is_write && zolt_frame::KindOf(type) == zolt_frame::kWriteAcknowledge) return true;
   return zolt_frame::Text(frame, zolt_frame::kId) == id_;
 }
 
+// Port and request may both find it out.
 void EepromLine::Lose(const std::string& reason) {
+  if (!is_open_) return;
   Close();
   if (Lost) Lost(reason);
 }

@@ -22,6 +22,7 @@ class EepromLine {
   EepromLine(ToolHost& host, SerialPort& port, Timer& timeout);
 
   // What the slave says to the request. True: the request is answered. False: it goes out again.
+  // Which byte a write acknowledge is of, is not looked at before.
   std::function<bool(std::string_view frame)> Answered;
   // The request goes out once more: how often that was, and why, as a sentence.
   std::function<void(const std::string& trouble)> Repeated;
@@ -34,9 +35,7 @@ class EepromLine {
 
   // `slave` answers under `id`.
   void Send(const std::string& message, const std::string& slave, const std::string& id);
-  // The present request once more; or once more when the line has been quiet, for its answer was
-  // another one's.
-  void ResendMsg();
+  // The present request once more when the line has been quiet, for its answer was another one's.
   void AskAgain(const std::string& why);
   // From here on the line is watched until it is quiet, for so many ms more than an answer takes
   // that comes in time.
@@ -52,6 +51,7 @@ class EepromLine {
   std::string LastMessage;
 
  private:
+  void ResendMsg();
   void Put();
   void CommEvent(int event);
   void Received();
@@ -68,6 +68,7 @@ class EepromLine {
   AnswerFrames frames_;
   std::string slave_;
   std::string id_;
+  bool is_open_ = false;      // and its loss has not been told
   bool is_out_ = false;       // an answer is awaited, or the request is to go out again
   bool is_doubtful_ = false;  // more than one answer may come
   bool heard_more_ = false;

@@ -21,7 +21,6 @@ namespace {
 constexpr int kPause = 100;       // ms ahead of each message
 constexpr int kAnswerTime = 300;  // ms
 // What a slave may take beside the time on the line.
-constexpr int kThinkingTime = 100;  // ms
 // That an answer may be before what seems to be one to an older message is taken for what it is.
 constexpr int kMostLate = 2000;  // ms
 constexpr int kSlaves = 16;
@@ -34,8 +33,6 @@ constexpr const char* kOldAnswer = "an old answer came";
 
 constexpr const char* kHeading =
     "ID\tMinimum\tMaximum\tDefault\tDescription\tTest type\tRead\tResult";
-
-std::string TimesText(int count) { return count == 1 ? "once" : std::to_string(count) + " times"; }
 
 std::string RowOf(const ConfigItem& item) {
   const std::string row = Stuff(Hex(item.ID), 4) + "\t" + std::to_string(item.Minimum) + "\t" +
@@ -271,7 +268,10 @@ void frm_CfgCheck::SendMessage() {
   tim_cfgread->SetEnabled(false);
   if (!is_running_) return;
   // While the user is asked nothing goes out.
-  if (is_asking_) return Restart(*tim_cfgread);
+  if (is_asking_) {
+    ShowState();
+    return Restart(*tim_cfgread);
+  }
   // Somebody is in the middle of a frame.
   if (frames_.Missing() < zolt_frame::kLength) return AwaitQuiet();
   is_doubtful_ = false;

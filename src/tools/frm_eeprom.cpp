@@ -22,6 +22,7 @@ constexpr int kTick = 10;  // ms
 constexpr int kTlk = 0;    // of `chkOutputFormat`
 constexpr int kBin = 1;
 constexpr int kMostWrongAnswers = 5;
+constexpr int kMannerAcknowledges = 3;
 // So often more may come behind an answer before it is taken all the same.
 constexpr int kMostAnswersWithMore = 5;
 constexpr const char* kNoBlock = "The EEPROM source file holds no block behind a line \"START\".";
@@ -381,9 +382,9 @@ void frm_EEPROM::BeginPass(Pass pass) {
   pass_ = pass;
   LastConfirmed.clear();
   next_ = 0;
-  repeats_ = wrong_answers_ = 0;
+  repeats_ = wrong_answers_ = other_acknowledges_ = 0;
   Sent = Answered = 0;
-  Busy = is_held_ = false;
+  Busy = is_held_ = is_block_due_ = false;
   prgRun.Max = static_cast<int>(records_.size());
   tim_eewrite->SetEnabled(pass == Pass::kWrite);
   tim_verify->SetEnabled(pass == Pass::kVerify);
@@ -418,16 +419,30 @@ bool frm_EEPROM::TakeAnswer(std::string_view frame) {
   return pass_ == Pass::kWrite ? TakeWriteAnswer(frame) : TakeReadAnswer(frame);
 }
 
-// The acknowledgement of another byte of the page came late, or twice: ours is still to come. The
-// value is not looked at: not every slave sends it back, and it is proved in the verify pass.
+// The acknowledgement of another byte came late, or twice: ours is still to come. The value is not
+// looked at: not every slave sends it back, and it is proved in the verify pass.
 bool frm_EEPROM::TakeWriteAnswer(std::string_view frame) {
   if (!IsKind(frame, zolt_frame::kWriteAcknowledge)) return false;
-  if (zolt_frame::Number(frame, zolt_frame::kDataHigh) != (addresses_[next_] & 0xFF)) {
+  const std::uint16_t address = addresses_[next_];
+  const bool is_ours = zolt_frame::Text(frame, zolt_frame::kId) == PrefixOf(address) &&
+                       zolt_frame::Number(frame, zolt_frame::kDataHigh) == (address & 0xFF);
+  if (is_ours) other_acknowledges_ = 0;
+  if (is_ours || IsManner(frame)) {
+    Confirm();
+  } else {
     line_.AskAgain("the answer was to another request");
-    return true;
   }
-  Confirm();
   return true;
+}
+
+// Not every slave says which byte it acknowledges. What comes each time, behind a quiet line, is no
+// late one.
+bool frm_EEPROM::IsManner(std::string_view frame) {
+  std::string said{zolt_frame::Text(frame, zolt_frame::kId)};
+  said += zolt_frame::Text(frame, zolt_frame::kDataHigh);
+  if (said != other_acknowledge_) other_acknowledges_ = 0;
+  other_acknowledge_ = std::move(said);
+  return ++other_acknowledges_ >= kMannerAcknowledges;
 }
 
 // The low data byte is that of the address in front. An answer to an earlier request is found out
@@ -480,25 +495,32 @@ void frm_EEPROM::VerifyError(std::uint16_t word) {
   const EepromRecord& record = records_[wrong];
   picMap.Mark(wrong, CellState::kWrong);
   if (!is_own) LastConfirmed = wrong == 0 ? "" : records_[wrong - 1].Address;
+  if (is_own && is_block_due_) AddBlock();
   ReportError("Verify Error on " + Path(),
               record.Address + ": " + TwoDigits(record.DecValue) + " expected, " +
                   TwoDigits(is_own ? word >> 8 : word & 0xFF) + " read. " + ConfirmedText());
 }
 
 void frm_EEPROM::Confirm() {
+  if (is_block_due_) AddBlock();
   Busy = false;
   ++Answered;
   repeats_ += line_.Repeats();
   LastConfirmed = Record().Address;
   lblTrouble.Caption = "";
   picMap.Mark(next_, pass_ == Pass::kWrite ? CellState::kWritten : CellState::kVerified);
+  const bool is_proved = pass_ == Pass::kWrite || !IsProvedByNext();
   ++next_;
   ShowLeft();
-  if (next_ % kEepromBlock != 0) return;
-  const std::string repeats =
-      repeats_ == 0 ? "" : ", " + std::to_string(repeats_) + " times repeated";
-  AddResult(records_[next_ - kEepromBlock].Address + " to " + LastConfirmed + " " + Verb() +
-            repeats);
+  is_block_due_ = ByteInBlock + 1 == kEepromBlock;
+  if (is_block_due_ && is_proved) AddBlock();
+}
+
+void frm_EEPROM::AddBlock() {
+  is_block_due_ = false;
+  const std::string repeats = repeats_ == 0 ? "" : ", repeated " + TimesText(repeats_);
+  AddResult(records_[next_ - kEepromBlock].Address + " to " + records_[next_ - 1].Address + " " +
+            Verb() + repeats);
   repeats_ = 0;
 }
 

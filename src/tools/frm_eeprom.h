@@ -111,8 +111,10 @@ class frm_EEPROM {
   void SendNext();
   bool TakeAnswer(std::string_view frame);
   bool TakeWriteAnswer(std::string_view frame);
+  bool IsManner(std::string_view frame);
   bool TakeReadAnswer(std::string_view frame);
   void Confirm();
+  void AddBlock();
   bool IsProvedByNext() const;
   void EndWait();
   void VerifyError(std::uint16_t word);
@@ -138,8 +140,11 @@ class frm_EEPROM {
   std::string slave_;
   std::vector<EepromRecord> records_;
   std::vector<std::uint16_t> addresses_;
-  std::size_t next_ = 0;  // the record in work
-  int repeats_ = 0;       // in the present block
+  std::size_t next_ = 0;           // the record in work
+  int repeats_ = 0;                // in the present block
+  bool is_block_due_ = false;      // it is done when the next answer proves its last byte
+  std::string other_acknowledge_;  // ID and offset of one that was not of the byte in work
+  int other_acknowledges_ = 0;     // one behind the other, all alike
   int wrong_answers_ = 0;
   std::uint16_t last_wrong_ = 0;
   bool is_held_ = false;  // the answer is right, and the line is watched for another one

@@ -124,8 +124,8 @@ void frm_EEPROM_Down::ShowProgress() {
   const int all = end_ - first_ + kStep;
   progress.ProgressBar1.Max = all;
   progress.ProgressBar1.Value = done;
-  progress.lblItem.Caption =
-      "0X" + FourDigits(NextAddress) + ", " + std::to_string(all - done) + " bytes left";
+  progress.lblItem.Caption = "0X" + FourDigits(std::max(NextAddress, first_)) + ", " +
+                             std::to_string(all - done) + " bytes left";
 }
 
 bool frm_EEPROM_Down::ChooseFile() {
@@ -260,6 +260,7 @@ void frm_EEPROM_Down::TakeBlock(bool is_steady) {
   if (!is_steady) changing_blocks_.push_back(address);
   doubted_.clear();
   readings_ = 0;
+  hears_more_ = false;
   again_.clear();
   progress.lblTrouble.Caption = "";
 }

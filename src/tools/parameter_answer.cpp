@@ -8,7 +8,6 @@ namespace {
 
 constexpr int kByteBits = 8;
 constexpr std::int32_t kByte = 0xFF;
-constexpr std::uint8_t kWriteBit = 128;
 
 std::uint8_t Low(std::int32_t number) { return static_cast<std::uint8_t>(number & kByte); }
 std::uint8_t High(std::int32_t number) { return Low(number >> kByteBits); }
@@ -27,7 +26,7 @@ ParameterRequest MakeParameterRequest(const ParameterItem& item, bool is_write,
                                       std::string_view slave, ZoltMessages& messages) {
   ParameterRequest request{item, is_write, {}};
   const std::int32_t value = is_write ? item.Value : 0;
-  const auto type = static_cast<std::uint8_t>(item.Class + (is_write ? kWriteBit : 0));
+  const auto type = static_cast<std::uint8_t>(item.Class + (is_write ? zolt_frame::kWrite : 0));
   if (item.Class != kMemoryParameterClass) {
     request.frame = BuildZoltMessage(type, slave, item.ID, High(value), Low(value));
     return request;

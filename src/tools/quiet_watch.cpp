@@ -8,8 +8,6 @@ namespace tarnlink {
 namespace {
 
 constexpr int kTick = 20;  // ms
-// What a slave may take before it answers a request that was not heard.
-constexpr int kThinkingTime = 100;  // ms
 // A line that is never quiet is asked all the same.
 constexpr int kLongestWait = 1'000;  // ms
 // So many late answers may come, one behind the other.

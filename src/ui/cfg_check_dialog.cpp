@@ -1,10 +1,8 @@
 #include "ui/cfg_check_dialog.h"
 
-#include <QClipboard>
 #include <QComboBox>
 #include <QEvent>
 #include <QGridLayout>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -51,9 +49,7 @@ CfgCheckDialog::CfgCheckDialog(frm_CfgCheck& form, SettingsStore& settings, QWid
   layout->addWidget(table_, 1);
   layout->addLayout(BuildProgress());
   layout->addLayout(BuildFoot());
-  form_.CopyText = [](const std::string& text) {
-    QGuiApplication::clipboard()->setText(ToQt(text));
-  };
+  form_.CopyText = CopyToClipboard;
   Begin(settings);
 }
 

@@ -1,10 +1,8 @@
 #include "ui/eeprom_dialog.h"
 
 #include <QCheckBox>
-#include <QClipboard>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -19,6 +17,7 @@
 #include "ui/binders.h"
 #include "ui/coloured_edit.h"
 #include "ui/eeprom_map_view.h"
+#include "ui/frames.h"
 #include "ui/scrolled_page.h"
 
 namespace tarnlink {
@@ -39,12 +38,6 @@ QLabel* AddLine(QVBoxLayout& lines, Label& control) {
   label->setWordWrap(true);
   lines.addWidget(label);
   return label;
-}
-
-QGroupBox* Frame(GroupBox& control, QWidget* parent) {
-  auto* frame = new QGroupBox(parent);
-  Bind(frame, control);
-  return frame;
 }
 
 }  // namespace
@@ -68,9 +61,7 @@ EepromDialog::EepromDialog(frm_EEPROM& form, SettingsStore& settings, QWidget* p
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(new ScrolledPage(content), 1);
   layout->addLayout(BuildFoot());
-  form_.CopyText = [](const std::string& text) {
-    QGuiApplication::clipboard()->setText(ToQt(text));
-  };
+  form_.CopyText = CopyToClipboard;
   Begin(settings);
 }
 

@@ -24,12 +24,6 @@ constexpr int kPathWidth = 420;      // pixels
 constexpr int kProgressWidth = 320;  // pixels
 constexpr int kTroubleLines = 2;
 
-QGroupBox* Frame(GroupBox& control, QWidget* parent) {
-  auto* frame = new QGroupBox(parent);
-  Bind(frame, control);
-  return frame;
-}
-
 }  // namespace
 
 // --- The reading ---------------------------------------------------------------------------------

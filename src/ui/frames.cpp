@@ -11,6 +11,12 @@
 
 namespace tarnlink {
 
+QGroupBox* Frame(GroupBox& control, QWidget* parent) {
+  auto* frame = new QGroupBox(parent);
+  Bind(frame, control);
+  return frame;
+}
+
 QGroupBox* RadioFrame(const QString& title, OptionGroup& group, int columns) {
   auto* frame = new QGroupBox(title);
   auto* layout = new QGridLayout(frame);

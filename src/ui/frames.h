@@ -5,8 +5,12 @@
 #include <vector>
 
 #include "common/controls.h"
+#include "common/dialog_controls.h"
 
 namespace tarnlink {
+
+// An empty frame with the caption of the control.
+QGroupBox* Frame(GroupBox& control, QWidget* parent);
 
 // A frame with the group's buttons, `columns` of them in a row. Its layout is a grid.
 QGroupBox* RadioFrame(const QString& title, OptionGroup& group, int columns);

@@ -1,8 +1,6 @@
 #include "ui/scan_slaves_dialog.h"
 
-#include <QClipboard>
 #include <QGridLayout>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -37,9 +35,7 @@ ScanSlavesDialog::ScanSlavesDialog(frm_ScanSlaves& form, SettingsStore& settings
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(new ScrolledPage(BuildTable()), 1);
   layout->addLayout(BuildFoot());
-  form_.CopyText = [](const std::string& text) {
-    QGuiApplication::clipboard()->setText(ToQt(text));
-  };
+  form_.CopyText = CopyToClipboard;
   Begin(settings);
 }
 

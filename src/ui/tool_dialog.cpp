@@ -1,6 +1,8 @@
 #include "ui/tool_dialog.h"
 
+#include <QClipboard>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -44,6 +46,10 @@ QPushButton* ToolDialog::Button(CommandButton& control, QWidget* parent) {
   Bind(button, control);
   button->setAutoDefault(false);
   return button;
+}
+
+void ToolDialog::CopyToClipboard(const std::string& text) {
+  QGuiApplication::clipboard()->setText(ToQt(text).remove('\r'));
 }
 
 QLineEdit* ToolDialog::AddField(QGridLayout& rows, int row, int column, QLabel* label,

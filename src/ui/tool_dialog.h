@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <string>
 
 #include "common/controls.h"
 #include "platform/settings_store.h"
@@ -30,6 +31,8 @@ class ToolDialog : public QDialog {
 
   // A button that Enter presses only while it has the focus.
   static QPushButton* Button(CommandButton& control, QWidget* parent = nullptr);
+  // With one character at the end of a line.
+  static void CopyToClipboard(const std::string& text);
   // A text in its colours behind its label, in two columns of a grid that begin with `column`.
   static QLineEdit* AddField(QGridLayout& rows, int row, int column, QLabel* label, TextBox& text);
 

@@ -1,10 +1,8 @@
 #include "ui/write_parameters_dialog.h"
 
 #include <QCheckBox>
-#include <QClipboard>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -38,9 +36,7 @@ WriteParametersDialog::WriteParametersDialog(frmWriteParameters& form, SettingsS
   layout->addLayout(BuildSlave());
   layout->addWidget(BuildMonitor(), 1);
   layout->addLayout(BuildFoot());
-  form_.CopyText = [](const std::string& text) {
-    QGuiApplication::clipboard()->setText(ToQt(text).remove('\r'));
-  };
+  form_.CopyText = CopyToClipboard;
   Begin(settings);
 }
 

@@ -324,6 +324,11 @@ TEST_F(ZoltWriteOnce, CountsOnlyWhatWasStored) {
   EXPECT_EQ(Byte(0x8005), 0x33);
 }
 
+TEST_F(ZoltWriteOnce, RefusesWhatAFaultRefuses) {
+  Write("0611");
+  EXPECT_EQ(Write("0622", WriteEffect::kRejected), Frame(0x47, '0', "FFFE", "0622"));
+}
+
 TEST_F(ZoltWriteOnce, LeavesOtherAddressesAndOtherClassesAlone) {
   for (const char* data : {"0411", "0422", "0711", "0722"}) {
     EXPECT_EQ(Write(data), Frame(0x97, '0', "FFFE", data));

@@ -372,7 +372,15 @@ TEST_F(CfgCheckQuiet, SendsNothingBehindAQuietLineEitherWhileTheUserReads) {
   Begin(kOneItem);
   Asked();
   Receive(Frame(kCfgReadDone, 60) + "xy");
-  world.dialogs().ExpectMessageBox(kQuestion, "Configuration check").For(30s).Press(Answer::kYes);
+  EXPECT_TRUE(SaysThatItWaits());
+  world.dialogs()
+      .ExpectMessageBox(kQuestion, "Configuration check")
+      .For(30s)
+      .While([this] {
+        world.Advance(5s);
+        EXPECT_FALSE(SaysThatItWaits());
+      })
+      .Press(Answer::kYes);
   tool.Unload();
   EXPECT_EQ(Sent(), "nothing");
   ExpectIdle();

@@ -62,7 +62,7 @@ TEST_F(EepromBoilerTest, RepeatsAWriteWhoseAnswerWasLost) {
   PressWrite();
   ASSERT_TRUE(Finish(300s));
   EXPECT_EQ(LastResult(), "16 bytes written and verified.");
-  EXPECT_NE(tool.lstResults.List->front().find(" times repeated"), std::string::npos);
+  EXPECT_NE(tool.lstResults.List->front().find(", repeated "), std::string::npos);
 }
 
 // Whatever the line does: a good end is a true one.

@@ -370,6 +370,27 @@ TEST_F(EepromSurplusDown, ReadsTheLastBlockAgain) {
   }
 }
 
+// Once: behind a block that is sound again nothing is doubted any more.
+class EepromOneTwinDown : public EepromPlayedDown {
+ protected:
+  void Answer(FakeSerialPort& port, int address) override {
+    EepromPlayedDown::Answer(port, address);
+    if (asked.size() == 1) Tell(port, 90ms, WordAt(address));
+    times.push_back(world.now());
+  }
+
+  std::vector<Micros> times;
+};
+
+TEST_F(EepromOneTwinDown, ReadsTheNextDoubtfulBlockAsFastAsEver) {
+  cells[21] = 0xEE;
+  down.EESize.Text = "32";
+  world.dialogs().ExpectMessageBox("Tarnlink File is generated", "File Generation Done...");
+  ASSERT_TRUE(Read(60s));
+  ASSERT_EQ(asked.size(), 32U);
+  EXPECT_LT(times[20] - times[17], 1500ms);
+}
+
 class EepromTwinsDown : public EepromPlayedDown {
  protected:
   void Answer(FakeSerialPort& port, int address) override {

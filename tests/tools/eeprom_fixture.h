@@ -96,6 +96,24 @@ class EepromWriterTest : public ::testing::Test {
 };
 
 constexpr std::uint8_t kRead = zolt_frame::kReadAcknowledge + zolt_frame::kMemoryClass;
+constexpr std::uint8_t kDone = zolt_frame::kWriteAcknowledge + zolt_frame::kMemoryClass;
+
+class EepromWriting : public EepromWriterTest {
+ protected:
+  // Acknowledges what went out, whatever it is.
+  void Acknowledge() {
+    const auto sent = world.port().TakeSent();
+    ASSERT_EQ(sent.size(), 1U);
+    Say(kDone, sent[0].substr(3, 4), sent[0].substr(7, 4));
+  }
+  void Start(int first = 0x8000) { StartWith(Source(1, first), first); }
+  void StartWith(const std::string& source, int first = 0x8000) {
+    Choose(source);
+    question = "Write 16 bytes, 0X" + Hex(first) + " to 0X" + Hex(first + 15) + ", into slave 0?";
+    PressWrite();
+    world.Advance(20ms);
+  }
+};
 
 // An image that is being verified, with a slave that the test plays.
 class EepromVerifying : public EepromWriterTest {

@@ -1,5 +1,7 @@
 // An image that is verified, with a slave that the test plays, byte by byte.
 
+#include "files/eeprom_output.h"
+#include "protocols/frame_bytes.h"
 #include "tools/eeprom_fixture.h"
 
 namespace tarnlink {
@@ -69,6 +71,54 @@ TEST_F(EepromVerifying, NamesTheByteInFrontWhereBothAreWrong) {
        .icon = Icon::kCritical,
        .detail = "0X8000: 00 expected, 01 read. No address has been confirmed."});
   SayWord("0601");
+}
+
+// The last byte of a block is proved by the answer for the first one of the next.
+class EepromBlockVerifying : public EepromVerifying {
+ protected:
+  EepromBlockVerifying() {
+    tool.cmd_Stop.Press();
+    Verify(Source(2));
+    world.Advance(1500ms);
+    int front = 0x77;
+    for (int offset = 0; offset < 14; ++offset) {
+      SayWord(HexDigits(offset * 5 << 8 | front, 4));
+      front = offset * 5;
+    }
+    const std::string image = BinBytes(ReadEepromSource(Source(2)));
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(image[i]); };
+    SayWord(HexDigits(byte(14) << 8 | byte(13), 4));
+    SayWord(HexDigits(byte(15) << 8 | byte(14), 4));
+    last = byte(15);
+    EXPECT_EQ(tool.LastConfirmed, "0X800F");
+    EXPECT_TRUE(tool.lstResults.List->empty());
+  }
+  void SayTwice(int word) {
+    SayWord(HexDigits(word, 4));
+    world.Advance(500ms);
+    ExpectError("Verify Error on " + kDefPath);
+    SayWord(HexDigits(word, 4));
+  }
+
+  const std::string kRow = "0X8000 to 0X800F verified";
+  int last = 0;
+};
+
+TEST_F(EepromBlockVerifying, IsDoneWhenItsLastByteIsProved) {
+  SayWord(HexDigits(0x2500 | last, 4));
+  EXPECT_EQ(tool.lstResults.List.get(), std::vector<std::string>{kRow});
+}
+
+TEST_F(EepromBlockVerifying, IsNotDoneWhenItsLastByteIsRefuted) {
+  SayTwice(0x2500 | (last ^ 1));
+  EXPECT_EQ(tool.lstResults.List->size(), 1U);
+  EXPECT_EQ(LastResult().substr(0, 6), "Ended:");
+}
+
+TEST_F(EepromBlockVerifying, IsDoneWhereTheNextByteIsWrong) {
+  SayTwice(0x2600 | last);
+  ASSERT_EQ(tool.lstResults.List->size(), 2U);
+  EXPECT_EQ(tool.lstResults.List->front(), kRow);
 }
 
 TEST_F(EepromVerifying, IgnoresErrorsOfTheLine) {

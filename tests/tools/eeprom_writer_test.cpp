@@ -6,9 +6,6 @@
 namespace tarnlink {
 namespace {
 
-using zolt_frame::kWriteAcknowledge;
-constexpr std::uint8_t kDone = kWriteAcknowledge + 7;
-
 class EepromOutputFiles : public EepromWriterTest {};
 
 TEST_F(EepromOutputFiles, AreMadeBesideTheSource) {
@@ -163,23 +160,6 @@ TEST_F(EepromOutputFiles, HaveAChecksumOfTheirSource) {
   EXPECT_EQ(tool.txt_FileChecksum.Text.get(), "&HC6");
 }
 
-class EepromWriting : public EepromWriterTest {
- protected:
-  // Acknowledges what went out, whatever it is.
-  void Acknowledge() {
-    const auto sent = world.port().TakeSent();
-    ASSERT_EQ(sent.size(), 1U);
-    Say(kDone, sent[0].substr(3, 4), sent[0].substr(7, 4));
-  }
-  void Start(int first = 0x8000) { StartWith(Source(1, first), first); }
-  void StartWith(const std::string& source, int first = 0x8000) {
-    Choose(source);
-    question = "Write 16 bytes, 0X" + Hex(first) + " to 0X" + Hex(first + 15) + ", into slave 0?";
-    PressWrite();
-    world.Advance(20ms);
-  }
-};
-
 TEST_F(EepromWriting, AsksBeforeTheFirstByte) {
   Choose(Source(1));
   PressWrite(Answer::kNo);
@@ -221,18 +201,9 @@ TEST_F(EepromWriting, HasAnAliasOfItsOwnForPage81) {
                                                                                     "0FF3D0000"))});
   Say(kDone, "FFFE", "0000");
   EXPECT_EQ(tool.LastConfirmed, "");
+  world.Advance(500ms);
   Say(kDone, "FF3D", "0000");
   EXPECT_EQ(tool.LastConfirmed, "0X8100");
-}
-
-// The slave need not send the value back.
-TEST_F(EepromWriting, LooksOnlyAtTheOffsetOfAnAcknowledgement) {
-  Start();
-  Acknowledge();
-  Say(kDone, "FFFE", "0100");
-  EXPECT_EQ(tool.LastConfirmed, "0X8001");
-  Say(kDone, "FFFE", "02EE");
-  EXPECT_EQ(tool.LastConfirmed, "0X8002");
 }
 
 // A frame of twelve bytes, which no slave answers.
@@ -245,93 +216,6 @@ TEST_F(EepromWriting, HasNoAliasForOtherPages) {
                                                                                     "00000"))});
   Say(kDone, "0000", "0000");
   EXPECT_EQ(tool.LastConfirmed, "");
-}
-
-TEST_F(EepromWriting, RepeatsWithoutEndUntilItIsStopped) {
-  Start();
-  const std::string first = world.port().TakeSent().at(0);
-  world.Advance(60s);
-  const auto again = world.port().TakeSent();
-  EXPECT_EQ(again.size(), 60U);
-  EXPECT_EQ(again.back(), first);
-  tool.cmd_Cancel.Press();
-  EXPECT_FALSE(tool.Writing);
-  EXPECT_TRUE(tool.form.Visible);
-  EXPECT_FALSE(world.port().PortOpen());
-  EXPECT_EQ(LastResult(), "Stopped. No address has been confirmed.");
-  EXPECT_TRUE(tool.cmd_TarnlinkFile.Enabled && tool.fra_Eewrite.Enabled);
-  world.Advance(5s);
-  EXPECT_TRUE(world.port().TakeSent().empty());
-}
-
-TEST_F(EepromWriting, RepeatsARefusalAtOnce) {
-  Start();
-  const std::string first = world.port().TakeSent().at(0);
-  struct Row {
-    std::uint8_t type;
-    const char* trouble;
-  };
-  for (const Row& row :
-       {Row{0x27, "once: the slave heard it damaged."}, Row{0x47, "2 times: the slave refuses it."},
-        Row{0x67, "3 times: the slave does not know the address."},
-        Row{0x17, "4 times: the slave answers something else."}}) {
-    Say(row.type, "FFFE", "0000");
-    EXPECT_EQ(world.port().TakeSent(), std::vector<std::string>{first}) << int{row.type};
-    EXPECT_EQ(tool.lblTrouble.Caption.get(), std::string("Sent again ") + row.trouble);
-  }
-  EXPECT_EQ(tool.LastConfirmed, "");
-  Say(kDone, "FFFE", "0000");
-  EXPECT_EQ(tool.lblTrouble.Caption.get(), "");
-}
-
-TEST_F(EepromWriting, TellsThatTheSlaveIsSilent) {
-  Start();
-  world.Advance(1s);
-  EXPECT_EQ(tool.lblTrouble.Caption.get(), "Sent again once: no answer.");
-  world.Advance(11s);
-  EXPECT_EQ(tool.lblTrouble.Caption.get(), "Sent again 12 times: no answer.");
-  tool.cmd_Stop.Press();
-  EXPECT_EQ(LastResult(), "Stopped. No address has been confirmed.");
-}
-
-TEST_F(EepromWriting, SkipsWhatIsNotItsAnswer) {
-  Start();
-  const std::string request = world.port().TakeSent().at(0);
-  world.port().Receive(request);
-  world.Advance(5ms);
-  Say(kDone, "FFFE", "0000", "3");
-  Say(kDone, "FF3D", "0000");
-  Say(0x95, "FFFE", "0000");
-  EXPECT_EQ(tool.LastConfirmed, "");
-  EXPECT_TRUE(world.port().TakeSent().empty());
-  Say(kDone, "FFFE", "0000");
-  EXPECT_EQ(tool.LastConfirmed, "0X8000");
-}
-
-TEST_F(EepromWriting, TakesNoAcknowledgementOfAnotherByte) {
-  Start();
-  Acknowledge();
-  const std::string second = world.port().TakeSent().at(0);
-  Say(kDone, "FFFE", "0000");
-  EXPECT_EQ(tool.LastConfirmed, "0X8000");
-  world.Advance(500ms);
-  EXPECT_EQ(world.port().TakeSent(), std::vector<std::string>{second});
-  EXPECT_EQ(tool.lblTrouble.Caption.get(), "Sent again once: the answer was to another request.");
-  Say(kDone, "FFFE", "0105");
-  EXPECT_EQ(tool.LastConfirmed, "0X8001");
-}
-
-TEST_F(EepromWriting, WaitsForAQuietLineBehindATornFrame) {
-  Start();
-  const std::string request = world.port().TakeSent().at(0);
-  world.port().Receive(std::string(20, 'x'));
-  world.Advance(50ms);
-  world.port().Receive("y");
-  world.Advance(50ms);
-  EXPECT_TRUE(world.port().TakeSent().empty());
-  world.Advance(500ms);
-  EXPECT_EQ(world.port().TakeSent(), std::vector<std::string>{request});
-  EXPECT_EQ(tool.lblTrouble.Caption.get(), "Sent again once: a damaged answer.");
 }
 
 TEST_F(EepromWriting, TellsTheLastConfirmedAddressWhenThePortIsPulledOut) {

@@ -72,6 +72,16 @@ TEST(WithoutQuotes, ReplacesQuotesByBlanksAndCutsTheEnds) {
   EXPECT_EQ(WithoutQuotes("it's"), "it's");
 }
 
+TEST(IsBlank, SeesBlanksAndTabsOnly) {
+  for (const char* line : {"", " ", "\t", " \t "}) EXPECT_TRUE(IsBlank(line));
+  for (const char* line : {"a", " a", "\r", "\xC2\xA0"}) EXPECT_FALSE(IsBlank(line));
+}
+
+TEST(TimesText, HasAWordForOne) {
+  EXPECT_EQ(TimesText(1), "once");
+  EXPECT_EQ(TimesText(2), "2 times");
+}
+
 TEST(CharacterCount, CountsCharactersNotBytes) {
   EXPECT_EQ(CharacterCount(""), 0);
   EXPECT_EQ(CharacterCount("abc"), 3);
