@@ -158,7 +158,7 @@ void EepromLine::Take(std::string_view frame) {
   }
   if (!port_.PortOpen() || is_out_) return;
   why_ = RefusalOf(frame);
-  is_doubtful ? AskAgain(why_) : ResendMsg();
+  is_doubtful || !BearsId(frame) ? AskAgain(why_) : ResendMsg();
 }
 
 void EepromLine::HearMaster(std::string_view frame) {
@@ -168,16 +168,30 @@ void EepromLine::HearMaster(std::string_view frame) {
   }
 }
 
-// An answer that came late, or another slave's, is not: the right one is still to come. One that
-// says that the request was damaged need not know what it was.
+// One that says that the request was damaged need not know what it was.
+bool EepromLine::BearsId(std::string_view frame) const {
+  return zolt_frame::KindOf(zolt_frame::TypeOf(frame)) == zolt_frame::kCorruptedMessage ||
+         zolt_frame::Text(frame, zolt_frame::kId) == id_;
+}
+
+// An answer that came late, or another slave's, is not: the right one is still to come. A refusal
+// may bear any ID.
 bool EepromLine::IsForUs(std::string_view frame) const {
   if (!IsFrom(frame, slave_)) return false;
   const std::uint8_t type = zolt_frame::TypeOf(frame);
-  if (zolt_frame::KindOf(type) == zolt_frame::kCorruptedMessage) return true;
-  if (zolt_frame::ClassOf(type) != zolt_frame::kMemoryClass) return false;
-  const bool is_write = zolt_frame::TypeOf(LastMessage) == zolt_frame::kWriteMemory;
-  if (is_write && zolt_frame::KindOf(type) == zolt_frame::kWriteAcknowledge) return true;
-  return zolt_frame::Text(frame, zolt_frame::kId) == id_;
+  const bool is_of_memory = zolt_frame::ClassOf(type) == zolt_frame::kMemoryClass;
+  switch (zolt_frame::KindOf(type)) {
+    case zolt_frame::kCorruptedMessage:
+      return true;
+    case zolt_frame::kOutsideRange:
+    case zolt_frame::kUnknownDataId:
+      return is_of_memory;
+    case zolt_frame::kWriteAcknowledge:
+      if (zolt_frame::TypeOf(LastMessage) == zolt_frame::kWriteMemory) return is_of_memory;
+      [[fallthrough]];
+    default:
+      return is_of_memory && BearsId(frame);
+  }
 }
 
 // Port and request may both find it out.

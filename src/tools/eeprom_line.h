@@ -58,6 +58,7 @@ class EepromLine {
   void Take(std::string_view frame);
   void HearMaster(std::string_view frame);
   bool IsForUs(std::string_view frame) const;
+  bool BearsId(std::string_view frame) const;
   void TimeOut();
   void Quiet();
   void Lose(const std::string& reason);

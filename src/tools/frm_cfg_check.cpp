@@ -20,7 +20,6 @@ namespace {
 
 constexpr int kPause = 100;       // ms ahead of each message
 constexpr int kAnswerTime = 300;  // ms
-// What a slave may take beside the time on the line.
 // That an answer may be before what seems to be one to an older message is taken for what it is.
 constexpr int kMostLate = 2000;  // ms
 constexpr int kSlaves = 16;
@@ -133,6 +132,7 @@ void frm_CfgCheck::Check() {
   if (!Begin()) return;
   ClearResults();
   CfgIndex = CfgStage = 0;
+  is_begun_ = false;
   is_running_ = true;
   is_doubtful_ = late_->Enabled();
   repeats_ = 0;
@@ -387,6 +387,7 @@ bool frm_CfgCheck::IsAnswer(std::string_view frame) {
   if (!IsStale(Item(), CfgStage, answer, writes_)) return true;
   // What comes again behind a quiet line is what the slave has to say.
   if (is_behind_quiet_ && frame == old_answer_) return true;
+  if (frame != old_answer_) is_behind_quiet_ = false;
   old_answer_ = frame;
   heard_ = kOldAnswer;
   is_doubtful_ = true;
@@ -395,6 +396,7 @@ bool frm_CfgCheck::IsAnswer(std::string_view frame) {
 
 void frm_CfgCheck::ProcessAnswer(std::string_view frame) {
   tim_cfgread_timeout->SetEnabled(false);
+  repeats_ = 0;
   const ZoltMessage answer = ParseZoltMessage(frame);
   KeepWrite(answer);
   if (CfgStage == kReadDefault && answer.Ack == zolt_frame::kReadAcknowledge) {

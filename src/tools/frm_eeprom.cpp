@@ -23,6 +23,7 @@ constexpr int kTlk = 0;    // of `chkOutputFormat`
 constexpr int kBin = 1;
 constexpr int kMostWrongAnswers = 5;
 constexpr int kMannerAcknowledges = 3;
+constexpr int kMostAcknowledges = 5;
 // So often more may come behind an answer before it is taken all the same.
 constexpr int kMostAnswersWithMore = 5;
 constexpr const char* kNoBlock = "The EEPROM source file holds no block behind a line \"START\".";
@@ -406,7 +407,7 @@ void frm_EEPROM::SendNext() {
       Record().Address + " : " + Record().HexValue + " (" + Record().Comment + ")";
   picMap.Mark(next_, CellState::kInWork);
   Busy = true;
-  wrong_answers_ = answers_with_more_ = 0;
+  wrong_answers_ = answers_with_more_ = acknowledges_ = 0;
   ++Sent;
   if (pass_ == Pass::kWrite) {
     return line_.Send(WriteMessage(slave_, address, Record()), slave_, PrefixOf(address));
@@ -436,13 +437,15 @@ bool frm_EEPROM::TakeWriteAnswer(std::string_view frame) {
 }
 
 // Not every slave says which byte it acknowledges. What comes each time, behind a quiet line, is no
-// late one.
+// late one; and one that says something else each time has acknowledged all the same.
 bool frm_EEPROM::IsManner(std::string_view frame) {
   std::string said{zolt_frame::Text(frame, zolt_frame::kId)};
   said += zolt_frame::Text(frame, zolt_frame::kDataHigh);
   if (said != other_acknowledge_) other_acknowledges_ = 0;
   other_acknowledge_ = std::move(said);
-  return ++other_acknowledges_ >= kMannerAcknowledges;
+  ++other_acknowledges_;
+  ++acknowledges_;
+  return other_acknowledges_ >= kMannerAcknowledges || acknowledges_ >= kMostAcknowledges;
 }
 
 // The low data byte is that of the address in front. An answer to an earlier request is found out

@@ -145,6 +145,7 @@ class frm_EEPROM {
   bool is_block_due_ = false;      // it is done when the next answer proves its last byte
   std::string other_acknowledge_;  // ID and offset of one that was not of the byte in work
   int other_acknowledges_ = 0;     // one behind the other, all alike
+  int acknowledges_ = 0;           // of the byte in work, that were not of it
   int wrong_answers_ = 0;
   std::uint16_t last_wrong_ = 0;
   bool is_held_ = false;  // the answer is right, and the line is watched for another one

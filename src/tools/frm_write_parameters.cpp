@@ -436,7 +436,8 @@ void frmWriteParameters::NextItem() {
 }
 
 void frmWriteParameters::GoOn(bool is_doubtful, bool was_repeated) {
-  const bool is_confusable = IsNextConfusable() || (was_repeated && IsNextOnSamePage());
+  const bool is_confusable =
+      IsNextConfusable() || (was_repeated && (IsNextOnSamePage() || IsSameItemReadNext()));
   if (is_doubtful || is_confusable) return AwaitQuiet(is_confusable && was_repeated);
   SendNextParameter();
 }
@@ -445,11 +446,24 @@ bool frmWriteParameters::IsMemoryRead() const {
   return !request_.is_write && request_.item.Class == kMemoryParameterClass;
 }
 
-// The item that goes out next; nothing where the one in work is tried again, or was the last.
+// The item that goes out next; nothing where the one in work is tried again, or was the last. Those
+// that cannot be sent are passed over.
 const ParameterItem* frmWriteParameters::NextItemToSend() const {
   const bool is_retry = RetryCount > 0 && RetryCount < kMostTries;
+  if (is_retry) return nullptr;
+  const bool is_writing = WritePhase == 1;
   const int next = ParameterIndex + (RetryCount >= kMostTries ? 1 : 0);
-  return is_retry || next >= Count() ? nullptr : &items_.at(static_cast<std::size_t>(next));
+  for (auto i = static_cast<std::size_t>(next); i < items_.size(); ++i) {
+    if (!is_writing || CanBeWritten(items_[i])) return &items_[i];
+  }
+  return nullptr;
+}
+
+// Behind the last write. A refusal bears class and ID, and not what was refused.
+bool frmWriteParameters::IsSameItemReadNext() const {
+  const bool is_retry = RetryCount > 0 && RetryCount < kMostTries;
+  return WritePhase == 1 && chkVerify.Value && !is_retry && NextItemToSend() == nullptr &&
+         IsSameItem(items_.front(), request_.item);
 }
 
 // Whether what may still come for the item before would pass for the answer to another one.

@@ -93,6 +93,7 @@ class frmWriteParameters {
   const ParameterItem* NextItemToSend() const;
   bool IsNextConfusable() const;
   bool IsNextOnSamePage() const;
+  bool IsSameItemReadNext() const;
   bool IsMemoryRead() const;
   std::string Slave() const;
   void Watch(int milliseconds);

@@ -22,6 +22,13 @@ ZoltMessage Parse(std::string_view answer, const ZoltMessages& messages) {
 
 }  // namespace
 
+bool CanBeWritten(const ParameterItem& item) {
+  if (item.Class != kMemoryParameterClass) return true;
+  const std::string frame =
+      ZoltMessages().BuildZoltAddressMessage(zolt_frame::kWriteMemory, "0", item.ID, 0);
+  return ParseZoltMessage(frame).Id != 0;
+}
+
 ParameterRequest MakeParameterRequest(const ParameterItem& item, bool is_write,
                                       std::string_view slave, ZoltMessages& messages) {
   ParameterRequest request{item, is_write, {}};
@@ -31,9 +38,8 @@ ParameterRequest MakeParameterRequest(const ParameterItem& item, bool is_write,
     request.frame = BuildZoltMessage(type, slave, item.ID, High(value), Low(value));
     return request;
   }
+  if (is_write && !CanBeWritten(item)) return request;
   request.frame = messages.BuildZoltAddressMessage(type, slave, item.ID, Low(value));
-  // Without an alias of its page it would be a write to something else.
-  if (is_write && ParseZoltMessage(request.frame).Id == 0) request.frame.clear();
   return request;
 }
 

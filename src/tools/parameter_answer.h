@@ -17,6 +17,9 @@ struct ParameterRequest {
   std::string frame;
 };
 
+// Without an alias of its page a byte of memory cannot be: it would be a write to something else.
+bool CanBeWritten(const ParameterItem& item);
+
 // The low byte of a class 7 item; of a page that can not be written no message is made and the
 // frame is empty. `slave`: its first character goes out.
 ParameterRequest MakeParameterRequest(const ParameterItem& item, bool is_write,

@@ -260,6 +260,10 @@ TEST_F(CfgCheckTest, MarksWhatStopHasLeftOut) {
   EXPECT_EQ(Row(1), "05F4\t35\t65\t50\tDHW\t1\t\tID has not been checked");
   EXPECT_EQ(Result(2), "\t\t");
   EXPECT_EQ(Result(3), "ID has not been checked");
+  // What the run before has reached, this one has not.
+  tool.cmd_Check.Press();
+  tool.cmd_Stop.Press();
+  EXPECT_EQ(Result(0), "ID has not been checked");
 }
 
 TEST_F(CfgCheckTest, NamesTheLinesThatWereLeftOut) {

@@ -114,7 +114,7 @@ INSTANTIATE_TEST_SUITE_P(UnderEachId, EepromOtherManner, ::testing::Values("FFFE
 
 TEST_F(EepromWriting, TakesTheSameThreeTimesBehindEachOtherOnly) {
   Start();
-  for (const char* data : {"7700", "7700", "7800", "7700", "7700"}) {
+  for (const char* data : {"7700", "7700", "7800", "7700"}) {
     Say(kDone, "FFFE", data);
     world.Advance(500ms);
     EXPECT_EQ(tool.LastConfirmed, "") << data;
@@ -128,6 +128,38 @@ TEST_F(EepromWriting, TakesTheSameThreeTimesBehindEachOtherOnly) {
   }
   Say(kDone, "FFFE", "7700");
   EXPECT_EQ(tool.LastConfirmed, "0X8001");
+}
+
+TEST_F(EepromWriting, TakesTheFifthWhateverItSays) {
+  Start();
+  for (const char* data : {"7000", "7100", "7200", "7300", "7400"}) {
+    EXPECT_EQ(tool.LastConfirmed, "");
+    Say(kDone, "FFFE", data);
+    world.Advance(500ms);
+  }
+  EXPECT_EQ(tool.LastConfirmed, "0X8000");
+}
+
+// Not at once: ours may be on its way.
+TEST_F(EepromWriting, RepeatsBehindARefusalOfAnotherIdWhenTheLineIsQuiet) {
+  for (const std::uint8_t type : {std::uint8_t{0x47}, std::uint8_t{0x67}}) {
+    Start();
+    world.Advance(1500ms);
+    world.port().TakeSent();
+    Say(type, "0000", "0000");
+    EXPECT_TRUE(world.port().TakeSent().empty());
+    world.Advance(500ms);
+    EXPECT_EQ(world.port().TakeSent().size(), 1U);
+    EXPECT_TRUE(tool.lblTrouble.Caption->ends_with(type == 0x47 ? "the slave refuses it."
+                                                                : "does not know the address."));
+    tool.cmd_Stop.Press();
+  }
+  Start();
+  world.Advance(1500ms);
+  world.port().TakeSent();
+  Say(0x45, "0000", "0000");
+  world.Advance(500ms);
+  EXPECT_TRUE(world.port().TakeSent().empty());
 }
 
 // Its request and its port find it out, one behind the other.

@@ -114,8 +114,10 @@ TEST_F(WriteParametersTest, ALateWordThatItWasWrittenDoesNotVerify) {
   Start(kOne, true);
   Silence();
   Answer(kAckWritten + 5, 0x123);
-  Answer(kAckWritten + 5, 0x123);
+  Silence();
+  Quiet();
   EXPECT_EQ(tool.WritePhase, 0);
+  Answer(kAckWritten + 5, 0x123);
   EXPECT_EQ(tool.ParameterIndex, 0);
   ExpectVerified();
   Answer(kAckRead + 5, 0x123, 0x2A);
@@ -299,8 +301,7 @@ TEST_F(WriteParametersTest, WhereNothingTimesOutAnotherIdIsAnErrorAtOnce) {
   EXPECT_EQ(Sent(), "85 0 0123 002A");
 }
 
-// --- Items of the same ID
-// --------------------------------------------------------------------------
+// --- Items of the same ID -----------------------------------------------------------------------
 
 TEST_F(WriteParametersTest, AnAcknowledgementThatComesTwiceIsNotThatOfAnotherValueOfTheId) {
   Start("5 1 2\r\n5 1 3\r\n");
@@ -326,6 +327,52 @@ TEST_F(WriteParametersTest, ALateAnswerDoesNotAcknowledgeAnotherValueOfTheSameId
   EXPECT_EQ(Sent(), "85 0 0001 0003");
   ExpectAllSet();
   Answer(kAckWritten + 5, 1, 3);
+}
+
+// An item that cannot be sent stands between the two.
+TEST_F(WriteParametersTest, ALateAnswerIsKeptFromTheNextItemThatCanBeSent) {
+  Start("5 1 2\r\n7 &H9000 1\r\n5 1 3\r\n");
+  Silence();
+  Sent();
+  Answer(kAckWritten + 5, 1, 2);
+  EXPECT_EQ(Sent(), "nothing");
+  Answer(kAckWritten + 5, 1, 2);
+  Silence();
+  Quiet();
+  EXPECT_EQ(Sent(), "85 0 0001 0003");
+  ExpectReport("Write settings", "2 parameters NOT send.", Icon::kCritical);
+  Answer(kAckOutside + 5, 1, 3);
+}
+
+TEST_F(WriteParametersTest, ALateRefusalIsKeptFromTheNextByteThatCanBeSent) {
+  Start("7 &HF400 1\r\n7 &H9000 1\r\n7 &HF401 1\r\n");
+  Silence();
+  Sent();
+  Answer(kAckOutside + 7, 0xFCFD, 0x0001);
+  world.Advance(std::chrono::milliseconds(1000));
+  Answer(kAckOutside + 7, 0xFCFD, 0x0001);
+  EXPECT_EQ(Sent(), "nothing");
+  Silence();
+  Quiet();
+  EXPECT_EQ(Sent(), "87 0 FCFD 0101");
+  ExpectReport("Write settings", "2 parameters NOT send.", Icon::kCritical);
+  Answer(kAckWritten + 7, 0xFCFD, 0x0101);
+}
+
+// Behind the last item the first one is read.
+TEST_F(WriteParametersTest, ALateRefusalOfTheLastWriteDoesNotGiveUpTheFirstRead) {
+  Start("5 &H123 1\r\n", true);
+  Silence();
+  Sent();
+  Answer(kAckOutside + 5, 0x123, 1);
+  world.Advance(std::chrono::milliseconds(1000));
+  Answer(kAckOutside + 5, 0x123, 1);
+  EXPECT_EQ(Sent(), "nothing");
+  Silence();
+  Quiet();
+  EXPECT_EQ(Sent(), "05 0 0123 0000");
+  ExpectReport("Write & verify settings", "1 parameters NOT send. -1 parameters NOT ok.");
+  Answer(kAckRead + 5, 0x123, 1);
 }
 
 TEST_F(WriteParametersTest, OfTwoAnswersToAReadNoneCounts) {
