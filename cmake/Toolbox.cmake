@@ -1,9 +1,17 @@
 # What every target of this tree shares: warnings, sanitizers, compiler cache and linker.
 
+# What one tree has compiled serves every other one: paths inside the tree do not count. Precompiled
+# headers are cached only if time stamps do not count either.
 find_program(CCACHE ccache)
 if(CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+    CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} CCACHE_NOHASHDIR=1
+    CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    add_compile_options(-fpch-preprocess)
+  endif()
 endif()
+add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
 find_program(MOLD mold)
 if(MOLD)
   add_link_options(-fuse-ld=mold)
