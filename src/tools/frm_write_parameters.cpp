@@ -446,11 +446,12 @@ bool frmWriteParameters::IsMemoryRead() const {
   return !request_.is_write && request_.item.Class == kMemoryParameterClass;
 }
 
+bool frmWriteParameters::IsRetryNext() const { return RetryCount > 0 && RetryCount < kMostTries; }
+
 // The item that goes out next; nothing where the one in work is tried again, or was the last. Those
 // that cannot be sent are passed over.
 const ParameterItem* frmWriteParameters::NextItemToSend() const {
-  const bool is_retry = RetryCount > 0 && RetryCount < kMostTries;
-  if (is_retry) return nullptr;
+  if (IsRetryNext()) return nullptr;
   const bool is_writing = WritePhase == 1;
   const int next = ParameterIndex + (RetryCount >= kMostTries ? 1 : 0);
   for (auto i = static_cast<std::size_t>(next); i < items_.size(); ++i) {
@@ -461,8 +462,7 @@ const ParameterItem* frmWriteParameters::NextItemToSend() const {
 
 // Behind the last write. A refusal bears class and ID, and not what was refused.
 bool frmWriteParameters::IsSameItemReadNext() const {
-  const bool is_retry = RetryCount > 0 && RetryCount < kMostTries;
-  return WritePhase == 1 && chkVerify.Value && !is_retry && NextItemToSend() == nullptr &&
+  return WritePhase == 1 && chkVerify.Value && !IsRetryNext() && NextItemToSend() == nullptr &&
          IsSameItem(items_.front(), request_.item);
 }
 

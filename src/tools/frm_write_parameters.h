@@ -90,6 +90,7 @@ class frmWriteParameters {
   void Take(const ParameterVerdict& verdict);
   void NextItem();
   void GoOn(bool is_doubtful, bool was_repeated);
+  bool IsRetryNext() const;
   const ParameterItem* NextItemToSend() const;
   bool IsNextConfusable() const;
   bool IsNextOnSamePage() const;

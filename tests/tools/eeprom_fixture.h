@@ -72,6 +72,13 @@ class EepromWriterTest : public ::testing::Test {
     return world.dialogs().ExpectMessageBox(
         {.text = text, .title = "Error", .icon = Icon::kCritical});
   }
+  // The byte that is wrong, and the last one that was right.
+  void ExpectVerifyError(const std::string& detail) {
+    world.dialogs().ExpectMessageBox({.text = "Verify Error on " + kDefPath,
+                                      .title = "Error",
+                                      .icon = Icon::kCritical,
+                                      .detail = detail});
+  }
   std::string LastResult() const {
     const auto& lines = tool.lstResults.List.get();
     return lines.empty() ? "" : lines.back();

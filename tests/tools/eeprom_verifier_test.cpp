@@ -24,12 +24,9 @@ TEST_F(EepromVerifying, EndsWhenAByteIsWrongTwice) {
   EXPECT_EQ(tool.LastConfirmed, "0X8000");
   world.Advance(500ms);
   EXPECT_TRUE(tool.Writing);
-  world.dialogs().ExpectMessageBox({.text = "Verify Error on " + kDefPath,
-                                    .title = "Error",
-                                    .icon = Icon::kCritical,
-                                    .detail =
-                                        "0X8001: 05 expected, 06 read. The last address that was "
-                                        "confirmed is 0X8000."});
+  ExpectVerifyError(
+      "0X8001: 05 expected, 06 read. The last address that was "
+      "confirmed is 0X8000.");
   SayWord("0600");
   EXPECT_FALSE(tool.Writing);
 }
@@ -52,11 +49,7 @@ TEST_F(EepromVerifying, LooksAtTheByteInFrontToo) {
   SayWord("0501");
   EXPECT_EQ(tool.LastConfirmed, "0X8000");
   world.Advance(500ms);
-  world.dialogs().ExpectMessageBox(
-      {.text = "Verify Error on " + kDefPath,
-       .title = "Error",
-       .icon = Icon::kCritical,
-       .detail = "0X8000: 00 expected, 01 read. No address has been confirmed."});
+  ExpectVerifyError("0X8000: 00 expected, 01 read. No address has been confirmed.");
   SayWord("0501");
   EXPECT_FALSE(tool.Writing);
 }
@@ -65,11 +58,7 @@ TEST_F(EepromVerifying, NamesTheByteInFrontWhereBothAreWrong) {
   SayWord("0000");
   SayWord("0601");
   world.Advance(500ms);
-  world.dialogs().ExpectMessageBox(
-      {.text = "Verify Error on " + kDefPath,
-       .title = "Error",
-       .icon = Icon::kCritical,
-       .detail = "0X8000: 00 expected, 01 read. No address has been confirmed."});
+  ExpectVerifyError("0X8000: 00 expected, 01 read. No address has been confirmed.");
   SayWord("0601");
 }
 

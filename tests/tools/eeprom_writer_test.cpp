@@ -367,11 +367,7 @@ TEST_F(EepromWriting, HasConfirmedNothingWhenTheProofBegins) {
   for (int i = 0; i < 16; ++i) Acknowledge();
   Say(kRead, "FFAB", "0700");
   world.Advance(500ms);
-  world.dialogs().ExpectMessageBox(
-      {.text = "Verify Error on " + kDefPath,
-       .title = "Error",
-       .icon = Icon::kCritical,
-       .detail = "0X8000: 00 expected, 07 read. No address has been confirmed."});
+  ExpectVerifyError("0X8000: 00 expected, 07 read. No address has been confirmed.");
   Say(kRead, "FFAB", "0700");
   EXPECT_FALSE(tool.Writing);
 }

@@ -278,14 +278,7 @@ TEST_F(MemoryReads, TheirEchoIsNoOtherMaster) {
 // The refusal of a write bears the alias of the page only.
 TEST_F(WriteParametersTest, ALateRefusalOfAByteDoesNotGiveUpItsNeighbour) {
   Start("7 &HF400 1\r\n7 &HF401 1\r\n");
-  Silence();
-  Answer(kAckOutside + 7, 0xFCFD, 0x0001);
-  Sent();
-  world.Advance(std::chrono::milliseconds(1000));
-  Answer(kAckOutside + 7, 0xFCFD, 0x0001);
-  EXPECT_EQ(Sent(), "nothing");
-  Silence();
-  Quiet();
+  ExpectTwoLate(kAckOutside + 7, 0xFCFD, 0x0001);
   EXPECT_EQ(Sent(), "87 0 FCFD 0101");
   ExpectReport("Write settings", "1 parameters NOT send.", Icon::kCritical);
   Answer(kAckWritten + 7, 0xFCFD, 0x0101);
@@ -346,14 +339,7 @@ TEST_F(WriteParametersTest, ALateAnswerIsKeptFromTheNextItemThatCanBeSent) {
 
 TEST_F(WriteParametersTest, ALateRefusalIsKeptFromTheNextByteThatCanBeSent) {
   Start("7 &HF400 1\r\n7 &H9000 1\r\n7 &HF401 1\r\n");
-  Silence();
-  Sent();
-  Answer(kAckOutside + 7, 0xFCFD, 0x0001);
-  world.Advance(std::chrono::milliseconds(1000));
-  Answer(kAckOutside + 7, 0xFCFD, 0x0001);
-  EXPECT_EQ(Sent(), "nothing");
-  Silence();
-  Quiet();
+  ExpectTwoLate(kAckOutside + 7, 0xFCFD, 0x0001);
   EXPECT_EQ(Sent(), "87 0 FCFD 0101");
   ExpectReport("Write settings", "2 parameters NOT send.", Icon::kCritical);
   Answer(kAckWritten + 7, 0xFCFD, 0x0101);
@@ -362,14 +348,7 @@ TEST_F(WriteParametersTest, ALateRefusalIsKeptFromTheNextByteThatCanBeSent) {
 // Behind the last item the first one is read.
 TEST_F(WriteParametersTest, ALateRefusalOfTheLastWriteDoesNotGiveUpTheFirstRead) {
   Start("5 &H123 1\r\n", true);
-  Silence();
-  Sent();
-  Answer(kAckOutside + 5, 0x123, 1);
-  world.Advance(std::chrono::milliseconds(1000));
-  Answer(kAckOutside + 5, 0x123, 1);
-  EXPECT_EQ(Sent(), "nothing");
-  Silence();
-  Quiet();
+  ExpectTwoLate(kAckOutside + 5, 0x123, 1);
   EXPECT_EQ(Sent(), "05 0 0123 0000");
   ExpectReport("Write & verify settings", "1 parameters NOT send. -1 parameters NOT ok.");
   Answer(kAckRead + 5, 0x123, 1);

@@ -67,6 +67,18 @@ class WriteParametersTest : public ::testing::Test {
   void Silence() { world.Advance(std::chrono::seconds(timeout)); }
   // Until a line that was doubted is quiet.
   void Quiet() { world.Advance(std::chrono::milliseconds(500)); }
+  // The message goes out twice, and each is answered late: the line is watched before the next one.
+  void ExpectTwoLate(int kind_and_class, int id, int data) {
+    Silence();
+    Sent();
+    Answer(kind_and_class, id, data);
+    EXPECT_EQ(Sent(), "nothing");
+    world.Advance(std::chrono::milliseconds(1000));
+    Answer(kind_and_class, id, data);
+    EXPECT_EQ(Sent(), "nothing");
+    Silence();
+    Quiet();
+  }
   // The list with "|" for the ends of lines.
   std::string List() const {
     std::string text = tool.txtScrollStatus.Text();
