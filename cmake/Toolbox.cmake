@@ -20,12 +20,35 @@ endif()
 add_library(tarnlink_options INTERFACE)
 target_compile_options(tarnlink_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor
-  -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
-if(TARNLINK_SANITIZE)
+  -Woverloaded-virtual -Wimplicit-fallthrough)
+if(NOT TARNLINK_FUZZ)  # whose compiler is another one
+  target_compile_options(tarnlink_options INTERFACE -Werror)
+endif()
+if(TARNLINK_SANITIZE OR TARNLINK_FUZZ)
   target_compile_options(tarnlink_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(tarnlink_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(TARNLINK_FUZZ)
+  target_compile_options(tarnlink_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+if(TARNLINK_COVERAGE)
+  target_compile_options(tarnlink_options INTERFACE --coverage -fprofile-update=atomic -Og)
+  target_link_options(tarnlink_options INTERFACE --coverage)
+endif()
+
+# A mistake that got through all tests shall end the program and not the burner's data: checked
+# copies and containers, guarded returns, a program at a random place whose tables are read-only.
+# What sanitizers look at, they look at themselves.
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+include(CheckPIESupported)
+check_pie_supported()
+if(NOT (TARNLINK_SANITIZE OR TARNLINK_FUZZ OR TARNLINK_COVERAGE OR CMAKE_BUILD_TYPE STREQUAL Debug))
+  set(TARNLINK_HARDENED ON)
+  target_compile_options(tarnlink_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
+endif()
+target_compile_options(tarnlink_options INTERFACE -D_GLIBCXX_ASSERTIONS -fstack-protector-strong)
+target_link_options(tarnlink_options INTERFACE -Wl,-z,relro,-z,now)
 
 # A library of one folder. Its public includes are seen from `src/`.
 #   tarnlink_library(NAME SOURCES ... LINK ...)
@@ -34,4 +57,14 @@ function(tarnlink_library name)
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE tarnlink_options)
+endfunction()
+
+# Sources that have to know a place of this tree, as NAME="place". Only they see it: all others are
+# compiled alike in every clone, and so once.
+#   tarnlink_places(SOURCE NAME=PLACE...)
+function(tarnlink_places source)
+  foreach(place ${ARGN})
+    string(REGEX REPLACE "^([A-Z_0-9]+)=(.*)$" "\\1=\"\\2\"" definition "${place}")
+    set_property(SOURCE ${source} APPEND PROPERTY COMPILE_DEFINITIONS "${definition}")
+  endforeach()
 endfunction()

@@ -71,6 +71,13 @@ std::string Moved(std::string text) {
 }
 """
 
+EMPTIED = """#include <string>
+char Emptied(const std::string* text) {
+  const char first = (*text)[0];
+  return text == nullptr ? ' ' : first;
+}
+"""
+
 
 def findings(command, folder):
     done = subprocess.run(command, cwd=folder, capture_output=True, text=True, check=False)
@@ -103,9 +110,15 @@ def main():
         if not any(line.startswith("src/common/moved.cpp:5: ") and "use-after-move" in line for line in lines):
             failures.append(f"src/common/moved.cpp: expected 'use-after-move', found {lines}")
 
+        emptied = Path(copy, "src/common/emptied.cpp")
+        emptied.write_text(EMPTIED, encoding="utf-8")
+        lines = findings(["dev/check_cppcheck", "src/common/emptied.cpp"], copy)
+        if not any(line.startswith("src/common/emptied.cpp:3: ") and "null" in line for line in lines):
+            failures.append(f"src/common/emptied.cpp: expected a null pointer, found {lines}")
+
     for failure in failures:
         print(failure)
-    print(f"dev/check --self-test: {len(PLANTED) + 1} planted, {len(failures)} misjudged")
+    print(f"dev/check --self-test: {len(PLANTED) + 2} planted, {len(failures)} misjudged")
     return 1 if failures else 0
 
 

@@ -35,7 +35,8 @@ MAY_INCLUDE = {
 TOOLS = "src/tools"
 
 # The folders that may see Qt; everything else has to run without it.
-SEES_QT = ("src/platform/qt", "src/ui", "src/app", "bench", "tests/contract", "tests/ui", "tests/e2e")
+SEES_QT = ("src/platform/qt", "src/ui", "src/app", "bench", "tests/contract", "tests/disk",
+           "tests/ui", "tests/e2e")
 # A nested event loop is the dialogs' own; the application's one loop is started by main().
 MAY_LOOP = re.compile(r"src/platform/qt/\w*dialog\w*\.(cpp|h)|src/app/.*|tests/.*|bench/.*")
 

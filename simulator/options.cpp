@@ -107,14 +107,15 @@ ProgramOptions ParseOptions(const std::vector<std::string>& words) {
       {"--wrong-limits", &options.boiler.slave.has_wrong_limits},
       {"--until-eof", &options.until_eof},
       {"--help", &options.help}};
-  for (auto word = words.begin(); word != words.end(); ++word) {
-    if (const auto found = plain.find(*word); found != plain.end()) {
+  for (auto word = words.begin(); word != words.end();) {
+    const std::string& name = *word++;
+    if (const auto found = plain.find(name); found != plain.end()) {
       *found->second = true;
-    } else if (const auto option = with_value.find(*word); option != with_value.end()) {
-      if (++word == words.end()) throw Problem(option->first + " needs a value.");
-      option->second(*word);
+    } else if (const auto option = with_value.find(name); option != with_value.end()) {
+      if (word == words.end()) throw Problem(name + " needs a value.");
+      option->second(*word++);
     } else {
-      throw Problem("There is no option \"" + *word + "\"; --help lists them.");
+      throw Problem("There is no option \"" + name + "\"; --help lists them.");
     }
   }
   if (!options.device.empty() && !options.link.empty()) {

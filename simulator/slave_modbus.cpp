@@ -88,16 +88,17 @@ std::uint8_t OtherFunction(std::uint8_t function, Random& random) {
 }
 
 bool IsReadAnswer(const std::string& body) {
+  if (body.size() < 2) return false;
   const auto function = static_cast<std::uint8_t>(body[1]);
   return function == kReadHolding || function == kReadInput;
 }
 
 // One register less in an answer to a read, one byte less in any other.
-std::string Shortened(std::string body) {
+std::string Shortened(const std::string& body) {
   if (!IsReadAnswer(body)) return body.substr(0, body.size() - 1);
-  body.resize(body.size() - 2);
-  body[kByteCountAt] = Char(static_cast<int>(body.size() - kDataAt));
-  return body;
+  std::string less = body.substr(0, body.size() - 2);
+  less[kByteCountAt] = Char(static_cast<int>(less.size() - kDataAt));
+  return less;
 }
 
 // So many bytes more; the byte count tells of them as far as it can.
@@ -206,7 +207,7 @@ std::string ModbusSlave::WrongAnswer(const Fault& fault, const Request& request,
     case kRefused:
       return Refusal(asked, fault.number);
     case kShortCount:
-      body = Shortened(std::move(body));
+      body = Shortened(body);
       break;
     case kLongCount:
       body = Lengthened(std::move(body), 2, random);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "app/end_signals.h"
 #include "app/program.h"
 #include "ui/guarded_application.h"
 
@@ -30,6 +31,7 @@ int main(int argc, char** argv) {
   }
 
   tarnlink::Program program;
+  const tarnlink::EndSignals end_signals([&program] { program.Leave(); });
   program.Start(files);
   return QApplication::exec();
 }

@@ -1,6 +1,8 @@
 #include "app/program.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QPointer>
+#include <QTimer>
 
 #include "common/numbers.h"
 #include "common/text.h"
@@ -113,6 +115,17 @@ void Program::Start(const std::vector<std::string>& files) {
       monitor_.project_files.AddDroppedFile(file);
     }
   }
+}
+
+void Program::Leave() {
+  const QPointer<QWidget> modal = QApplication::activeModalWidget();
+  if (modal.isNull()) {
+    window_.close();
+    return;
+  }
+  modal->close();
+  // On with it once whoever waited for that window has come back.
+  if (modal.isNull() || !modal->isVisible()) QTimer::singleShot(0, &window_, [this] { Leave(); });
 }
 
 }  // namespace tarnlink

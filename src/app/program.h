@@ -30,6 +30,10 @@ class Program {
   // file counts as dropped, so that a project is opened.
   void Start(const std::vector<std::string>& files);
 
+  // As closing the main window by its frame, with whatever stands in front of it closed first. What
+  // has to ask before it goes does so; the program stays if the user wants to.
+  void Leave();
+
   Monitor& monitor() { return monitor_; }
   MainWindow& window() { return window_; }
 

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "common/run_time_error.h"
+#include "common/shown_text.h"
 #include "common/text.h"
 
 namespace tarnlink {
@@ -129,10 +130,10 @@ std::uint64_t TwosComplement(std::int64_t number, bool narrow) {
 // `text` as a message shows it: a damaged file may offer megabytes as one field.
 std::string Shown(std::string_view text) {
   constexpr std::size_t kMost = 32;
-  if (text.size() <= kMost) return '"' + std::string(text) + '"';
+  if (text.size() <= kMost) return '"' + ShownText(text) + '"';
   std::size_t end = kMost;
   while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-  return '"' + std::string(text.substr(0, end)) + "...\"";
+  return '"' + ShownText(text.substr(0, end)) + "...\"";
 }
 
 std::string_view Bare(std::string_view text) {

@@ -121,8 +121,21 @@ std::string DecodeText(std::string_view bytes) {
 std::string EncodeText(std::string_view utf8) {
   if (IsAscii(utf8)) return std::string(utf8);
   const std::optional<std::string> bytes = ToWindows1252(utf8);
-  if (!bytes || IsUtf8(*bytes)) return std::string(utf8);
-  return *bytes;
+  if (bytes && !IsUtf8(*bytes)) return *bytes;
+  // A mark of the text's own would be dropped as that of the file.
+  std::string text(utf8.starts_with(kByteOrderMark) ? kByteOrderMark : "");
+  return text.append(utf8);
+}
+
+std::string EncodeWindows1252(std::string_view utf8) {
+  std::string bytes;
+  bytes.reserve(utf8.size());
+  while (!utf8.empty()) {
+    const std::optional<std::uint32_t> character = TakeCharacter(utf8);
+    if (!character) utf8.remove_prefix(1);
+    bytes += character ? Windows1252Byte(*character).value_or('?') : '?';
+  }
+  return bytes;
 }
 
 namespace {

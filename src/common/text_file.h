@@ -16,6 +16,9 @@ std::string DecodeText(std::string_view bytes);
 // Windows-1252 bytes would be taken for UTF-8, so that `DecodeText` gives the same text back.
 std::string EncodeText(std::string_view utf8);
 
+// Windows-1252 whatever the text holds: "?" for each character that does not fit.
+std::string EncodeWindows1252(std::string_view utf8);
+
 // Walks the lines of a text without copying it. CR LF and LF end a line; the text's last line needs
 // no end (nor the second half of one), and an end at the very end opens no further line.
 class LineReader {

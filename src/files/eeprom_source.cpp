@@ -5,6 +5,7 @@
 
 #include "common/numbers.h"
 #include "common/run_time_error.h"
+#include "common/shown_text.h"
 #include "common/text.h"
 #include "common/text_file.h"
 #include "files/field_stream.h"
@@ -114,8 +115,8 @@ class SourceReader {
     const bool is_hex =
         !record.HexValue.empty() && record.HexValue.size() <= 2 && AreDigits(record.HexValue);
     if (is_hex && Val("&H" + record.HexValue) == record.DecValue) return;
-    throw RunTimeError(kTypeMismatch,
-                       std::string(kValueError) + record.Address + " " + record.Comment);
+    throw RunTimeError(kTypeMismatch, std::string(kValueError) + ShownText(record.Address) + " " +
+                                          ShownText(record.Comment));
   }
 
   [[noreturn]] void Refuse(const std::string& reason) const {
@@ -149,8 +150,9 @@ std::uint16_t AddressOf(const EepromRecord& record) {
   const std::string address = ToUpper(record.Address);
   if (address.size() != kLength || !address.starts_with(kAddressMark) ||
       !AreDigits(address.substr(kAddressMark.size()))) {
-    throw RunTimeError(kTypeMismatch, "The address \"" + record.Address +
-                                          "\" is not in the form 0X8012. " + record.Comment);
+    throw RunTimeError(kTypeMismatch, "The address \"" + ShownText(record.Address) +
+                                          "\" is not in the form 0X8012. " +
+                                          ShownText(record.Comment));
   }
   const double number = Val("&H" + address.substr(kAddressMark.size()) + "&");
   return static_cast<std::uint16_t>(number);

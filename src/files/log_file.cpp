@@ -26,10 +26,17 @@ std::string LogHeading(std::string_view date, std::string_view screen_file,
   return text;
 }
 
-LogEncoding::LogEncoding(std::string_view sample) : is_utf8_(EncodeText(sample) == sample) {}
+namespace {
+
+bool IsPlain(std::string_view text) { return EncodeText(text) == text; }
+
+}  // namespace
+
+LogEncoding::LogEncoding(std::string_view heading, std::string_view may_come)
+    : is_utf8_(IsPlain(heading) || IsPlain(std::string(heading).append(may_come))) {}
 
 std::string LogEncoding::Bytes(std::string_view piece) const {
-  return is_utf8_ ? std::string(piece) : EncodeText(piece);
+  return is_utf8_ ? std::string(piece) : EncodeWindows1252(piece);
 }
 
 }  // namespace tarnlink

@@ -23,11 +23,14 @@ std::string LogField(std::string_view text);
 std::string LogHeading(std::string_view date, std::string_view screen_file,
                        const std::vector<LogColumn>& columns);
 
-// How the pieces of one log become bytes. A log grows piece by piece but is read as a whole, so all
-// of it is in the encoding that `sample`, its heading and such times as may come, has as a whole.
+// How the pieces of one file become bytes. It grows piece by piece but is read as a whole, so all
+// of it is in one encoding, and `DecodeText` gives back what was written. That is Windows-1252 only
+// if the heading, which is written first, has a character that is not ASCII, and if it and such
+// texts as `may_come` fit; what does not fit later is "?" then. All else is UTF-8.
 class LogEncoding {
  public:
-  explicit LogEncoding(std::string_view sample = {});
+  explicit LogEncoding(std::string_view heading = {}, std::string_view may_come = {});
+  bool is_utf8() const { return is_utf8_; }
 
   std::string Bytes(std::string_view piece) const;
 

@@ -66,15 +66,17 @@ void NecListingReader::ParseNecLine(std::string_view Line) {
   if (Line.size() <= kBlankAt || !Line.starts_with(kBlanks) || Line[kLabelAt] == ' ') return;
   if (Line[kBlankAt] != ' ') return;
   const std::string_view rest = Line.substr(kLabelAt);
-  const std::string_view label = rest.substr(0, rest.find(' '));
+  const std::string label = DecodeText(rest.substr(0, rest.find(' ')));
   const auto address = AddressOf(Line);
   const bool is_bit = section_ == Section::kBits;
-  if (!address || (is_bit && (Line.size() <= kBitAt || Line[kBitAt] < '0' || Line[kBitAt] > '9'))) {
+  const bool has_number =
+      !is_bit || (Line.size() > kBitAt && Line[kBitAt] >= '0' && Line[kBitAt] <= '9');
+  if (!address || label.empty() || !has_number) {
     ++listing_.skipped_lines;
   } else if (is_bit) {
-    listing_.bits.push_back({DecodeText(label), *address, Line[kBitAt] - '0'});
+    listing_.bits.push_back({label, *address, Line[kBitAt] - '0'});
   } else {
-    listing_.bytes.push_back({DecodeText(label), *address});
+    listing_.bytes.push_back({label, *address});
   }
 }
 

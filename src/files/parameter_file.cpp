@@ -5,6 +5,7 @@
 
 #include "common/numbers.h"
 #include "common/run_time_error.h"
+#include "common/shown_text.h"
 #include "common/text.h"
 #include "common/text_file.h"
 
@@ -27,8 +28,7 @@ std::string_view TakeToken(std::string_view& line) {
 
 std::string Quoted(std::string_view token) {
   constexpr int kShown = 20;  // characters
-  const std::string_view begin = FirstCharacters(token, kShown);
-  return "\"" + std::string(begin) + (begin.size() < token.size() ? "...\"" : "\"");
+  return "\"" + ShownText(token, kShown) + "\"";
 }
 
 // Decimal digits, or "&H" and hexadecimal ones.

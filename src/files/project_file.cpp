@@ -4,6 +4,7 @@
 
 #include "common/paths.h"
 #include "common/run_time_error.h"
+#include "common/shown_text.h"
 #include "common/text.h"
 #include "common/text_file.h"
 #include "files/field_stream.h"
@@ -16,9 +17,9 @@ constexpr int kShortestEntry = 4;  // characters
 // QuotedField would change such a path into that of another file.
 void RequireQuotable(const std::string& path) {
   if (path.find_first_of("\"\r\n") == std::string::npos) return;
-  throw RunTimeError(
-      kTypeMismatch,
-      "A project file cannot hold a path with a double quote or a line end: " + path + ".");
+  throw RunTimeError(kTypeMismatch,
+                     "A project file cannot hold a path with a double quote or a line end: " +
+                         ShownText(path) + ".");
 }
 
 }  // namespace

@@ -25,18 +25,17 @@ void Release(Number* from, Number* to) {
 
 }  // namespace
 
-// The room is not touched before it is filled, so that the system need not provide it.
 void MeasureChannel::Dimension(int upper_bound) {
   *this = {};
   if (upper_bound <= 0) return;
   static std::atomic<std::int64_t> fillings = 0;
   filling_ = ++fillings;
-  constexpr std::size_t kRoom = 2;  // times what it can hold
   upper_bound_ = upper_bound;
-  const auto elements = static_cast<std::size_t>(upper_bound) + 1;
-  room_ = kRoom * elements;
-  times_ = std::make_unique_for_overwrite<std::int64_t[]>(room_);
-  values_ = std::make_unique_for_overwrite<std::int32_t[]>(room_);
+}
+
+std::size_t MeasureChannel::MostRoom() const {
+  constexpr std::size_t kRoom = 2;  // times what it can hold
+  return kRoom * (static_cast<std::size_t>(upper_bound_) + 1);
 }
 
 void MeasureChannel::Append(const MeasureSample& sample) {
@@ -56,8 +55,25 @@ void MeasureChannel::Append(const MeasureSample& sample) {
   released_ = begin_;
 }
 
+// Doubled: what is not touched before it is filled, the system need not provide.
+void MeasureChannel::Enlarge() {
+  constexpr std::size_t kFirstRoom = 512;
+  const std::size_t room = std::clamp(2 * room_, std::min(kFirstRoom, MostRoom()), MostRoom());
+  auto times = std::make_unique_for_overwrite<std::int64_t[]>(room);
+  auto values = std::make_unique_for_overwrite<std::int32_t[]>(room);
+  std::copy(times_.get() + begin_, times_.get() + end_, times.get());
+  std::copy(values_.get() + begin_, values_.get() + end_, values.get());
+  times_ = std::move(times);
+  values_ = std::move(values);
+  room_ = room;
+  end_ -= begin_;
+  begin_ = 0;
+  released_ = 0;
+}
+
 // So seldom that it hardly counts.
 void MeasureChannel::MakeRoom() {
+  if (room_ < MostRoom()) return Enlarge();
   std::copy(times_.get() + begin_, times_.get() + end_, times_.get());
   std::copy(values_.get() + begin_, values_.get() + end_, values_.get());
   Release(times_.get() + Count(), times_.get() + end_);

@@ -16,8 +16,9 @@ struct MeasureSample {
   bool operator==(const MeasureSample&) const = default;
 };
 
-// An append costs the same however many samples there are, and only what has been filled takes up
-// memory: 12 bytes for a sample, and up to a tenth more for what a full channel has just lost.
+// An append costs the same however many samples there are, but for one now and then for which the
+// room is made larger. Only what has been filled takes up memory: 12 bytes for a sample, and up to
+// a tenth more for what a full channel has just lost; a bound alone takes none.
 class MeasureChannel {
  public:
   static constexpr int kUpperBound = 90'000;  // of a channel that records
@@ -67,7 +68,9 @@ class MeasureChannel {
   std::int64_t PlaceOf(int index) const {
     return static_cast<std::int64_t>(index) - upper_bound_ + Count() - 1;
   }
+  std::size_t MostRoom() const;
   void MakeRoom();
+  void Enlarge();
 
   int upper_bound_ = 0;
   // The samples lie at [begin_, end_) and wander up; at the end of the room they go back to its

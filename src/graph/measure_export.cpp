@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "common/text_file.h"
-#include "files/log_file.h"
 
 namespace tarnlink {
 
@@ -75,11 +74,10 @@ void MeasureExport::AddHeader(Form form) {
   header_ += "\tStatus bits";
   header_ += kLineEnd;
   if (form == Form::kSheet) return;
-  std::string sample = header_;
-  for (const std::int64_t second : {first_, first_ + kHalfDay, last_})
-    sample += times_.Text(second);
-  is_utf8_ = EncodeText(sample) == sample;
-  if (!is_utf8_) header_ = EncodeText(header_);
+  std::string times;
+  for (const std::int64_t second : {first_, first_ + kHalfDay, last_}) times += times_.Text(second);
+  encoding_ = LogEncoding(header_, times);
+  header_ = encoding_.Bytes(header_);
 }
 
 bool MeasureExport::Next(std::string& piece) {
@@ -159,11 +157,12 @@ void MeasureExport::KeepShown(Column& column) {
 
 void MeasureExport::WriteRow(int row, PieceFiller& piece) {
   const std::string_view time = times_.Text(row_ + row);
-  if (is_utf8_) {
+  if (encoding_.is_utf8()) {
     piece.Append(time);
   } else {
-    piece.Append(EncodeText(time));
+    piece.Append(encoding_.Bytes(time));
   }
+  if (columns_.empty()) return piece.Append(kLineEnd);
   const std::size_t room = columns_.size() * sizeof(CellText);
   char* to = piece.Room(room);
   const CellText* const* at = cells_.data() + row;

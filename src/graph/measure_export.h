@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "files/log_file.h"
 #include "graph/cell_texts.h"
 #include "graph/graphic.h"
 #include "graph/measure_stamps.h"
@@ -54,7 +55,7 @@ class MeasureExport final : public PieceSource {
   const Graphic& data_;
   RowTimes times_;
   CellTables tables_;
-  bool is_utf8_ = true;
+  LogEncoding encoding_;
   std::string header_;
   std::vector<Column> columns_;
   std::vector<const CellText*> cells_;  // of the next rows, column by column

@@ -7,6 +7,7 @@
 #include "common/local_decimal.h"
 #include "common/numbers.h"
 #include "common/run_time_error.h"
+#include "common/shown_text.h"
 #include "common/text.h"
 
 namespace tarnlink {
@@ -30,7 +31,7 @@ constexpr std::string_view kEndMark = "0000";
 template <class Number>
 Number Whole(Number number, std::string_view text, const char* letters = "+-0123456789 ") {
   if (text.find_first_not_of(letters) == std::string_view::npos) return number;
-  throw RunTimeError(kTypeMismatch, "\"" + std::string(text) + "\" is no whole number.");
+  throw RunTimeError(kTypeMismatch, "\"" + ShownText(text) + "\" is no whole number.");
 }
 
 int CountIn(std::string_view line, int lowest, int highest, const char* what) {
@@ -110,7 +111,7 @@ std::int64_t TimeOf(std::string_view line) {
       SecondsOf(part(1, 4), part(5, 2), part(7, 2), part(9, 2), part(11, 2), part(13, 2));
   if (seconds) return *seconds;
   throw RunTimeError(kTypeMismatch,
-                     "\"" + std::string(line.substr(0, kStampDigits)) + "\" is no date and time.");
+                     "\"" + ShownText(line.substr(0, kStampDigits)) + "\" is no date and time.");
 }
 
 std::vector<std::string*> TextsOf(std::vector<GraphAttribute>& attributes) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "common/numbers.h"
+#include "common/shown_text.h"
 #include "common/text.h"
 
 namespace tarnlink {
@@ -110,8 +111,9 @@ void frm_Settings::SpecificationClicked(int Index) {
 
 // The frame may be too narrow for it; then the tool tip has it whole.
 void frm_Settings::ShowRevision() {
-  Frame9.Caption = ids_.IDRevision();
-  Frame9.ToolTipText = ids_.IDRevision();
+  const std::string shown = ShownText(ids_.IDRevision());
+  Frame9.Caption = shown;
+  Frame9.ToolTipText = shown;
 }
 
 void frm_Settings::SelectByteClicked(int Index) {

@@ -2,6 +2,7 @@
 
 #include "common/paths.h"
 #include "common/run_time_error.h"
+#include "common/shown_text.h"
 #include "common/text_file.h"
 #include "files/project_file.h"
 #include "monitor/file_error_box.h"
@@ -96,7 +97,7 @@ bool ProjectCommands::AddEntries(const std::string& text) {
     const std::string key = BesideProject(entry);
     if (!group || !main_.trvProject.AddFileToProject(*group, key)) {
       ShowNewProject();
-      SayCannotRead("The entry \"" + entry + "\" " +
+      SayCannotRead("The entry \"" + ShownText(entry) + "\" " +
                     (group ? "stands in it twice." : "is of no kind that a project holds."));
       return false;
     }
@@ -164,7 +165,8 @@ void ProjectCommands::WarnOfExtensions() {
     const bool is_file = !node.parent.empty() && node.parent != ProjectTree::kRoot;
     if (!is_file || GroupOfEntry(node.key) == node.parent) continue;
     main_.platform().dialogs().MessageBox(
-        {.text = "The project cannot be opened again as long as it holds \"" + node.text +
+        {.text = "The project cannot be opened again as long as it holds \"" +
+                 ShownText(node.text) +
                  "\": a file must have the extension of its group, in small letters.",
          .title = std::string(kProgramTitle),
          .icon = Icon::kExclamation});

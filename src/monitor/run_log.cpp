@@ -63,7 +63,7 @@ void RunLog::Open(const std::string& path) {
   const std::string heading = LogHeading(FormatDate(now, "d-mmm-yyyy", locale.Months()),
                                          main_.CurrentTarnLinkFile, columns);
   // The other half of the day may be written with other letters.
-  encoding_ = LogEncoding(heading + locale.LongTime(now) + locale.LongTime(now + kHalfADay));
+  encoding_ = LogEncoding(heading, locale.LongTime(now) + locale.LongTime(now + kHalfADay));
   path_ = path;
   rows_ = main_.platform().files().OpenRows(path, false);
   main_.filelogging = true;

@@ -6,6 +6,7 @@
 
 #include "common/dates.h"
 #include "common/paths.h"
+#include "common/shown_text.h"
 #include "common/text.h"
 #include "platform/path_resolver.h"
 
@@ -62,7 +63,7 @@ SheetCell BoxLink::Cell() const {
   if (TakeLetter(rest, 'R')) cell.row = TakeNumber(rest);
   if (TakeLetter(rest, 'C')) cell.column = TakeNumber(rest);
   if (!rest.empty() || cell.row < 1 || cell.column < 1 || cell.column > kLastCell.column) {
-    throw RunTimeError(kSubscript, "A spreadsheet has no cell \"" + LinkItem + "\".");
+    throw RunTimeError(kSubscript, "A spreadsheet has no cell \"" + ShownText(LinkItem) + "\".");
   }
   return cell;
 }
@@ -168,7 +169,7 @@ std::string SpreadsheetLink::Folder() const {
 // Screen and date: how the path of each workbook of the present screen begins.
 std::string SpreadsheetLink::PathOfDay() const {
   std::string name = StripFileFromPath(main_.CurrentTarnLinkFile);
-  name = name.substr(0, name.rfind('.'));
+  if (const std::size_t dot = name.rfind('.'); dot != std::string::npos) name.resize(dot);
   if (name.empty()) name = kProgramTitle;
   name += FormatDate(main_.platform().clock().Now(), " yyyy-mm-dd", EnglishMonthNames());
   return JoinPath(Folder(), name);

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "common/run_time_error.h"
+#include "common/shown_text.h"
 
 namespace tarnlink {
 namespace {
@@ -56,7 +57,7 @@ class SettingsReader {
 
   [[noreturn]] void Refuse() const {
     throw RunTimeError(kTypeMismatch,
-                       "\"" + std::string(text_) + "\" are no settings of a serial port.");
+                       "\"" + ShownText(text_) + "\" are no settings of a serial port.");
   }
 
   std::string_view text_;

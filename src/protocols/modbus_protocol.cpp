@@ -59,7 +59,9 @@ void TakeWriteAcknowledge(ProtocolRun& run) {
     const Location& location = run.locations()[index];
     run.ShowValue(index, location.ScanFlags > 0 ? HexDigits(location.RawValue, 4) : "-");
   }
-  --fields.MsgPointer;  // the next poll reads it back
+  // The next poll reads it back. An acknowledge that comes again goes back no further than to where
+  // the scan begins.
+  if (fields.MsgPointer > 0) --fields.MsgPointer;
 }
 
 void TakeSound(ProtocolRun& run, std::string_view raw) {

@@ -43,10 +43,11 @@ bool ShowsCode(int box) { return box == kStartBox || box == kTypeBox || box == k
 
 std::string TwoDigits(char byte) { return HexDigits(static_cast<unsigned char>(byte), 2); }
 
-// Any byte is a character of its own.
+// Any byte is a character of its own, but for a zero byte, which would end the text for many who
+// read it.
 std::string ShownBytes(std::string_view bytes) {
   std::string text;
-  for (const char byte : bytes) text += DecodeText({&byte, 1});
+  for (const char byte : bytes) text += byte == '\0' ? " " : DecodeText({&byte, 1});
   return text;
 }
 

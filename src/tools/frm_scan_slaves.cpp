@@ -182,7 +182,9 @@ std::array<ArrayText*, frm_ScanSlaves::kFields> frm_ScanSlaves::Fields(int row) 
 
 // The first two steps share a field.
 ArrayText& frm_ScanSlaves::FieldInWork() {
-  return *Fields(ScanAddress)[static_cast<std::size_t>(std::max(ScanStep - kNumberStep, 0))];
+  const auto step = static_cast<std::size_t>(std::max(ScanStep - kNumberStep, 0));
+  ArrayText* const field = Fields(ScanAddress)[step];
+  return *field;
 }
 
 // Only a request that was out all the time counts as one without an answer.

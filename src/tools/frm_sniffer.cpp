@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "common/paths.h"
+#include "common/shown_text.h"
 #include "common/text.h"
 #include "common/text_file.h"
 #include "platform/path_resolver.h"
@@ -152,7 +153,7 @@ void frmSniffer::ReadIDItems() {
     box.text = "Sniffer text file not found.";
     box.detail = error.what();
   }
-  lbl_Revision.Caption = file_.Revision;
+  lbl_Revision.Caption = ShownText(file_.Revision);
   if (!box.text.empty()) host_.platform.dialogs().MessageBox(box);
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "common/numbers.h"
+#include "common/shown_text.h"
 #include "protocols/zolt_frame.h"
 #include "tools/product_text.h"
 
@@ -109,7 +110,8 @@ void PanelAnswers::AddVersions() {
   AddText(kVersionIds[0], panel_.txt_softwareversionROMLUP, version);
   AddText(kVersionIds[1], panel_.txt_softwareversionROMHUP, version);
   AddText(kVersionIds[2], panel_.txt_softwareversion_EEPROM, version);
-  const auto digits = [](const Answer& a) { return a.digits; };
+  // Which need be none: a frame's check says nothing of what it is made of.
+  const auto digits = [](const Answer& a) { return ShownText(a.digits); };
   AddText(kCrcIds[0], panel_.txt_LUPCRC, digits);
   AddText(kCrcIds[1], panel_.txt_HUPCRC, digits);
 }

@@ -1,5 +1,6 @@
 #include "tools/parameter_answer.h"
 
+#include "protocols/frame_bytes.h"
 #include "protocols/zolt_frame.h"
 
 namespace tarnlink {
@@ -8,6 +9,7 @@ namespace {
 
 constexpr int kByteBits = 8;
 constexpr std::int32_t kByte = 0xFF;
+constexpr std::int32_t kNoAddress = -1;
 
 std::uint8_t Low(std::int32_t number) { return static_cast<std::uint8_t>(number & kByte); }
 std::uint8_t High(std::int32_t number) { return Low(number >> kByteBits); }
@@ -17,6 +19,10 @@ ZoltMessage Parse(std::string_view answer, const ZoltMessages& messages) {
   const ZoltMessage message = ParseZoltMessage(answer);
   if (message.Class != kMemoryParameterClass) return message;
   const ZoltAddressMessage memory = messages.ParseZoltAddressMessage(answer);
+  const bool is_of_read =
+      message.Id == static_cast<std::int32_t>(HexNumber(zolt_frame::kReadMemoryId));
+  // Address 0 stands for an ID that is none of memory, and has no alias itself.
+  if (memory.Address == 0 && !is_of_read) return {memory.Ack, memory.Class, kNoAddress, 0, 0};
   return {memory.Ack, memory.Class, memory.Address, 0, memory.DataLo};
 }
 

@@ -46,6 +46,7 @@ bool IsAbout(std::string_view answer, const ParameterRequest& request,
              const ZoltMessages& messages);
 
 // The class and the ID, in class 7 the address, that a sound answer is about, whatever was asked.
+// An answer of class 7 under an ID of no memory is about the address -1, which is none.
 ParameterItem ItemOf(std::string_view answer, const ZoltMessages& messages);
 
 // Whether both have the same class and ID.

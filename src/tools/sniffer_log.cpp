@@ -30,7 +30,7 @@ void SnifferLog::Open(const std::string& path, Date now) {
   const Locale& locale = platform_.locale();
   const std::string heading = SnifferLogHeading(now, locale);
   // The other half of the day may be written with other letters.
-  encoding_ = LogEncoding(heading + locale.LongTime(now + kHalfADay));
+  encoding_ = LogEncoding(heading, locale.LongTime(now + kHalfADay));
   path_ = path;
   rows_ = platform_.files().OpenRows(path, true);
   Write(heading);

@@ -31,47 +31,17 @@ QColor ColourOf(CfgVerdict verdict, const QColor& ground) {
   return ReadableShade(ground.lightness() < kHalfLight ? shades.on_dark : shades.on_light, ground);
 }
 
-// A tick, a cross, a question mark, or nothing.
-void DrawVerdict(QPainter& painter, CfgVerdict verdict) {
-  switch (verdict) {
-    case CfgVerdict::kNone:
-      return;
-    case CfgVerdict::kGood:
-      painter.drawPolyline(QPolygonF({{1.5, 6.5}, {4.5, 9.5}, {10.5, 2.5}}));
-      return;
-    case CfgVerdict::kWrong:
-      painter.drawLine(2, 2, 10, 10);
-      painter.drawLine(2, 10, 10, 2);
-      return;
-    case CfgVerdict::kUnknown:
-      QFont font = painter.font();
-      font.setPixelSize(kSign);
-      font.setBold(true);
-      painter.setFont(font);
-      painter.drawText(QRect(0, 0, kSign, kSign), Qt::AlignCenter, QStringLiteral("?"));
-  }
-}
-
 void DrawArrow(QPainter& painter) {
   painter.setBrush(painter.pen().color());
   painter.drawPolygon(QPolygonF({{3, 2}, {9, 6}, {3, 10}}));
 }
 
-template <class Draw>
-QIcon Sign(const QStyleOptionViewItem& option, const QColor& colour, Draw draw) {
-  const double scale = option.widget == nullptr ? 1.0 : option.widget->devicePixelRatioF();
-  QPixmap picture(QSize(kSign, kSign) * scale);
-  picture.setDevicePixelRatio(scale);
-  picture.fill(Qt::transparent);
-  QPainter painter(&picture);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(colour, kPen));
-  draw(painter);
-  painter.end();
-  QIcon icon;
-  // The same in a row that is picked.
-  for (const auto mode : {QIcon::Normal, QIcon::Selected}) icon.addPixmap(picture, mode);
-  return icon;
+void DrawQuestionMark(QPainter& painter) {
+  QFont font = painter.font();
+  font.setPixelSize(kSign);
+  font.setBold(true);
+  painter.setFont(font);
+  painter.drawText(QRect(0, 0, kSign, kSign), Qt::AlignCenter, QStringLiteral("?"));
 }
 
 QColor Mixed(const QColor& one, const QColor& other, double share) {
@@ -81,6 +51,55 @@ QColor Mixed(const QColor& one, const QColor& other, double share) {
 }
 
 }  // namespace
+
+CfgResultDelegate::Shape CfgResultDelegate::ShapeOf(const QModelIndex& index) {
+  if (index.column() == 0) return index.data(kInWork).toBool() ? Shape::kArrow : Shape::kNothing;
+  switch (static_cast<CfgVerdict>(index.data(kVerdict).toInt())) {
+    case CfgVerdict::kNone:
+      return Shape::kNothing;
+    case CfgVerdict::kGood:
+      return Shape::kGood;
+    case CfgVerdict::kWrong:
+      return Shape::kWrong;
+    case CfgVerdict::kUnknown:
+      return Shape::kUnknown;
+  }
+  return Shape::kNothing;
+}
+
+// A new picture at each painting would be kept in Qt's cache, megabytes of them.
+const QIcon& CfgResultDelegate::Sign(const QStyleOptionViewItem& option, Shape shape,
+                                     const QColor& colour) const {
+  const double scale = option.widget == nullptr ? 1.0 : option.widget->devicePixelRatioF();
+  QIcon& icon = signs_[{shape, colour.rgb(), scale}];
+  if (!icon.isNull()) return icon;
+  QPixmap picture(QSize(kSign, kSign) * scale);
+  picture.setDevicePixelRatio(scale);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(colour, kPen));
+  switch (shape) {
+    case Shape::kNothing:
+      break;
+    case Shape::kArrow:
+      DrawArrow(painter);
+      break;
+    case Shape::kGood:
+      painter.drawPolyline(QPolygonF({{1.5, 6.5}, {4.5, 9.5}, {10.5, 2.5}}));
+      break;
+    case Shape::kWrong:
+      painter.drawLine(2, 2, 10, 10);
+      painter.drawLine(2, 10, 10, 2);
+      break;
+    case Shape::kUnknown:
+      DrawQuestionMark(painter);
+  }
+  painter.end();
+  // The same in a row that is picked.
+  for (const auto mode : {QIcon::Normal, QIcon::Selected}) icon.addPixmap(picture, mode);
+  return icon;
+}
 
 void CfgResultDelegate::initStyleOption(QStyleOptionViewItem* option,
                                         const QModelIndex& index) const {
@@ -99,17 +118,12 @@ void CfgResultDelegate::initStyleOption(QStyleOptionViewItem* option,
   option->features |= QStyleOptionViewItem::HasDecoration;
   option->decorationSize = QSize(kSign, kSign);
   if (index.column() == 0) {
-    const QColor text =
-        option->palette.color(is_picked ? QPalette::HighlightedText : QPalette::Text);
-    option->icon = Sign(*option, text, [is_in_work](QPainter& painter) {
-      if (is_in_work) DrawArrow(painter);
-    });
+    const QPalette::ColorRole role = is_picked ? QPalette::HighlightedText : QPalette::Text;
+    option->icon = Sign(*option, ShapeOf(index), option->palette.color(role));
     return;
   }
-  const auto verdict = static_cast<CfgVerdict>(data.toInt());
-  const QColor colour = ColourOf(verdict, ground);
-  option->icon =
-      Sign(*option, colour, [verdict](QPainter& painter) { DrawVerdict(painter, verdict); });
+  const QColor colour = ColourOf(static_cast<CfgVerdict>(data.toInt()), ground);
+  option->icon = Sign(*option, ShapeOf(index), colour);
   option->palette.setColor(QPalette::Text, colour);
   option->palette.setColor(QPalette::HighlightedText, colour);
 }

@@ -2,7 +2,10 @@
 // colour with each result.
 #pragma once
 
+#include <QIcon>
 #include <QStyledItemDelegate>
+#include <map>
+#include <tuple>
 
 namespace tarnlink {
 
@@ -15,6 +18,17 @@ class CfgResultDelegate final : public QStyledItemDelegate {
 
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+ private:
+  enum class Shape { kNothing, kArrow, kGood, kWrong, kUnknown };
+  using Look = std::tuple<Shape, QRgb, double>;
+
+  static Shape ShapeOf(const QModelIndex& index);
+  // Of the size of its place, for the pixels of the widget.
+  const QIcon& Sign(const QStyleOptionViewItem& option, Shape shape, const QColor& colour) const;
+
+  // Those that have been drawn so far: a few for each scheme of colours.
+  mutable std::map<Look, QIcon> signs_;
 };
 
 }  // namespace tarnlink

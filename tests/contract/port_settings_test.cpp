@@ -65,6 +65,7 @@ TEST(ParsePortSettings, RefusesEverythingElse) {
 TEST(ParsePortSettings, NamesTheTextThatItRefuses) {
   EXPECT_EQ(ReasonOf([] { ParsePortSettings("9600,X,8,1"); }),
             "\"9600,X,8,1\" are no settings of a serial port.");
+  EXPECT_LT(ReasonOf([] { ParsePortSettings(std::string(100'000, 'x')); }).size(), 300U);
 }
 
 class DevicePathTest : public testing::Test {

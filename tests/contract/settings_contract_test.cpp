@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 #include <sys/mount.h>
+#include <sys/resource.h>
 
 #include <QSettings>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -14,6 +16,27 @@
 
 namespace tarnlink {
 namespace {
+
+// While this lives, no file can grow beyond `bytes`.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) : handler_(signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    rlimit limit = before_;
+    limit.rlim_cur = bytes;
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileSizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    signal(SIGXFSZ, handler_);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+ private:
+  void (*handler_)(int);
+  rlimit before_{};
+};
 
 class FakeStoreBench {
  public:
@@ -239,6 +262,55 @@ TEST(QtSettingsStore, AFullDiskLeavesTheOldFileWholeAndTheValuesComeLater) {
   EXPECT_EQ(bench.FileText(), "[Communication]\nProtocol=2\n");
   bench.Start(bench.folder() / "elsewhere");
   umount2(disk.c_str(), MNT_DETACH);
+}
+
+TEST(QtSettingsStore, AShortWriteLeavesTheOldFileWholeAndTheValuesComeLater) {
+  QtStoreBench bench;
+  bench.store().SaveSetting("Communication", "Protocol", "1");
+  EXPECT_EQ(bench.store().Failure(), "");
+  const std::string old = bench.FileText();
+  {
+    const FileSizeLimit limit(1000);
+    bench.store().SaveSetting("Texts", "Long", std::string(3000, 'x'));
+    EXPECT_EQ(bench.store().Failure(), "The settings could not be saved in \"" + bench.file() +
+                                           "\": the file would become too large.");
+    EXPECT_EQ(bench.FileText(), old);
+  }
+  EXPECT_EQ(bench.store().Failure(), "");
+  EXPECT_EQ(bench.FileText(), old + "\n[Texts]\nLong=" + std::string(3000, 'x') + "\n");
+}
+
+TEST(QtSettingsStore, KeepsWhatAnotherProgramHasSavedMeanwhile) {
+  QtStoreBench bench;
+  QtSettingsStore other;
+  bench.store().SaveSetting("Communication", "Protocol", "1");
+  EXPECT_EQ(bench.store().Failure(), "");
+  other.SaveSetting("Communication", "Baudrate", "3");
+  EXPECT_EQ(other.Failure(), "");
+  bench.store().SaveSetting("Ports", "COM1", "/dev/ttyS0");
+  EXPECT_EQ(bench.store().Failure(), "");
+  EXPECT_EQ(bench.FileText(),
+            "[Communication]\nBaudrate=3\nProtocol=1\n\n[Ports]\nCOM1=/dev/ttyS0\n");
+}
+
+TEST(QtSettingsStore, WritesNothingOverAFileThatItCouldNotRead) {
+  QtStoreBench bench;
+  const std::string folder = bench.folder() / "other/TarnLink2";
+  const std::string file = folder + "/TarnLink2.ini";
+  std::filesystem::create_directories(folder);
+  std::filesystem::permissions(folder, std::filesystem::perms::all);
+  std::ofstream(file) << "[Ports]\nCOM1=/dev/ttyS0\n";
+  std::filesystem::permissions(file, std::filesystem::perms(0222));
+  {
+    const OrdinaryUser rights;
+    bench.Start(bench.folder() / "other");
+    bench.store().SaveSetting("Communication", "Protocol", "1");
+    EXPECT_EQ(bench.store().Failure(), "The settings could not be saved in \"" + bench.file() +
+                                           "\": its present settings cannot be read.");
+    EXPECT_EQ(bench.store().GetSetting("Communication", "Protocol", ""), "1");
+    bench.Start(bench.folder() / "elsewhere");
+  }
+  EXPECT_EQ(std::filesystem::file_size(file), 24U);
 }
 
 }  // namespace

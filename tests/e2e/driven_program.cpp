@@ -12,6 +12,11 @@ namespace e2e {
 
 namespace {
 
+// What the program says beside its answers.
+void TakeNote(const std::string& line) {
+  if (!line.empty() && line.front() == '!') ADD_FAILURE() << line.substr(1);
+}
+
 constexpr int kAnswerBound = 10000;  // ms
 constexpr int kFileBound = 5000;     // ms
 
@@ -70,9 +75,11 @@ DrivenProgram::DrivenProgram(const TestFolder& folder, const std::string& settin
           screen.empty() ? std::vector<std::string>() : std::vector<std::string>{screen}) {}
 
 DrivenProgram::DrivenProgram(const TestFolder& folder, const std::string& settings,
-                             const std::vector<std::string>& files) {
+                             const std::vector<std::string>& files,
+                             const std::vector<std::string>& starter) {
   folder.Write("config/TarnLink2/TarnLink2.ini", settings);
-  std::vector<std::string> command{TARNLINK_PROGRAM};
+  std::vector<std::string> command = starter;
+  command.push_back(TARNLINK_PROGRAM);
   command.insert(command.end(), files.begin(), files.end());
   process_ = std::make_unique<Process>(
       command, std::map<std::string, std::string>{{"QT_QPA_PLATFORM", "offscreen"},
@@ -92,7 +99,14 @@ std::string DrivenProgram::Ask(const std::string& command) {
       return {};
     }
     if (line.front() == '@') return line.substr(1);
+    TakeNote(line);
   }
+}
+
+DrivenProgram::~DrivenProgram() {
+  if (process_ == nullptr) return;
+  process_->Kill();
+  for (const std::string& line : process_->RestOfLines()) TakeNote(line);
 }
 
 void DrivenProgram::Press(const std::string& name) { EXPECT_EQ(Ask("press " + name), "ok"); }

@@ -31,10 +31,16 @@ class TestFolder {
 
 class DrivenProgram {
  public:
-  // `settings` is the text of the settings store; `screen` the file to open, or empty.
+  // `settings` is the text of the settings store; `screen` the file to open, or empty; `starter`
+  // the command that starts it, if it is not simply started.
   DrivenProgram(const TestFolder& folder, const std::string& settings, const std::string& screen);
   DrivenProgram(const TestFolder& folder, const std::string& settings,
-                const std::vector<std::string>& files);
+                const std::vector<std::string>& files,
+                const std::vector<std::string>& starter = {});
+  // Fails the test if the window has kept its user waiting, as does every other call.
+  ~DrivenProgram();
+  DrivenProgram(DrivenProgram&&) = default;
+  DrivenProgram& operator=(DrivenProgram&&) = default;
 
   // One command to the driver; its answer.
   std::string Ask(const std::string& command);

@@ -37,12 +37,12 @@ std::string ScreenFile(const std::vector<Location>& locations) {
   for (std::size_t i = 0; i < locations.size(); ++i) {
     const auto top = static_cast<float>(120 + i % kRows * 330);
     const auto left = static_cast<float>(450 + i / kRows * 4300);
-    records.push_back(tarnlink::LocationRecord{.tag = tarnlink::kModbusTag,
-                                               .location = locations[i],
-                                               .value_top = top,
-                                               .value_left = left + 2100,
-                                               .name_top = top,
-                                               .name_left = left});
+    records.emplace_back(tarnlink::LocationRecord{.tag = tarnlink::kModbusTag,
+                                                  .location = locations[i],
+                                                  .value_top = top,
+                                                  .value_left = left + 2100,
+                                                  .name_top = top,
+                                                  .name_left = left});
   }
   return tarnlink::WriteScreenFile(kGrey, records);
 }

@@ -85,7 +85,9 @@ int Process::WaitForEnd(int milliseconds) {
   for (;;) {
     pollfd wanted{from_, POLLIN, 0};
     if (poll(&wanted, 1, MillisecondsUntil(end)) <= 0) return -1;
-    if (read(from_, buffer, sizeof buffer) <= 0) break;
+    const ssize_t count = read(from_, buffer, sizeof buffer);
+    if (count <= 0) break;
+    pending_.append(buffer, static_cast<std::size_t>(count));
   }
   int status = 0;
   waitpid(pid_, &status, 0);
@@ -99,6 +101,16 @@ void Process::Kill() {
   kill(pid_, SIGKILL);
   waitpid(pid_, nullptr, 0);
   pid_ = -1;
+}
+
+void Process::Signal(int number) const {
+  if (pid_ >= 0) kill(pid_, number);
+}
+
+std::vector<std::string> Process::RestOfLines() {
+  std::vector<std::string> lines;
+  for (std::string line = ReadLine(0); !line.empty(); line = ReadLine(0)) lines.push_back(line);
+  return lines;
 }
 
 double Process::ProcessorSeconds() const {

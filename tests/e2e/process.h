@@ -21,9 +21,12 @@ class Process {
   void Write(const std::string& line);
   // The next line of standard output, without its end; empty if none came in time.
   std::string ReadLine(int milliseconds);
+  // What stands in standard output now, up to an empty line.
+  std::vector<std::string> RestOfLines();
   // The exit status, or -1 if it did not end in time.
   int WaitForEnd(int milliseconds);
   void Kill();
+  void Signal(int number) const;
   // User and system time so far, in seconds.
   double ProcessorSeconds() const;
 

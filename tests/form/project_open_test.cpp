@@ -335,5 +335,13 @@ TEST_F(OpeningAProject, MoreNodesThanTheFormatHoldsAreRefusedAndTheOldFileStays)
   EXPECT_TRUE(main().ProjectChanged);
 }
 
+// What a damaged file holds may be anything, and as long as it likes.
+TEST_F(OpeningAProject, ShowsOnlyTheBeginningOfAnEntryThatItCannotTake) {
+  ExpectCannotRead();
+  ReadProject({std::string(100'000, 'x') + ".exe"});
+  ASSERT_EQ(world.dialogs().shown().size(), 1U);
+  EXPECT_LT(world.dialogs().shown().front().size(), 400U);
+}
+
 }  // namespace
 }  // namespace tarnlink

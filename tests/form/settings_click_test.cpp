@@ -350,5 +350,15 @@ TEST_F(WorkingWithSettings, ANewIdFileIsOfferedTheNextTime) {
   EXPECT_EQ(form().Frame9.Caption.get(), "R2");
 }
 
+TEST_F(WorkingWithSettings, OfALongRevisionTheBeginningIsSeen) {
+  const std::string revision(300, 'R');
+  world.disk().Put("/a.ids", "*" + revision + "\r\nTemperature,1A,3,H\r\n");
+  main().ReadIDItems("/a.ids");
+  form().optSpecification.Choose(kMemorySpecification);
+  form().optSpecification.Choose(kClassSpecification);
+  EXPECT_EQ(form().Frame9.Caption.get(), revision.substr(0, 200) + "...");
+  EXPECT_EQ(form().Frame9.ToolTipText.get(), revision.substr(0, 200) + "...");
+}
+
 }  // namespace
 }  // namespace tarnlink

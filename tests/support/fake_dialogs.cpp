@@ -117,16 +117,21 @@ std::vector<std::string> FakeDialogs::TakeShown() { return std::exchange(shown_,
 ScriptedDialog::Reply FakeDialogs::Show(const std::string& shown,
                                         const std::vector<std::string>& names) {
   shown_.push_back(shown);
-  if (script_.empty()) {
+  if (script_.empty() && !user) {
     ADD_FAILURE() << "Unexpected dialog: " << shown;
     return {};
   }
+  if (script_.empty()) return ShowFor(user(shown));
   const ScriptedDialog dialog = std::move(script_.front());
   script_.pop_front();
   if (std::find(names.begin(), names.end(), dialog.expected_) == names.end()) {
     ADD_FAILURE() << "Expected dialog: " << dialog.expected_ << "\n  Dialog that came: " << shown;
     return {};
   }
+  return ShowFor(dialog);
+}
+
+ScriptedDialog::Reply FakeDialogs::ShowFor(const ScriptedDialog& dialog) {
   ++up_;
   if (dialog.action_) dialog.action_();
   time_.Advance(dialog.span_);

@@ -73,6 +73,10 @@ class FakeDialogs final : public Dialogs {
   ScriptedDialog& ExpectPrinter();
   ScriptedDialog& ExpectPreview(const std::string& title);
 
+  // A user who needs no script: answers whatever the script does not expect. Gets the line that
+  // stands in `shown()`.
+  std::function<ScriptedDialog(const std::string& shown)> user;
+
   // Fails the test for each expected dialog that has not come; done at the end by itself.
   void Verify();
 
@@ -107,6 +111,7 @@ class FakeDialogs final : public Dialogs {
   ScriptedDialog& Expect(std::string expected);
   // Any of `names` is what the script may have written for this dialog.
   ScriptedDialog::Reply Show(const std::string& shown, const std::vector<std::string>& names);
+  ScriptedDialog::Reply ShowFor(const ScriptedDialog& dialog);
   template <class T>
   std::optional<T> Ask(const std::string& shown, const std::vector<std::string>& names);
 

@@ -152,6 +152,11 @@ TEST_F(ControlPanelAnswers, WithoutTheStartByteNothingHappens) {
   EXPECT_EQ(panel.form.MousePointer, 11);
 }
 
+TEST_F(ControlPanelAnswers, DigitsThatAreNoneAreShownAsText) {
+  Process(kReadDone, 5349, std::string("1\0\n\x80", 4));
+  EXPECT_EQ(panel.txt_LUPCRC.Text.get(), "1  \xE2\x82\xAC");
+}
+
 TEST_F(ControlPanelAnswers, StopTheTimeoutAndGiveThePointerBack) {
   panel.cmdUpdateStatus.Press();
   panel.form.MousePointer = 11;

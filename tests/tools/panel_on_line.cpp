@@ -238,6 +238,12 @@ std::string PanelOnLine::Unfounded() const {
   return "";
 }
 
+int PanelOnLine::ShownValues() const {
+  return static_cast<int>(
+      std::count_if(values_.begin(), values_.end(),
+                    [](const PanelValue& value) { return value.shown() != value.blank; }));
+}
+
 std::string PanelOnLine::Difference() const {
   for (const PanelValue& value : values_) {
     if (IsCommand(value.id)) continue;

@@ -47,6 +47,8 @@ class PanelOnLine {
   // ID and a sound check, and each entry of the history one that was said where this entry was
   // asked for.
   std::string Unfounded() const;
+  // Boxes that show a word.
+  int ShownValues() const;
   // Empty if each box shows just what the boiler said last for it, and no box is empty.
   std::string Difference() const;
   void ForgetSaid() { said_.clear(); }

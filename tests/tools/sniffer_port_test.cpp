@@ -79,6 +79,11 @@ TEST_F(SnifferTest, ReadsItsFileEachTimeAnew) {
   EXPECT_EQ(sniffer.lbl_Revision.Caption.get(), "Unknown revision");
 }
 
+TEST_F(SnifferTest, ShowsTheBeginningOfALongRevision) {
+  Open("*" + std::string(300, 'R') + "\r\nOther,F1,1,L\r\n");
+  EXPECT_EQ(sniffer.lbl_Revision.Caption.get(), std::string(200, 'R') + "...");
+}
+
 // --- The sniffer text file -----------------------------------------------------------------------
 
 TEST_F(SnifferTest, TellsOfAFileThatIsMissingAndNamesNothing) {

@@ -284,6 +284,15 @@ TEST_F(WriteParametersTest, ALateRefusalOfAByteDoesNotGiveUpItsNeighbour) {
   Answer(kAckWritten + 7, 0xFCFD, 0x0101);
 }
 
+TEST_F(WriteParametersTest, AnAnswerUnderAnIdOfNoMemoryDoesNotVerifyAddressZero) {
+  Start("7 0 0\r\n", true);
+  EXPECT_EQ(Sent(), "07 0 FFAB 0000");
+  Answer(kAckRead + 7, 0x1234, 0x5678);
+  Quiet();
+  EXPECT_EQ(tool.VerifiedCount, 0);
+  EXPECT_EQ(tool.RetryCount, 1);
+}
+
 TEST_F(WriteParametersTest, WhereNothingTimesOutAnotherIdIsAnErrorAtOnce) {
   timeout = 0;
   Start(kTwo);

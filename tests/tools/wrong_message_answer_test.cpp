@@ -56,6 +56,19 @@ TEST_F(WrongMessageTest, EachReceivedBoxTellsItsByte) {
   EXPECT_EQ(tool.txt_RecErrMsg(15).Text.get(), "FF");
 }
 
+TEST_F(WrongMessageTest, AZeroByteIsShownAsABlank) {
+  SendAndReceive(
+      std::string("\r\x11"
+                  "00\0"
+                  "ab00000000\0",
+                  16));
+  EXPECT_EQ(tool.txt_RecErrMsg(4).Text.get(), " ");
+  EXPECT_EQ(tool.txt_RecErrMsg(4).ToolTipText.get(), "Hex 00");
+  EXPECT_EQ(tool.txt_ReturnedData.Text.get(),
+            "\r\x11"
+            "00 ab00000000 ");
+}
+
 TEST_F(WrongMessageTest, BytesBehindTheFrameAreInTheRawDataOnly) {
   SendAndReceive(AnswerOf(0x61) + "more");
   EXPECT_EQ(tool.txt_ReturnedData.Text.get(), AnswerOf(0x61) + "more");

@@ -3,8 +3,11 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QProgressBar>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QStyleOptionViewItem>
+#include <set>
 
 #include "ui/cfg_check_fixture.h"
 
@@ -30,6 +33,19 @@ Tints TintsOf(QTableWidget& table, int row, int column) {
   }
   return tints;
 }
+
+// The pictures that are drawn beside the texts.
+class PictureWatch final : public QProxyStyle {
+ public:
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override {
+    const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
+    if (item != nullptr && !item->icon.isNull()) pictures.insert(item->icon.cacheKey());
+    QProxyStyle::drawControl(element, option, painter, widget);
+  }
+
+  mutable std::set<qint64> pictures;
+};
 
 class CfgDialogTest : public CfgWindowTest {
  protected:
@@ -72,6 +88,25 @@ TEST_F(CfgDialogTest, ATaskIsDoneFromTheFileToTheList) {
   EXPECT_EQ(In<QProgressBar>(form, "ProgressBar1").value(), 6);
   Click(form, "cmd_Copy");
   EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), file_tools->cfg_check.ListText());
+  form.close();
+}
+
+// Qt keeps each picture that it has drawn, so one for each painting would fill the memory.
+TEST_F(CfgDialogTest, DrawsEachSignOnce) {
+  QWidget& form = OpenCheck();
+  Load(form);
+  Click(form, "cmd_Check");
+  RunTo(5);
+  QTableWidget& table = Table(form);
+  PictureWatch watch;
+  table.setStyle(&watch);
+  table.grab();
+  const std::set<qint64> once = watch.pictures;
+  constexpr std::size_t kSigns = 4;  // and an empty place
+  EXPECT_GE(once.size(), kSigns);
+  table.grab();
+  EXPECT_EQ(watch.pictures, once);
+  table.setStyle(nullptr);
   form.close();
 }
 

@@ -10,13 +10,11 @@ bool EventWatch::notify(QObject* receiver, QEvent* event) {
   const QEvent::Type type = event->type();
   const std::string name = receiver->objectName().toStdString();
   const std::string kind = receiver->metaObject()->className();
-  QElapsedTimer clock;
-  clock.start();
+  const auto begin = time_.Now();
   ++depth_;
   const bool taken = GuardedApplication::notify(receiver, event);
   --depth_;
-  constexpr double kNanosecondsPerMillisecond = 1e6;
-  const double span = static_cast<double>(clock.nsecsElapsed()) / kNanosecondsPerMillisecond;
+  const double span = std::chrono::duration<double, std::milli>(time_.Now() - begin).count();
   if (span > longest_) {
     longest_ = span;
     const char* type_name = QMetaEnum::fromType<QEvent::Type>().valueToKey(type);

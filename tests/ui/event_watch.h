@@ -2,10 +2,10 @@
 // waiting.
 #pragma once
 
-#include <QElapsedTimer>
 #include <string>
 
 #include "ui/guarded_application.h"
+#include "watch/thread_time.h"
 
 namespace tarnlink {
 
@@ -23,6 +23,7 @@ class EventWatch final : public GuardedApplication {
   static EventWatch& Instance() { return *static_cast<EventWatch*>(qApp); }
 
  private:
+  const ThreadTime time_;
   int depth_ = 0;
   double longest_ = 0;
   std::string what_;

@@ -16,12 +16,18 @@ void TakeQtMessage(QtMsgType type, const QMessageLogContext&, const QString& tex
   ADD_FAILURE() << "Qt: " << text.toStdString();
 }
 
-// Tells after each test, and at the end, the event that kept the others waiting longest.
+// Fails a test in which an event kept the others waiting for too long; tells in the end which one
+// did so longest.
 class GapReport final : public testing::EmptyTestEventListener {
   void OnTestStart(const testing::TestInfo&) override { tarnlink::EventWatch::Instance().Forget(); }
 
   void OnTestEnd(const testing::TestInfo& info) override {
     const auto& watch = tarnlink::EventWatch::Instance();
+    constexpr double kLongest = tarnlink::kLongestWait.count();
+    if (tarnlink::kWaitingCounts && watch.longest() > kLongest) {
+      ADD_FAILURE() << "The window did not answer for " << watch.longest()
+                    << " ms: " << watch.what();
+    }
     if (watch.longest() <= longest_) return;
     longest_ = watch.longest();
     where_ = std::string(info.test_suite_name()) + "." + info.name() + ", " + watch.what();

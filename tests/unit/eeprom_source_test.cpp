@@ -172,5 +172,26 @@ TEST(EepromOutput, SumsCharactersWithoutLineEnds) {
   EXPECT_EQ(FileChecksum("\xFF\xFF"), 510);
 }
 
+TEST(EepromSource, ShowsOnlyTheBeginningOfWhatIsWrong) {
+  const std::string comment(100'000, 'c');
+  for (const std::string& record : {"01,2,0X8000," + comment, "01,2,0X80" + comment + ",c"}) {
+    try {
+      ReadEepromSource("START\n" + record + "\n");
+      ADD_FAILURE() << "It was taken.";
+    } catch (const RunTimeError& error) {
+      EXPECT_TRUE(std::string(error.what()).starts_with(std::string(kValueError) + "0X80"));
+      EXPECT_LT(std::string(error.what()).size(), 600U);
+    }
+  }
+  EepromRecord record;
+  record.Address = record.Comment = comment;
+  try {
+    AddressOf(record);
+    ADD_FAILURE() << "It was taken.";
+  } catch (const RunTimeError& error) {
+    EXPECT_LT(std::string(error.what()).size(), 600U);
+  }
+}
+
 }  // namespace
 }  // namespace tarnlink

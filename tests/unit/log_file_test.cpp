@@ -47,5 +47,22 @@ TEST(LogFile, APlainHeadingLeavesLaterTextReadable) {
   EXPECT_EQ(DecodeText("Flow" + encoding.Bytes("Wärme") + encoding.Bytes("Ω")), "FlowWärmeΩ");
 }
 
+// What comes later has to be read with what stands there.
+TEST(LogFile, OfWindowsTextTakesNothingElseLater) {
+  const LogEncoding encoding("Wärme\r\n");
+  EXPECT_EQ(encoding.Bytes("10 Ω"), "10 ?");
+  EXPECT_EQ(encoding.Bytes("Ã©"), "\xC3\xA9");
+  const std::string log = encoding.Bytes("Wärme\r\n") + encoding.Bytes("10 Ω\tÃ©\t☃");
+  EXPECT_EQ(DecodeText(log), "Wärme\r\n10 ?\tÃ©\t?");
+}
+
+// What may come need not come: a log that never had it would be read as another text.
+TEST(LogFile, IsWindowsTextOnlyIfItsHeadingShowsIt) {
+  const LogEncoding encoding("Flow\r\n", "2:07:09 après-midi");
+  EXPECT_EQ(DecodeText(encoding.Bytes("Flow\r\n") + encoding.Bytes("Ã©")), "Flow\r\nÃ©");
+  const LogEncoding other("Wärme\r\n", "2:07:09 μ.μ.");
+  EXPECT_EQ(other.Bytes("Wärme"), "Wärme");
+}
+
 }  // namespace
 }  // namespace tarnlink

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <random>
 #include <string>
 #include <vector>
@@ -221,6 +222,41 @@ TEST(MeasureChannel, KnowsWhereTheTimesLastFell) {
   EXPECT_TRUE(channel.FallsBehind(1));
   for (int i = 0; i < 5; ++i) channel.Append({0, 18 + i});
   EXPECT_FALSE(channel.FallsBehind(0)) << "It has left the channel.";
+}
+
+// Kilobytes of address space, whether anything lies there or not.
+long AddressSpace() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.starts_with("VmSize:")) return std::stol(line.substr(7));
+  }
+  return 0;
+}
+
+// A file of a few kilobytes can ask for a thousand of them.
+TEST(MeasureChannel, TakesNoRoomForSamplesThatItDoesNotHave) {
+  const long before = AddressSpace();
+  ASSERT_GT(before, 0);
+  std::vector<MeasureChannel> channels(1'016);
+  for (MeasureChannel& channel : channels) {
+    channel.Dimension(kBound);
+    channel.Append({1, 1});
+  }
+  EXPECT_LT(AddressSpace() - before, 64 * 1'024);
+}
+
+TEST(MeasureChannel, KeepsItsSamplesWhereverItsRoomGrows) {
+  for (const int bound : {1, 2, 700, 1'500, 5'000}) {
+    MeasureChannel channel = ChannelOf(bound);
+    for (int i = 1; i <= 3 * bound + 10; ++i) {
+      channel.Append({i, 2 * i});
+      ASSERT_EQ(channel.Count(), std::min(i, bound + 1));
+      ASSERT_EQ(channel[bound], (MeasureSample{i, 2 * i}));
+      const int oldest = i - channel.Count() + 1;
+      ASSERT_EQ(channel[channel.FirstIndex()], (MeasureSample{oldest, 2 * oldest}));
+    }
+    for (int i = 0; i <= bound; ++i) ASSERT_EQ(channel[i].Value, 2 * bound + 10 + i);
+  }
 }
 
 }  // namespace

@@ -340,6 +340,41 @@ TEST_F(MeasureExportTest, AChannelThatIsEmptiedMeanwhileStaysAtItsLastValue) {
   EXPECT_TRUE(text.ends_with("\t5\r\n"));
 }
 
+// One hour has a letter that neither the first row nor the last one shows.
+class OmegaAtThree final : public Locale {
+ public:
+  std::string LongTime(Date date) const override {
+    return plain_.LongTime(date) + (ToCivil(date).hour == 15 ? " Ω" : "");
+  }
+  std::string ShortDate(Date date) const override { return plain_.ShortDate(date); }
+  std::string LongDate(Date date) const override { return plain_.LongDate(date); }
+  const MonthNames& Months() const override { return plain_.Months(); }
+  std::string DecimalSeparator() const override { return "."; }
+
+ private:
+  FakeLocale plain_;
+};
+
+TEST_F(MeasureExportTest, IsOneTextWhateverATimeInTheMiddleHolds) {
+  Line(data, 0).Alias = "Wärme";
+  Add(data, 0, 0, 5);
+  SetRange(0, 7'200);
+  const OmegaAtThree at_three;
+  MeasureExport source(data, at_three, Form::kFile);
+  std::string bytes;
+  for (std::string piece; source.Next(piece);) bytes += piece;
+  const std::string text = DecodeText(bytes);
+  EXPECT_TRUE(text.starts_with("Time\tWärme\tStatus bits\r\n"));
+  EXPECT_NE(text.find("\r\n05/03/2024 15:00:00 ?\t5\r\n"), std::string::npos);
+}
+
+TEST_F(MeasureExportTest, WithoutASampleIsTheTimesAlone) {
+  SetRange(0, 2);
+  EXPECT_EQ(Text(),
+            "Time\tStatus bits\r\n05/03/2024 14:07:09\r\n05/03/2024 14:07:10\r\n"
+            "05/03/2024 14:07:11\r\n");
+}
+
 // --- Times ---------------------------------------------------------------------------------------
 
 // Where the digits of a time do not stand as the others' do.

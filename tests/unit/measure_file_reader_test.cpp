@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 
 #include "common/run_time_error.h"
+#include "common/text_file.h"
 #include "support/prefixes.h"
 #include "support/samples.h"
 #include "unit/measure_store.h"
@@ -500,6 +502,22 @@ TEST(MeasureFile, WhatIsSavedAndLoadedAndSavedIsTheSame) {
       EXPECT_EQ(Channel(read, i).UpperBound(), Channel(data, i).UpperBound());
       EXPECT_EQ(SamplesText(Channel(read, i)), SamplesText(Channel(data, i))) << i;
     }
+  }
+}
+
+// A line of a damaged file may hold anything, and as much as it likes.
+TEST(MeasureFileReader, ShowsOnlyTheBeginningOfALineThatIsWrong) {
+  const std::string zeros(60'000, '0');
+  const std::string odd("20240305140709 \x1B\0\x80.5", 20);
+  for (const std::string& line :
+       {"20240305140709 1." + zeros, odd, std::string(14, '\0'), "2024" + zeros + ".5"}) {
+    const std::string reason = ReasonOfSample(line);
+    EXPECT_TRUE(reason.ends_with('.')) << reason;
+    EXPECT_LT(reason.size(), 400U);
+    EXPECT_TRUE(std::none_of(reason.begin(), reason.end(), [](char c) {
+      return c >= 0 && c < ' ';
+    })) << reason;
+    EXPECT_EQ(DecodeText(reason), reason);
   }
 }
 

@@ -510,6 +510,16 @@ TEST_F(ModbusRoutines, AfterItsAcknowledgeTheWrittenLocationIsReadNext) {
   }
 }
 
+TEST_F(ModbusRoutines, AnAcknowledgeThatComesAgainLeavesTheScanAtItsBeginning) {
+  Write(2, 6, "2A");
+  for (int i = 0; i < 4; ++i) Take(Framed("01 06 00 11 00 2A"));
+  EXPECT_EQ(run.fields().MsgPointer, 0);
+  run.fields().StoredRegisters.clear();
+  Write(1, 16, "");
+  for (int i = 0; i < 4; ++i) Take(Framed("01 10 00 10 00 00"));
+  EXPECT_EQ(run.fields().MsgPointer, 0);
+}
+
 TEST_F(ModbusRoutines, ARefusedWriteIsToldAndThePollGoesOnBehindIt) {
   Write(1, 6, "2A");
   EXPECT_EQ(Take(Framed("01 86 03")), "panel 6: Exception code:3\n");

@@ -204,6 +204,14 @@ TEST(NecListing, ReadsLabelsInUtf8AndInWindows1252) {
             "K\xC3\xBChl=1 K\xC3\xBChl=2 (0 skipped)");
 }
 
+// A mark at the beginning of a text is none of its characters.
+TEST(NecListing, ALabelThatIsOnlyAByteOrderMarkIsNone) {
+  const std::string mark = "\xEF\xBB\xBF";
+  EXPECT_EQ(Read("DATA\n" + Symbol(mark, "FE20") + Symbol("fan", "FE21") + "BITS\n" +
+                 Symbol(mark, "FE22.1")),
+            "fan=FE21 (2 skipped)");
+}
+
 TEST(NecListing, OutlastsALineThatNeverEnds) {
   EXPECT_EQ(Text(ReadInPieces(NecListingReader(),
                               "DATA\n" + std::string(200'000, 'x') + "\n" + Symbol("a", "0001") +

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "common/run_time_error.h"
+#include "common/shown_text.h"
 
 namespace tarnlink {
 namespace {
@@ -238,7 +239,7 @@ TEST(StrictNumbers, RefuseWhatIsNoNumberWithCode13) {
   for (const std::string text :
        {"",   " ",   "-",  "+",    ".",    "-.",     "abc", "12abc", "1 2", "1,5", "1.2.3", "--1",
         "1E", "1E+", "E5", "&H10", "0x10", "#TRUE#", "nan", "inf",   "\t1", "1\r", "\xFF"}) {
-    const std::string shown = "13 \"" + text + "\" is no number.";
+    const std::string shown = "13 \"" + ShownText(text) + "\" is no number.";
     EXPECT_EQ(Outcome([&] { ToByte(text); }), shown);
     EXPECT_EQ(Outcome([&] { ToInteger(text); }), shown);
     EXPECT_EQ(Outcome([&] { ToLong(text); }), shown);
@@ -269,6 +270,11 @@ TEST(StrictNumbers, ShowNoMoreThanTheBeginningOfALongText) {
   for (int i = 0; i < 20; ++i) accents += "\xC3\xA9";
   EXPECT_EQ(Outcome([&] { ToLong(accents); }),
             "13 \"" + accents.substr(0, 31) + "...\" is no number.");
+}
+
+TEST(StrictNumbers, ShowNoControlCharacters) {
+  const std::string text("1\0\n2", 4);
+  EXPECT_EQ(Outcome([&] { ToLong(text); }), "13 \"1  2\" is no number.");
 }
 
 }  // namespace

@@ -134,5 +134,9 @@ TEST(WriteParameterLines, ACommentIsOneLine) {
   EXPECT_EQ(ParameterComment("Flow\r\n5 1 2"), "* Flow  5 1 2\r\n");
 }
 
+TEST(ParseLine, ShowsNoControlCharacterOfWhatIsNoNumber) {
+  EXPECT_EQ(Parse(std::string("5 1 a\0\x1B\x7F", 8)), "! The value \"a   \" is no number.");
+}
+
 }  // namespace
 }  // namespace tarnlink

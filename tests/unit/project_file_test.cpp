@@ -6,6 +6,7 @@
 #include <string>
 
 #include "common/run_time_error.h"
+#include "common/shown_text.h"
 #include "common/text_file.h"
 #include "support/prefixes.h"
 #include "support/samples.h"
@@ -140,9 +141,9 @@ TEST(WriteProjectFile, RefusesAPathThatItCannotHold) {
   for (const std::string path : {"/5\" pipe.wcr", "\"/a.wcr\"", "/a\nb.wcr", "/a\rb.wcr"}) {
     ProjectTree tree;
     tree.AddFileToProject("wcr", path);
-    EXPECT_EQ(
-        WriteError(tree),
-        "13 A project file cannot hold a path with a double quote or a line end: " + path + ".");
+    EXPECT_EQ(WriteError(tree),
+              "13 A project file cannot hold a path with a double quote or a line end: " +
+                  ShownText(path) + ".");
   }
 }
 

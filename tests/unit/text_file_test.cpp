@@ -245,5 +245,14 @@ TEST(TextOnDisk, SurvivesEveryPrefix) {
   });
 }
 
+// The first one would be taken for the file's own mark.
+TEST(TextOnDisk, KeepsAByteOrderMarkThatBelongsToTheText) {
+  const std::string mark = "\xEF\xBB\xBF";
+  for (const std::string& text : {mark, mark + "a", mark + mark + kDegree, mark + kEuro}) {
+    EXPECT_EQ(DecodeText(EncodeText(text)), text);
+  }
+  EXPECT_EQ(DecodeText(mark + "a"), "a");
+}
+
 }  // namespace
 }  // namespace tarnlink

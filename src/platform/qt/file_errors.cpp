@@ -56,6 +56,10 @@ std::string Sentence(const std::string& path, FileAction action, const std::stri
 
 }  // namespace
 
+std::string NoAnswerFrom(const std::string& path, FileAction action) {
+  return Sentence(path, action, "the disk does not answer.");
+}
+
 void ThrowFileError(const std::string& path, FileAction action, int number) {
   const Cause cause = CauseOf(path, action, number);
   throw RunTimeError(cause.code, Sentence(path, action, cause.reason));

@@ -15,6 +15,9 @@ enum class FileAction { kRead, kWrite };
 [[noreturn]] void ThrowFileError(const std::string& path, FileAction action,
                                  const std::string& reason);
 
+// The reason for people when the disk was waited for no longer.
+std::string NoAnswerFrom(const std::string& path, FileAction action);
+
 // Whether this process may use `path` in the way that access(2) calls W_OK and so on; errno tells
 // why not.
 bool MayUse(const std::string& path, int how);

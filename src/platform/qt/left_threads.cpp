@@ -1,11 +1,35 @@
 #include "platform/qt/left_threads.h"
 
+#include <condition_variable>
+#include <mutex>
 #include <utility>
 
 namespace tarnlink {
 
+namespace {
+
+constexpr std::chrono::milliseconds kLook{5};
+
+}  // namespace
+
 LeftThreads::~LeftThreads() {
-  for (Left& left : left_) left.thread.join();
+  const auto end = std::chrono::steady_clock::now() + patience_;
+  for (Left& left : left_) {
+    if (EndsBy(end, *left.has_ended)) {
+      left.thread.join();
+    } else {
+      left.thread.detach();
+    }
+  }
+}
+
+bool LeftThreads::EndsBy(std::chrono::steady_clock::time_point end,
+                         const std::atomic<bool>& has_ended) {
+  std::mutex mutex;
+  std::condition_variable nobody;
+  std::unique_lock lock(mutex);
+  while (!has_ended && std::chrono::steady_clock::now() < end) nobody.wait_for(lock, kLook);
+  return has_ended;
 }
 
 void LeftThreads::Add(std::thread thread, std::shared_ptr<const std::atomic<bool>> has_ended) {

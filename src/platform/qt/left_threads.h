@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -10,8 +11,10 @@ namespace tarnlink {
 
 class LeftThreads {
  public:
-  LeftThreads() = default;
-  // Waits for all of them.
+  // `patience` is how long the end waits for all of them together: a disk that does not answer
+  // cannot keep the program from ending.
+  explicit LeftThreads(std::chrono::milliseconds patience = std::chrono::seconds(3))
+      : patience_(patience) {}
   ~LeftThreads();
   LeftThreads(const LeftThreads&) = delete;
   LeftThreads& operator=(const LeftThreads&) = delete;
@@ -20,11 +23,14 @@ class LeftThreads {
   void Add(std::thread thread, std::shared_ptr<const std::atomic<bool>> has_ended);
 
  private:
+  static bool EndsBy(std::chrono::steady_clock::time_point end, const std::atomic<bool>& has_ended);
+
   struct Left {
     std::thread thread;
     std::shared_ptr<const std::atomic<bool>> has_ended;
   };
 
+  std::chrono::milliseconds patience_;
   std::vector<Left> left_;
 };
 

@@ -19,6 +19,7 @@
 #include "platform/qt/row_file.h"
 #include "platform/qt/save_file.h"
 #include "platform/qt/sheet_sink.h"
+#include "platform/qt/waiting_dialog.h"
 
 namespace tarnlink {
 namespace {
@@ -28,13 +29,17 @@ constexpr std::size_t kLargestFile = std::size_t{1} << 30;
 constexpr std::size_t kReadStep = std::size_t{1} << 16;
 constexpr std::size_t kPiece = std::size_t{1} << 18;  // fits the processor's own memory
 
+void CheckSize(const std::string& path, std::size_t size) {
+  if (size > kLargestFile) ThrowFileError(path, FileAction::kRead, "it is too large.");
+}
+
 std::string ReadAll(const std::string& path, FileForReading& file, std::size_t expected) {
   std::string bytes;
   std::size_t filled = 0;
   while (true) {
     // One byte beyond what the file says, so that its end is seen; steps if it has grown meanwhile.
     if (filled == bytes.size()) bytes.resize(filled == 0 ? expected + 1 : filled + kReadStep);
-    if (filled > kLargestFile) ThrowFileError(path, FileAction::kRead, "it is too large.");
+    CheckSize(path, filled);
     const std::size_t got = file.Read(bytes.data() + filled, bytes.size() - filled);
     if (got == 0) break;
     filled += got;
@@ -57,23 +62,42 @@ QtFiles::QtFiles(std::string data_folder)
     : data_folder_(data_folder.empty() ? ShippedFolder() : std::move(data_folder)) {}
 
 std::string QtFiles::ReadWhole(const std::string& path) {
-  FileForReading file(path);
-  const auto size = static_cast<std::size_t>(file.Size());
-  if (size > kLargestFile) ThrowFileError(path, FileAction::kRead, "it is too large.");
-  return ReadAll(path, file, size);
+  const auto bytes = std::make_shared<std::string>();
+  WaitFor(path, FileAction::kRead, [path, bytes](const IsGivenUp&) {
+    FileForReading file(path);
+    const auto size = static_cast<std::size_t>(file.Size());
+    CheckSize(path, size);
+    *bytes = ReadAll(path, file, size);
+  });
+  return std::move(*bytes);
 }
 
 void QtFiles::ReadPieces(const std::string& path,
                          const std::function<bool(std::string_view)>& take) {
-  FileForReading file(path);
-  std::vector<char> piece(kPiece);
-  while (const std::size_t got = file.Read(piece.data(), piece.size())) {
-    if (!take({piece.data(), got})) return;
-  }
+  struct Reading {
+    std::unique_ptr<FileForReading> file;
+    std::vector<char> piece = std::vector<char>(kPiece);
+    std::size_t length = 0;
+  };
+  const auto reading = std::make_shared<Reading>();
+  do {
+    WaitFor(path, FileAction::kRead, [path, reading](const IsGivenUp&) {
+      if (!reading->file) reading->file = std::make_unique<FileForReading>(path);
+      reading->length = reading->file->Read(reading->piece.data(), reading->piece.size());
+    });
+  } while (reading->length > 0 && take({reading->piece.data(), reading->length}));
 }
 
 void QtFiles::WriteWhole(const std::string& path, std::string_view bytes) {
-  SaveWholeFile(path, bytes);
+  const auto kept = std::make_shared<const std::string>(bytes);
+  WaitFor(path, FileAction::kWrite,
+          [path, kept](const IsGivenUp& is_given_up) { SaveWholeFile(path, *kept, is_given_up); });
+}
+
+void QtFiles::WaitFor(const std::string& path, FileAction action,
+                      const std::function<void(const IsGivenUp&)>& work) {
+  const std::string what = "Waiting for the disk with \"" + StripFileFromPath(path) + "\"...";
+  RunBesideLoop(what, NoAnswerFrom(path, action), work, left_threads_);
 }
 
 std::unique_ptr<RowWriter> QtFiles::OpenRows(const std::string& path, bool keep) {

@@ -1,4 +1,5 @@
-// The disk.
+// The disk. Whole files are read and written beside the event loop, which goes on if that takes
+// longer than a moment.
 #pragma once
 
 #include <memory>
@@ -7,7 +8,9 @@
 #include <vector>
 
 #include "platform/files.h"
+#include "platform/qt/file_errors.h"
 #include "platform/qt/left_threads.h"
+#include "platform/qt/waiting_dialog.h"
 
 namespace tarnlink {
 
@@ -31,6 +34,9 @@ class QtFiles final : public Files {
   std::string DataFolder() const override { return data_folder_; }
 
  private:
+  void WaitFor(const std::string& path, FileAction action,
+               const std::function<void(const IsGivenUp&)>& work);
+
   std::string data_folder_;
   LeftThreads left_threads_;
 };

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <QSettings>
+#include <QTimer>
 #include <map>
 #include <string>
 #include <string_view>
 
+#include "platform/qt/left_threads.h"
 #include "platform/settings_store.h"
 
 namespace tarnlink {
@@ -21,14 +23,21 @@ class QtSettingsStore final : public SettingsStore {
   std::string Failure() override;
 
  private:
-  bool DiskHasRoom() const;
+  using Values = std::map<QString, QString>;
+
+  bool TryToWrite();
+  void Write();
   std::string Reason() const;
 
-  QSettings settings_;
-  // What is kept back from a disk that is nearly full.
-  std::map<QString, QString> kept_back_;
-  bool unsaved_ = false;
+  QSettings settings_;  // as the file was when it was last read; it is never given a value
+  // What the file does not have yet.
+  Values unsaved_;
+  bool is_writing_ = false;  // the event loop goes on meanwhile
+  bool is_readable_ = true;  // or else nothing is written, for the other values would be lost
+  QTimer later_;
+  std::string failure_;  // why the last attempt failed
   bool told_ = false;
+  LeftThreads left_threads_;
 };
 
 }  // namespace tarnlink

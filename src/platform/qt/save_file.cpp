@@ -43,13 +43,24 @@ bool SyncFailed(int handle) {
   return fsync(handle) != 0 && errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP;
 }
 
-void SyncFolder(const QString& name) {
-  const int folder = open(FolderOf(name).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (folder < 0) return;
-  // The new file is in place: a failure here leaves nothing to mend.
-  fsync(folder);
-  close(folder);
-}
+// A folder that is open. One that may be written to but not be read cannot be had, and is not
+// synced then.
+class OpenFolder {
+ public:
+  explicit OpenFolder(const QString& name)
+      : handle_(open(FolderOf(name).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
+  ~OpenFolder() {
+    if (handle_ >= 0) close(handle_);
+  }
+  OpenFolder(const OpenFolder&) = delete;
+  OpenFolder& operator=(const OpenFolder&) = delete;
+
+  bool HasFailed() const { return handle_ < 0 && errno != EACCES; }
+  bool SyncHasFailed() const { return handle_ >= 0 && SyncFailed(handle_); }
+
+ private:
+  int handle_;
+};
 
 }  // namespace
 
@@ -84,14 +95,20 @@ void FileReplacement::Sync() {
 
 void FileReplacement::Replace() {
   errno = 0;
+  const OpenFolder folder(name_);
+  if (folder.HasFailed()) Fail();
+  errno = 0;
   if (!file_.commit()) Fail();
-  SyncFolder(name_);
+  // The new file is in place, but may not be after a loss of power.
+  if (folder.SyncHasFailed()) ThrowFileError(path_, FileAction::kWrite, errno);
 }
 
-void SaveWholeFile(const std::string& path, std::string_view bytes) {
+void SaveWholeFile(const std::string& path, std::string_view bytes,
+                   const std::function<bool()>& is_given_up) {
   FileReplacement file(path);
   file.Write(bytes);
   file.Sync();
+  if (is_given_up()) return;
   file.Replace();
 }
 

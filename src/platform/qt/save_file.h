@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QSaveFile>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -17,7 +18,8 @@ class FileReplacement {
   void Write(std::string_view bytes);
   // All of it is on the disk, beside the old file.
   void Sync();
-  // Once, behind `Sync`.
+  // Once, behind `Sync`. When only the folder could not be synced it throws with the new file in
+  // place.
   void Replace();
 
  private:
@@ -29,7 +31,10 @@ class FileReplacement {
   QSaveFile file_;
 };
 
-// Throws RunTimeError 61, 70, 76 or 57. A link is followed: its target gets the bytes.
-void SaveWholeFile(const std::string& path, std::string_view bytes);
+// Throws RunTimeError 61, 70, 76 or 57. A link is followed: its target gets the bytes. Leaves the
+// old file if `is_given_up`, asked last of all, says so.
+void SaveWholeFile(
+    const std::string& path, std::string_view bytes,
+    const std::function<bool()>& is_given_up = [] { return false; });
 
 }  // namespace tarnlink

@@ -12,6 +12,7 @@
 #include <cstdlib>
 
 #include "platform/qt/file_errors.h"
+#include "platform/qt/xlsx_check.h"
 
 namespace tarnlink {
 namespace {
@@ -140,18 +141,34 @@ void XlsxStream::Put(SheetCell cell, double number) {
   worksheet_write_number(library_->sheet, RowOf(cell), ColumnOf(cell), number, nullptr);
 }
 
+// The library takes no notice of what its temporary files have not taken, so what it has made of
+// them is looked at.
 std::string_view XlsxStream::Finish() {
-  std::FILE* rows = library_->sheet->optimize_tmpfile;
-  const bool is_cut = std::fflush(rows) != 0 || std::ferror(rows) != 0;
+  const std::size_t row_bytes = FinishRows();
   const lxw_error error = workbook_close(library_->workbook);
   library_->workbook = nullptr;
-  if (is_cut) FailForTemporaryFolder(path_, folder_, kDiskFull, "is full.");
   if (error != LXW_NO_ERROR) {
     ThrowFileError(path_, FileAction::kWrite, std::string(lxw_strerror(error)));
   }
   const char* bytes = library_->memory.bytes();
   if (bytes == nullptr) ThrowFileError(path_, FileAction::kWrite, ENOMEM);
-  return {bytes, library_->memory.size()};
+  const std::string_view whole(bytes, library_->memory.size());
+  if (!IsWholeWorkbook(whole, row_bytes)) {
+    FailForTemporaryFolder(path_, folder_, kDiskFull, "did not take all of it.");
+  }
+  return whole;
+}
+
+// The bytes of all rows.
+std::size_t XlsxStream::FinishRows() {
+  lxw_worksheet_write_single_row(library_->sheet);
+  std::FILE* rows = library_->sheet->optimize_tmpfile;
+  if (std::fflush(rows) != 0 || std::ferror(rows) != 0) {
+    FailForTemporaryFolder(path_, folder_, kDiskFull, "is full.");
+  }
+  struct stat status {};
+  if (fstat(fileno(rows), &status) != 0) ThrowFileError(path_, FileAction::kWrite, errno);
+  return static_cast<std::size_t>(status.st_size);
 }
 
 }  // namespace tarnlink

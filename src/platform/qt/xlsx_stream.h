@@ -32,6 +32,8 @@ class XlsxStream {
  private:
   struct Library;
 
+  std::size_t FinishRows();
+
   std::string path_;
   std::string folder_;  // of temporary files
   std::unique_ptr<Library> library_;

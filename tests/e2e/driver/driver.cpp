@@ -124,7 +124,9 @@ void SendKey(int key, Qt::KeyboardModifiers modifiers, const QString& text) {
 
 }  // namespace
 
-Driver::Driver() : notifier_(STDIN_FILENO, QSocketNotifier::Read) {
+Driver::Driver()
+    : notifier_(STDIN_FILENO, QSocketNotifier::Read),
+      watchdog_([this](double milliseconds) { TellWaiting(milliseconds); }) {
   connect(&notifier_, &QSocketNotifier::activated, this, [this] { Read(); });
   qApp->installEventFilter(this);
 }
@@ -150,11 +152,18 @@ void Driver::Read() {
   for (qsizetype end = pending_.indexOf('\n'); end >= 0; end = pending_.indexOf('\n')) {
     const QString line = QString::fromUtf8(pending_.left(end));
     pending_.remove(0, end + 1);
+    last_command_ = line;
     QString answer = Obey(line);
     answer.replace("\r", "\\r").replace("\n", "\\n");
     std::printf("@%s\n", answer.toUtf8().constData());
     std::fflush(stdout);
   }
+}
+
+void Driver::TellWaiting(double milliseconds) const {
+  std::printf("!the window did not answer for %.0f ms, some time after: %s\n", milliseconds,
+              last_command_.toUtf8().constData());
+  std::fflush(stdout);
 }
 
 QString Driver::Obey(const QString& line) {

@@ -1,11 +1,14 @@
 // Presses, reads and pictures the widgets of the program it lives in, told by lines on standard
-// input. Each line gets one answer line on standard output, which begins with "@".
+// input. Each line gets one answer line on standard output, which begins with "@". A line that
+// begins with "!" says that the program has kept its user waiting.
 #pragma once
 
 #include <QObject>
 #include <QSocketNotifier>
 #include <QString>
 #include <QStringList>
+
+#include "watchdog.h"
 
 namespace tarnlink_driver {
 
@@ -17,6 +20,7 @@ class Driver final : public QObject {
 
  private:
   void Read();
+  void TellWaiting(double milliseconds) const;
   QString Obey(const QString& line);
   QString Press(const QString& name);
   QString Property(const QString& name, const QByteArray& property);
@@ -32,6 +36,8 @@ class Driver final : public QObject {
   QString Picture(const QString& file);
 
   QSocketNotifier notifier_;
+  QString last_command_ = "its start";
+  Watchdog watchdog_;
   QByteArray pending_;
   int mouse_time_ = 0;  // ms
 };

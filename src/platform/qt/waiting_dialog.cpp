@@ -1,0 +1,149 @@
+#include "platform/qt/waiting_dialog.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QEventLoop>
+#include <QLabel>
+#include <QProgressBar>
+#include <QProgressDialog>
+#include <QThread>
+#include <QTimer>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <exception>
+#include <mutex>
+#include <thread>
+
+#include "common/run_time_error.h"
+#include "platform/qt/qt_text.h"
+
+namespace tarnlink {
+namespace {
+
+using std::chrono::milliseconds;
+
+// So long the window stands still, which nobody sees.
+constexpr milliseconds kUnseen{50};
+// So long the user's keys and clicks are kept back, and nothing is shown.
+constexpr milliseconds kUntilShown{500};
+
+// Between the two threads; kept by both, since the caller may go first.
+struct Shared {
+  std::mutex mutex;
+  std::condition_variable ended;
+  bool has_ended = false;
+  std::exception_ptr failure;
+  QObject* listener = nullptr;  // told of the end while it is there
+  std::atomic<bool> is_given_up = false;
+  std::shared_ptr<std::atomic<bool>> may_join = std::make_shared<std::atomic<bool>>(false);
+};
+
+void Work(const std::function<void(const IsGivenUp&)>& work, Shared& shared,
+          const std::function<void(QObject*)>& tell) {
+  std::exception_ptr failure;
+  try {
+    work([&shared] { return shared.is_given_up.load(); });
+  } catch (...) {
+    failure = std::current_exception();
+  }
+  const std::lock_guard lock(shared.mutex);
+  shared.failure = failure;
+  shared.has_ended = true;
+  shared.ended.notify_all();
+  if (shared.listener != nullptr) tell(shared.listener);
+}
+
+// The listener of the end: ends the loop that runs on it.
+class Listener final : public QObject {
+ public:
+  explicit Listener(Shared& shared) : shared_(shared) {
+    const std::lock_guard lock(shared_.mutex);
+    shared_.listener = this;
+  }
+  ~Listener() override {
+    const std::lock_guard lock(shared_.mutex);
+    shared_.listener = nullptr;
+  }
+  Listener(const Listener&) = delete;
+  Listener& operator=(const Listener&) = delete;
+
+  bool HasEnded() const {
+    const std::lock_guard lock(shared_.mutex);
+    return shared_.has_ended;
+  }
+
+  std::function<void()> on_end;
+
+ private:
+  Shared& shared_;
+};
+
+// Whether the end came before anything had to be shown.
+bool EndsUnshown(Listener& listener) {
+  QEventLoop loop;
+  QTimer::singleShot(kUntilShown, &loop, &QEventLoop::quit);
+  listener.on_end = [&loop] { loop.quit(); };
+  if (!listener.HasEnded()) loop.exec(QEventLoop::ExcludeUserInputEvents);
+  listener.on_end = {};
+  return listener.HasEnded();
+}
+
+// Whether the end came before the user had enough.
+bool EndsShown(const std::string& what, Listener& listener) {
+  QWidget* dialog = QApplication::activeModalWidget();
+  QProgressDialog window(dialog != nullptr ? dialog : QApplication::activeWindow());
+  window.setObjectName(QStringLiteral("Waiting"));
+  window.setWindowTitle(QStringLiteral("TarnLink"));
+  auto* label = new QLabel(ToQt(what));
+  label->setTextFormat(Qt::PlainText);
+  window.setLabel(label);
+  window.setCancelButtonText(QObject::tr("Stop &waiting"));
+  window.setRange(0, 0);
+  window.setWindowModality(Qt::ApplicationModal);
+  listener.on_end = [&window] { window.accept(); };
+  if (!listener.HasEnded()) window.exec();
+  listener.on_end = {};
+  return listener.HasEnded();
+}
+
+}  // namespace
+
+void RunBesideLoop(const std::string& what, const std::string& given_up,
+                   const std::function<void(const IsGivenUp&)>& work, LeftThreads& left) {
+  if (qobject_cast<QApplication*>(qApp) == nullptr || QThread::currentThread() != qApp->thread()) {
+    return work([] { return false; });
+  }
+  const auto shared = std::make_shared<Shared>();
+  const auto tell = [](QObject* listener) {
+    QMetaObject::invokeMethod(
+        listener,
+        [listener] {
+          auto& told = static_cast<Listener&>(*listener);
+          if (told.on_end) told.on_end();
+        },
+        Qt::QueuedConnection);
+  };
+  std::thread thread([shared, work, tell] {
+    Work(work, *shared, tell);
+    *shared->may_join = true;
+  });
+  bool has_ended = false;
+  {
+    std::unique_lock lock(shared->mutex);
+    has_ended = shared->ended.wait_for(lock, kUnseen, [&] { return shared->has_ended; });
+  }
+  if (!has_ended) {
+    Listener listener(*shared);
+    has_ended = EndsUnshown(listener) || EndsShown(what, listener);
+  }
+  if (!has_ended) {
+    shared->is_given_up = true;
+    left.Add(std::move(thread), shared->may_join);
+    throw RunTimeError(kDeviceIo, given_up);
+  }
+  thread.join();
+  if (shared->failure) std::rethrow_exception(shared->failure);
+}
+
+}  // namespace tarnlink

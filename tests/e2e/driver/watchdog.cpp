@@ -1,0 +1,63 @@
+#include "watchdog.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <chrono>
+
+namespace tarnlink_driver {
+namespace {
+
+using std::chrono::milliseconds;
+
+// A wait that begins just behind an answer is seen from the next question on.
+constexpr milliseconds kBetweenQuestions{10};
+constexpr milliseconds kLongestSeen = tarnlink::kLongestWait - kBetweenQuestions;
+
+const QEvent::Type kQuestionType = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+class Question final : public QEvent {
+ public:
+  explicit Question(std::chrono::nanoseconds now) : QEvent(kQuestionType), asked(now) {}
+  const std::chrono::nanoseconds asked;
+};
+
+}  // namespace
+
+Watchdog::Watchdog(std::function<void(double)> tell)
+    : tell_(std::move(tell)), asker_([this] { Ask(); }) {}
+
+Watchdog::~Watchdog() {
+  {
+    const std::lock_guard lock(mutex_);
+    over_ = true;
+  }
+  wake_.notify_all();
+  asker_.join();
+}
+
+void Watchdog::Ask() {
+  std::unique_lock lock(mutex_);
+  while (!over_) {
+    answered_ = false;
+    QCoreApplication::postEvent(this, new Question(time_.Now()));
+    wake_.wait(lock, [this] { return answered_ || over_; });
+    wake_.wait_for(lock, kBetweenQuestions, [this] { return over_; });
+  }
+}
+
+bool Watchdog::event(QEvent* event) {
+  if (event->type() != kQuestionType) return QObject::event(event);
+  const auto waited = time_.Now() - static_cast<const Question*>(event)->asked;
+  if (loop_runs_ && tarnlink::kWaitingCounts && waited > kLongestSeen) {
+    tell_(std::chrono::duration<double, std::milli>(waited).count());
+  }
+  loop_runs_ = true;
+  {
+    const std::lock_guard lock(mutex_);
+    answered_ = true;
+  }
+  wake_.notify_all();
+  return true;
+}
+
+}  // namespace tarnlink_driver
