@@ -1,0 +1,16 @@
+#include "fuzz/decoders/decoders.h"
+
+namespace tarnlink {
+
+std::vector<FuzzTarget> DecoderTargets() {
+  return {
+      AnswerFramesTarget(),      EepromLineTarget(),      FrameBytesTarget(),
+      LineDoubtTarget(),         ModbusFramesTarget(),    ModbusResponsesTarget(),
+      PanelAnswersTarget(),      ParameterAnswerTarget(), ServiceLineTarget(),
+      SnifferFramesTarget(),     TarnlinkFramesTarget(),  TarnlinkResponsesTarget(),
+      WriteAcknowledgesTarget(), ZoltCrcTarget(),         ZoltFramesTarget(),
+      ZoltMessagesTarget(),      ZoltResponsesTarget(),
+  };
+}
+
+}  // namespace tarnlink
