@@ -30,6 +30,14 @@ void* TakeAligned(std::size_t size, std::align_val_t alignment) {
   return Counted(std::aligned_alloc(align, (size + align - 1) / align * align));
 }
 
+void* TakeIfThereIs(std::size_t size) noexcept {
+  try {
+    return Take(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 void GiveBack(void* block) {
   if (block == nullptr) return;
   held -= malloc_usable_size(block);
@@ -54,6 +62,13 @@ void* operator new(std::size_t size, std::align_val_t alignment) {
 }
 void* operator new[](std::size_t size, std::align_val_t alignment) {
   return tarnlink::TakeAligned(size, alignment);
+}
+// The library's own would do with the ones above; under a sanitizer they would be its.
+void* operator new(std::size_t size, const std::nothrow_t& /*none*/) noexcept {
+  return tarnlink::TakeIfThereIs(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t& /*none*/) noexcept {
+  return tarnlink::TakeIfThereIs(size);
 }
 void operator delete(void* block) noexcept { tarnlink::GiveBack(block); }
 void operator delete[](void* block) noexcept { tarnlink::GiveBack(block); }

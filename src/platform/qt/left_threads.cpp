@@ -1,7 +1,5 @@
 #include "platform/qt/left_threads.h"
 
-#include <condition_variable>
-#include <mutex>
 #include <utility>
 
 namespace tarnlink {
@@ -25,10 +23,8 @@ LeftThreads::~LeftThreads() {
 
 bool LeftThreads::EndsBy(std::chrono::steady_clock::time_point end,
                          const std::atomic<bool>& has_ended) {
-  std::mutex mutex;
-  std::condition_variable nobody;
-  std::unique_lock lock(mutex);
-  while (!has_ended && std::chrono::steady_clock::now() < end) nobody.wait_for(lock, kLook);
+  std::unique_lock lock(mutex_);
+  while (!has_ended && std::chrono::steady_clock::now() < end) nobody_.wait_for(lock, kLook);
   return has_ended;
 }
 

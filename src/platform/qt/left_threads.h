@@ -3,7 +3,9 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <memory>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -23,7 +25,7 @@ class LeftThreads {
   void Add(std::thread thread, std::shared_ptr<const std::atomic<bool>> has_ended);
 
  private:
-  static bool EndsBy(std::chrono::steady_clock::time_point end, const std::atomic<bool>& has_ended);
+  bool EndsBy(std::chrono::steady_clock::time_point end, const std::atomic<bool>& has_ended);
 
   struct Left {
     std::thread thread;
@@ -31,6 +33,8 @@ class LeftThreads {
   };
 
   std::chrono::milliseconds patience_;
+  std::mutex mutex_;
+  std::condition_variable nobody_;  // wakes: the threads only leave their mark
   std::vector<Left> left_;
 };
 

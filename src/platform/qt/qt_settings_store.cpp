@@ -52,7 +52,8 @@ bool WriteOver(std::map<QString, QString> values, const IsGivenUp& is_given_up) 
   const QString path = present.fileName();
   QDir().mkpath(QFileInfo(path).absolutePath());
   QLockFile lock(path + ".lock");
-  lock.tryLock(static_cast<int>(kLockBound.count()));
+  // Who holds it longer than that has ended or hangs.
+  [[maybe_unused]] const bool is_mine = lock.tryLock(static_cast<int>(kLockBound.count()));
   present.sync();
   if (present.status() == QSettings::AccessError) return false;
   for (const QString& key : present.allKeys()) {
