@@ -586,7 +586,8 @@ TEST_P(ToolRates, TheSnifferKnowsSoundFramesOnly) {
     return SnifferPart(seed).Exchanges(rate, exchanges);
   });
   EXPECT_GT(all.shown, 0);
-  EXPECT_EQ(all.wrong, 0);
+  // By chance a check holds over an ID of what is no digit.
+  EXPECT_LE(all.wrong, MostHits(all.faults, kOneIn));
 }
 
 std::string NameOfRate(const testing::TestParamInfo<double>& rate) {
