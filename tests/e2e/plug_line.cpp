@@ -10,11 +10,17 @@ namespace e2e {
 namespace {
 
 constexpr int kDefaultPlugs = 5;
-constexpr int kKinds = 5;  // of pulling
+constexpr int kMany = 500;  // cycles, in whose second half the caches are filled
+constexpr int kKinds = 5;   // of pulling
 constexpr Pull kMeasured = Pull::kInAnswer;
 constexpr double kHighestShare = 0.05;  // of a processor
 constexpr std::int64_t kKibibyte = 1024;
-constexpr std::int64_t kMostKibibytes = 1024;  // that the second half of many cycles may add
+// What may be open in passing, such as a folder that is being looked at. A leak of one a cycle is
+// more than that in the shortest run.
+constexpr int kMostPassingFiles = 2;
+// What the second half of many cycles may add: Qt's caches of pictures and letters are bounded, but
+// grow for longer than that.
+constexpr std::int64_t kMostKibibytes = 4096;
 
 }  // namespace
 
@@ -148,9 +154,11 @@ void PlugLine::LookBack(const PlugSubject& subject) const {
   ASSERT_FALSE(held_.empty()) << "Too few cycles.";
   const std::size_t half = held_.size() / 2;
   std::vector<double> blocks;
+  std::vector<double> bytes;
   for (std::size_t i = half; i < held_.size(); ++i) {
     blocks.push_back(static_cast<double>(held_[i].blocks) / kKinds);
-    EXPECT_LE(held_[i].files, files_at_rest_) << subject.name;
+    bytes.push_back(static_cast<double>(held_[i].bytes) / kKinds);
+    EXPECT_LE(held_[i].files, files_at_rest_ + kMostPassingFiles) << subject.name;
   }
   const double slope = Slope(blocks);
   const auto growth = (held_.back().resident - held_[half].resident) / kKibibyte;
@@ -160,9 +168,12 @@ void PlugLine::LookBack(const PlugSubject& subject) const {
     std::cout << "\n";
     return;
   }
-  EXPECT_LT(slope, subject.most_blocks) << subject.name;
-  EXPECT_LT(growth, kMostKibibytes) << subject.name;
-  std::cout << ", behind the first half " << slope << " blocks a cycle and " << growth << " KiB\n";
+  if (Plugs() >= kMany) {
+    EXPECT_LT(slope, subject.most_blocks) << subject.name;
+    EXPECT_LT(growth, kMostKibibytes) << subject.name;
+  }
+  std::cout << ", behind the first half " << slope << " blocks and " << Slope(bytes)
+            << " bytes of the heap a cycle, " << growth << " KiB of memory in all\n";
 }
 
 }  // namespace e2e

@@ -86,6 +86,7 @@ Holding PlugWatch::Look() {
   file >> size >> resident;
   return {.files = Files(),
           .blocks = heap_ == nullptr ? 0 : heap_->blocks.load(),
+          .bytes = heap_ == nullptr ? 0 : heap_->bytes.load(),
           .resident = resident * sysconf(_SC_PAGESIZE)};
 }
 

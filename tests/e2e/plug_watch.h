@@ -15,6 +15,7 @@ struct HeapCount;
 struct Holding {
   int files = 0;              // open descriptors
   std::int64_t blocks = 0;    // of the heap; 0 where nothing counts them
+  std::int64_t bytes = 0;     // of the heap
   std::int64_t resident = 0;  // bytes of memory
 };
 
