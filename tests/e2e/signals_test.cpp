@@ -56,6 +56,8 @@ TEST_P(EndOfASessionWithAUser, AsksAboutAChangedScreenAndStaysIfTheUserWants) {
     ASSERT_TRUE(program.Becomes("modal", kQuestion));
     program.Key("Escape");
     ASSERT_TRUE(program.Becomes("modal", "none"));
+    // The box is gone before the question has been answered to who asked it.
+    for (int i = 0; i < 3; ++i) ASSERT_NE(program.Ask("title frm_Main"), "");
   }
   program.process().Signal(GetParam());
   ASSERT_TRUE(program.Becomes("modal", kQuestion));
