@@ -3,36 +3,75 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <charconv>
-#include <cstdint>
-#include <string>
+#include <cstdio>
+#include <sstream>
+#include <vector>
 
 namespace tarnlink {
+namespace {
+
+constexpr double kNanosecondsPerMillisecond = 1e6;
+
+int Open(const char* name) {
+  return open(("/proc/self/task/" + std::to_string(gettid()) + "/" + name).c_str(),
+              O_RDONLY | O_CLOEXEC);
+}
+
+// The numbers that an open file begins with, behind the last word in brackets or letters.
+std::vector<double> Numbers(int file) {
+  char text[512];
+  const ssize_t length = file < 0 ? -1 : pread(file, text, sizeof text, 0);
+  if (length <= 0) return {};
+  const std::string line(text, static_cast<std::size_t>(length));
+  std::istringstream words(
+      line.substr(line.rfind(')') == std::string::npos ? 0 : line.rfind(')') + 2));
+  std::vector<double> numbers;
+  for (std::string word; words >> word;) numbers.push_back(std::atof(word.c_str()));
+  return numbers;
+}
+
+double At(const std::vector<double>& numbers, std::size_t place) {
+  return place < numbers.size() ? numbers[place] : 0;
+}
+
+}  // namespace
 
 ThreadTime::ThreadTime()
-    : file_(open(("/proc/self/task/" + std::to_string(gettid()) + "/schedstat").c_str(),
-                 O_RDONLY | O_CLOEXEC)) {}
+    : schedule_(Open("schedstat")),
+      state_(Open("stat")),
+      machine_(open("/proc/stat", O_RDONLY | O_CLOEXEC)) {}
 
 ThreadTime::~ThreadTime() {
-  if (file_ >= 0) close(file_);
+  for (const int file : {schedule_, state_, machine_}) {
+    if (file >= 0) close(file);
+  }
 }
 
 std::chrono::nanoseconds ThreadTime::Now() const {
-  return std::chrono::steady_clock::now().time_since_epoch() - Waited();
+  constexpr std::size_t kWaited = 1;
+  const auto waited = static_cast<std::int64_t>(At(Numbers(schedule_), kWaited));
+  return std::chrono::steady_clock::now().time_since_epoch() - std::chrono::nanoseconds(waited);
 }
 
-// The file's second number: nanoseconds for which the thread could have run and did not.
-std::chrono::nanoseconds ThreadTime::Waited() const {
-  char text[64];
-  const ssize_t length = file_ < 0 ? -1 : pread(file_, text, sizeof text, 0);
-  if (length <= 0) return {};
-  const char* const end = text + length;
-  std::int64_t running = 0;
-  std::int64_t waiting = 0;
-  const auto first = std::from_chars(text, end, running);
-  if (first.ptr == end) return {};
-  std::from_chars(first.ptr + 1, end, waiting);
-  return std::chrono::nanoseconds(waiting);
+ThreadAccount ThreadTime::Account() const {
+  constexpr std::size_t kPagesRead = 9;  // behind the thread's name
+  constexpr std::size_t kStolen = 8;     // behind "cpu"
+  const std::vector<double> schedule = Numbers(schedule_);
+  const double tick = 1000.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
+  return {.ran = At(schedule, 0) / kNanosecondsPerMillisecond,
+          .waited = At(schedule, 1) / kNanosecondsPerMillisecond,
+          .stolen = At(Numbers(machine_), kStolen) * tick,
+          .pages = At(Numbers(state_), kPagesRead)};
+}
+
+std::string Between(const ThreadAccount& begin, const ThreadAccount& end) {
+  char text[200];
+  std::snprintf(text, sizeof text,
+                "ran for %.0f ms, waited %.0f ms for a processor, %.0f pages came from the disk, "
+                "%.0f ms went to the machine's host",
+                end.ran - begin.ran, end.waited - begin.waited, end.pages - begin.pages,
+                end.stolen - begin.stolen);
+  return text;
 }
 
 }  // namespace tarnlink

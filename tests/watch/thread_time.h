@@ -3,8 +3,17 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 
 namespace tarnlink {
+
+// What a thread has done until some moment, for who has to find out what kept it.
+struct ThreadAccount {
+  double ran = 0;     // ms on a processor
+  double waited = 0;  // ms for a processor that others had
+  double stolen = 0;  // ms that the machine's host took from all processors together
+  double pages = 0;   // of the program that had to be read from the disk
+};
 
 class ThreadTime {
  public:
@@ -16,11 +25,12 @@ class ThreadTime {
 
   // Any thread may ask. Where the system does not tell the waiting it is the clock's time.
   std::chrono::nanoseconds Now() const;
+  ThreadAccount Account() const;  // likewise
 
  private:
-  std::chrono::nanoseconds Waited() const;
-
-  int file_;
+  int schedule_;
+  int state_;
+  int machine_;
 };
 
 // How long the window may keep its user waiting. Code that is not optimised, or looked at by
@@ -31,5 +41,8 @@ inline constexpr bool kWaitingCounts = true;
 inline constexpr bool kWaitingCounts = false;
 #endif
 inline constexpr std::chrono::milliseconds kLongestWait{100};
+
+// "ran for 3 ms, ...", what lies between two accounts.
+std::string Between(const ThreadAccount& begin, const ThreadAccount& end);
 
 }  // namespace tarnlink

@@ -126,7 +126,9 @@ void SendKey(int key, Qt::KeyboardModifiers modifiers, const QString& text) {
 
 Driver::Driver()
     : notifier_(STDIN_FILENO, QSocketNotifier::Read),
-      watchdog_([this](double milliseconds) { TellWaiting(milliseconds); }) {
+      watchdog_([this](double milliseconds, const std::string& account) {
+        TellWaiting(milliseconds, account);
+      }) {
   connect(&notifier_, &QSocketNotifier::activated, this, [this] { Read(); });
   qApp->installEventFilter(this);
 }
@@ -160,9 +162,9 @@ void Driver::Read() {
   }
 }
 
-void Driver::TellWaiting(double milliseconds) const {
-  std::printf("!the window did not answer for %.0f ms, some time after: %s\n", milliseconds,
-              last_command_.toUtf8().constData());
+void Driver::TellWaiting(double milliseconds, const std::string& account) const {
+  std::printf("!the window did not answer for %.0f ms (%s), some time after: %s\n", milliseconds,
+              account.c_str(), last_command_.toUtf8().constData());
   std::fflush(stdout);
 }
 

@@ -20,7 +20,7 @@ class Driver final : public QObject {
 
  private:
   void Read();
-  void TellWaiting(double milliseconds) const;
+  void TellWaiting(double milliseconds, const std::string& account) const;
   QString Obey(const QString& line);
   QString Press(const QString& name);
   QString Property(const QString& name, const QByteArray& property);

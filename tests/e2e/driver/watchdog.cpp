@@ -17,13 +17,15 @@ const QEvent::Type kQuestionType = static_cast<QEvent::Type>(QEvent::registerEve
 
 class Question final : public QEvent {
  public:
-  explicit Question(std::chrono::nanoseconds now) : QEvent(kQuestionType), asked(now) {}
+  explicit Question(const tarnlink::ThreadTime& time)
+      : QEvent(kQuestionType), asked(time.Now()), account(time.Account()) {}
   const std::chrono::nanoseconds asked;
+  const tarnlink::ThreadAccount account;
 };
 
 }  // namespace
 
-Watchdog::Watchdog(std::function<void(double)> tell)
+Watchdog::Watchdog(std::function<void(double, const std::string&)> tell)
     : tell_(std::move(tell)), asker_([this] { Ask(); }) {}
 
 Watchdog::~Watchdog() {
@@ -39,7 +41,7 @@ void Watchdog::Ask() {
   std::unique_lock lock(mutex_);
   while (!over_) {
     answered_ = false;
-    QCoreApplication::postEvent(this, new Question(time_.Now()));
+    QCoreApplication::postEvent(this, new Question(time_));
     wake_.wait(lock, [this] { return answered_ || over_; });
     wake_.wait_for(lock, kBetweenQuestions, [this] { return over_; });
   }
@@ -47,9 +49,11 @@ void Watchdog::Ask() {
 
 bool Watchdog::event(QEvent* event) {
   if (event->type() != kQuestionType) return QObject::event(event);
-  const auto waited = time_.Now() - static_cast<const Question*>(event)->asked;
+  const auto* question = static_cast<const Question*>(event);
+  const auto waited = time_.Now() - question->asked;
   if (loop_runs_ && tarnlink::kWaitingCounts && waited > kLongestSeen) {
-    tell_(std::chrono::duration<double, std::milli>(waited).count());
+    tell_(std::chrono::duration<double, std::milli>(waited).count(),
+          Between(question->account, time_.Account()));
   }
   loop_runs_ = true;
   {

@@ -16,8 +16,8 @@ namespace tarnlink_driver {
 class Watchdog final : public QObject {
  public:
   // `tell` is called in the thread that makes this, with the milliseconds of each wait that was too
-  // long. What comes before the loop runs is no waiting.
-  explicit Watchdog(std::function<void(double)> tell);
+  // long and what the thread did in them. What comes before the loop runs is no waiting.
+  explicit Watchdog(std::function<void(double, const std::string&)> tell);
   ~Watchdog() override;
 
   bool event(QEvent* event) override;
@@ -25,7 +25,7 @@ class Watchdog final : public QObject {
  private:
   void Ask();
 
-  const std::function<void(double)> tell_;
+  const std::function<void(double, const std::string&)> tell_;
   const tarnlink::ThreadTime time_;  // of the event loop's thread
   std::mutex mutex_;
   std::condition_variable wake_;
