@@ -66,6 +66,18 @@ TEST_F(WaitingDialogTest, ShortWorkIsDoneBeforeAnythingElseHappens) {
   EXPECT_FALSE(ticked);
 }
 
+TEST_F(WaitingDialogTest, ManyShortWorksDoNotHoldUpTimersTogether) {
+  bool ticked = false;
+  QTimer::singleShot(0, qApp, [&] { ticked = true; });
+  const auto last_a_millisecond = [this](const IsGivenUp&) {
+    finished_.wait_for(std::chrono::milliseconds(1));
+  };
+  for (int works = 0; works < 100 && !ticked; ++works) {
+    RunBesideLoop("Waiting...", "No answer.", last_a_millisecond, left_);
+  }
+  EXPECT_TRUE(ticked);
+}
+
 TEST_F(WaitingDialogTest, WhatTheWorkThrowsComesOut) {
   Finish();
   EXPECT_EQ(ErrorOf([&] { Run([] { throw RunTimeError(kDiskFull, "full"); }); }), kDiskFull);

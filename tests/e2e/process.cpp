@@ -35,7 +35,8 @@ Process::Process(const std::vector<std::string>& command,
   arguments.push_back(nullptr);
   pid_ = fork();
   if (pid_ == 0) {
-    signal(SIGPIPE, SIG_DFL);
+    // Whoever runs the tests may have had some ignored.
+    for (const int number : {SIGPIPE, SIGINT, SIGTERM, SIGHUP}) signal(number, SIG_DFL);
     dup2(to[0], STDIN_FILENO);
     dup2(from[1], STDOUT_FILENO);
     for (const auto& [name, value] : environment) setenv(name.c_str(), value.c_str(), 1);

@@ -25,6 +25,9 @@ class EventWatch final : public GuardedApplication {
  private:
   const ThreadTime time_;
   int depth_ = 0;
+  // What was taken by the machine's host until shortly before the event.
+  std::chrono::nanoseconds stolen_{};
+  std::chrono::nanoseconds looked_{};
   double longest_ = 0;
   std::string what_;
 };

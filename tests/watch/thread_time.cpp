@@ -53,14 +53,19 @@ std::chrono::nanoseconds ThreadTime::Now() const {
   return std::chrono::steady_clock::now().time_since_epoch() - std::chrono::nanoseconds(waited);
 }
 
+std::chrono::nanoseconds ThreadTime::Stolen() const {
+  constexpr std::size_t kStolen = 8;  // behind "cpu"
+  const double ticks = At(Numbers(machine_), kStolen);
+  return std::chrono::nanoseconds(std::chrono::seconds(1)) / sysconf(_SC_CLK_TCK) *
+         static_cast<std::int64_t>(ticks);
+}
+
 ThreadAccount ThreadTime::Account() const {
   constexpr std::size_t kPagesRead = 9;  // behind the thread's name
-  constexpr std::size_t kStolen = 8;     // behind "cpu"
   const std::vector<double> schedule = Numbers(schedule_);
-  const double tick = 1000.0 / static_cast<double>(sysconf(_SC_CLK_TCK));
   return {.ran = At(schedule, 0) / kNanosecondsPerMillisecond,
           .waited = At(schedule, 1) / kNanosecondsPerMillisecond,
-          .stolen = At(Numbers(machine_), kStolen) * tick,
+          .stolen = std::chrono::duration<double, std::milli>(Stolen()).count(),
           .pages = At(Numbers(state_), kPagesRead)};
 }
 

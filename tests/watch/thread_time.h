@@ -27,6 +27,10 @@ class ThreadTime {
   std::chrono::nanoseconds Now() const;
   ThreadAccount Account() const;  // likewise
 
+  // What the machine's host has taken from it, all processors together: it looks as if the thread
+  // had run. Counted in steps of 10 ms.
+  std::chrono::nanoseconds Stolen() const;
+
  private:
   int schedule_;
   int state_;

@@ -8,6 +8,7 @@
 #include <QProgressDialog>
 #include <QThread>
 #include <QTimer>
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -27,6 +28,21 @@ using std::chrono::milliseconds;
 constexpr milliseconds kUnseen{50};
 // So long the user's keys and clicks are kept back, and nothing is shown.
 constexpr milliseconds kUntilShown{500};
+
+// What of it is left. Several pieces of work may come behind one another before the loop goes round
+// again: they share it.
+milliseconds unseen_left = kUnseen;
+
+// Whether the end came while nobody could notice.
+template <typename Wait>
+bool EndsUnseen(const Wait& wait) {
+  const auto begin = std::chrono::steady_clock::now();
+  const bool has_ended = wait(unseen_left);
+  const auto spent = std::chrono::steady_clock::now() - begin;
+  unseen_left -= std::min(unseen_left, std::chrono::ceil<milliseconds>(spent));
+  QTimer::singleShot(0, qApp, [] { unseen_left = kUnseen; });
+  return has_ended;
+}
 
 // Between the two threads; kept by both, since the caller may go first.
 struct Shared {
@@ -128,11 +144,10 @@ void RunBesideLoop(const std::string& what, const std::string& given_up,
     Work(work, *shared, tell);
     *shared->may_join = true;
   });
-  bool has_ended = false;
-  {
+  bool has_ended = EndsUnseen([&](milliseconds bound) {
     std::unique_lock lock(shared->mutex);
-    has_ended = shared->ended.wait_for(lock, kUnseen, [&] { return shared->has_ended; });
-  }
+    return shared->ended.wait_for(lock, bound, [&] { return shared->has_ended; });
+  });
   if (!has_ended) {
     Listener listener(*shared);
     has_ended = EndsUnshown(listener) || EndsShown(what, listener);

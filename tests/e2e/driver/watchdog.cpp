@@ -15,15 +15,15 @@ constexpr milliseconds kLongestSeen = tarnlink::kLongestWait - kBetweenQuestions
 
 const QEvent::Type kQuestionType = static_cast<QEvent::Type>(QEvent::registerEventType());
 
-class Question final : public QEvent {
+}  // namespace
+
+class Watchdog::Question final : public QEvent {
  public:
   explicit Question(const tarnlink::ThreadTime& time)
       : QEvent(kQuestionType), asked(time.Now()), account(time.Account()) {}
   const std::chrono::nanoseconds asked;
   const tarnlink::ThreadAccount account;
 };
-
-}  // namespace
 
 Watchdog::Watchdog(std::function<void(double, const std::string&)> tell)
     : tell_(std::move(tell)), asker_([this] { Ask(); }) {}
@@ -47,14 +47,18 @@ void Watchdog::Ask() {
   }
 }
 
+void Watchdog::Judge(const Question& question) const {
+  const auto waited = time_.Now() - question.asked;
+  if (waited <= kLongestSeen) return;
+  const tarnlink::ThreadAccount now = time_.Account();
+  const double own = std::chrono::duration<double, std::milli>(waited).count() -
+                     (now.stolen - question.account.stolen);
+  if (own > kLongestSeen.count()) tell_(own, Between(question.account, now));
+}
+
 bool Watchdog::event(QEvent* event) {
   if (event->type() != kQuestionType) return QObject::event(event);
-  const auto* question = static_cast<const Question*>(event);
-  const auto waited = time_.Now() - question->asked;
-  if (loop_runs_ && tarnlink::kWaitingCounts && waited > kLongestSeen) {
-    tell_(std::chrono::duration<double, std::milli>(waited).count(),
-          Between(question->account, time_.Account()));
-  }
+  if (loop_runs_ && tarnlink::kWaitingCounts) Judge(*static_cast<const Question*>(event));
   loop_runs_ = true;
   {
     const std::lock_guard lock(mutex_);

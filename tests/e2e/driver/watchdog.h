@@ -23,7 +23,10 @@ class Watchdog final : public QObject {
   bool event(QEvent* event) override;
 
  private:
+  class Question;
+
   void Ask();
+  void Judge(const Question& question) const;
 
   const std::function<void(double, const std::string&)> tell_;
   const tarnlink::ThreadTime time_;  // of the event loop's thread
