@@ -3,7 +3,7 @@
 #include <fstream>
 
 #include "contract/dialogs_benches.h"
-#include "contract/machine.h"
+#include "support/temporary_folder.h"
 
 namespace tarnlink {
 namespace {

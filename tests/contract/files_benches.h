@@ -8,6 +8,7 @@
 #include "contract/machine.h"
 #include "platform/qt/qt_files.h"
 #include "support/fake_files.h"
+#include "support/temporary_folder.h"
 
 namespace tarnlink {
 

@@ -29,21 +29,6 @@ class PtyPair {
   std::string path_;
 };
 
-// A folder that goes away with everything in it.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  const std::string& path() const { return path_; }
-  std::string operator/(std::string_view name) const { return path_ + "/" + std::string(name); }
-
- private:
-  std::string path_;
-};
-
 // While this lives, a test that runs as root has an ordinary user's rights.
 class OrdinaryUser {
  public:

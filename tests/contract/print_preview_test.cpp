@@ -21,6 +21,7 @@
 #include "contract/dialogs_benches.h"
 #include "contract/machine.h"
 #include "contract/pdf_reader.h"
+#include "support/temporary_folder.h"
 
 namespace tarnlink {
 namespace {

@@ -12,8 +12,8 @@
 #include <fstream>
 
 #include "contract/dialogs_benches.h"
-#include "contract/machine.h"
 #include "platform/qt/file_filter.h"
+#include "support/temporary_folder.h"
 
 namespace tarnlink {
 namespace {

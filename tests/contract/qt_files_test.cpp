@@ -1,13 +1,12 @@
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <QScopeGuard>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 
 #include "common/run_time_error.h"
+#include "contract/file_size_limit.h"
 #include "contract/files_benches.h"
 #include "contract/loops.h"
 
@@ -15,27 +14,6 @@ namespace tarnlink {
 namespace {
 
 namespace fs = std::filesystem;
-
-// While this lives, no file can grow beyond `bytes`: the rest of a write is cut off.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) : handler_(signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &before_);
-    rlimit limit = before_;
-    limit.rlim_cur = bytes;
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() {
-    setrlimit(RLIMIT_FSIZE, &before_);
-    signal(SIGXFSZ, handler_);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  void (*handler_)(int);
-  rlimit before_{};
-};
 
 int FilesIn(const std::string& folder) {
   int count = 0;

@@ -15,6 +15,7 @@
 #include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_timer.h"
 #include "support/fake_world.h"
+#include "support/temporary_folder.h"
 
 namespace tarnlink {
 

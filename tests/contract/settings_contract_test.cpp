@@ -1,42 +1,21 @@
 #include <gtest/gtest.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 
 #include <QSettings>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
 
+#include "contract/file_size_limit.h"
 #include "contract/loops.h"
 #include "contract/machine.h"
 #include "platform/qt/qt_settings_store.h"
 #include "support/fake_settings_store.h"
+#include "support/temporary_folder.h"
 
 namespace tarnlink {
 namespace {
-
-// While this lives, no file can grow beyond `bytes`.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) : handler_(signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &before_);
-    rlimit limit = before_;
-    limit.rlim_cur = bytes;
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() {
-    setrlimit(RLIMIT_FSIZE, &before_);
-    signal(SIGXFSZ, handler_);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  void (*handler_)(int);
-  rlimit before_{};
-};
 
 class FakeStoreBench {
  public:

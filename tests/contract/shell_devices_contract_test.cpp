@@ -8,6 +8,7 @@
 #include "contract/machine.h"
 #include "platform/qt/qt_port_devices.h"
 #include "platform/qt/qt_shell.h"
+#include "support/temporary_folder.h"
 
 namespace tarnlink {
 namespace {

@@ -88,11 +88,13 @@ TEST_F(WaitingDialogTest, TimersGoOnMeanwhileAndNoWindowFlickers) {
   QTimer timer;
   timer.callOnTimeout([&] {
     EXPECT_EQ(Window(), nullptr);
+    EXPECT_TRUE(qApp->property(kInputKeptBack).toBool());
     if (++ticks == 5) Finish();
   });
   timer.start(1);
   Run();
   EXPECT_EQ(ticks, 5);
+  EXPECT_FALSE(qApp->property(kInputKeptBack).toBool());
 }
 
 TEST_F(WaitingDialogTest, WhatLateWorkThrowsComesOutToo) {
@@ -105,6 +107,7 @@ TEST_F(WaitingDialogTest, LongWorkIsToldInPlainTextAndTheWindowGoesWithIt) {
     const auto* label = window.findChild<QLabel*>();
     EXPECT_EQ(label->text(), "Waiting for the disk with <b>a.wcr...");
     EXPECT_EQ(label->textFormat(), Qt::PlainText);
+    EXPECT_FALSE(qApp->property(kInputKeptBack).toBool()) << "for its button";
     Finish();
   });
   Run();

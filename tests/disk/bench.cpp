@@ -24,17 +24,6 @@ bool IsFull() {
   return form != nullptr && std::string(form) == "full";
 }
 
-TestFolder::TestFolder() {
-  std::string name = fs::temp_directory_path() / "tarnlink-disk-XXXXXX";
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("There is no room in " + name);
-  path_ = fs::canonical(name).string();
-}
-
-TestFolder::~TestFolder() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
-}
-
 Bench::Bench(const Kind& kind, int size) : kind_(kind), size_(size) {
   Lay(kNone);
   if (IsLog()) return;

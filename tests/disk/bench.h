@@ -7,24 +7,12 @@
 
 #include "disk/documents.h"
 #include "disk/writer_process.h"
+#include "support/temporary_folder.h"
 
 namespace tarnlink::disk {
 
 // Every kill, every call and every step, which takes minutes; otherwise a part of them.
 bool IsFull();
-
-class TestFolder {
- public:
-  TestFolder();
-  ~TestFolder();
-  TestFolder(const TestFolder&) = delete;
-  TestFolder& operator=(const TestFolder&) = delete;
-
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 // What a test has seen, for the line that it prints in the end.
 struct Figures {
@@ -79,7 +67,7 @@ class Bench {
 
   Kind kind_;
   int size_;
-  TestFolder folder_;
+  TemporaryFolder folder_;
   std::map<char, std::string> saved_;    // the bytes of each version
   std::map<char, std::string> content_;  // as `ContentOf` has it
   long long bytes_ = 0;

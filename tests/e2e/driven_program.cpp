@@ -34,22 +34,15 @@ bool ComesTrue(const std::function<std::string()>& look, const std::string& want
 
 }  // namespace
 
-TestFolder::TestFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "tarnlink-e2e-XXXXXX").string();
-  path_ = mkdtemp(name.data());
-}
-
-TestFolder::~TestFolder() { std::filesystem::remove_all(path_); }
-
 std::string TestFolder::Write(const std::string& name, const std::string& text) const {
-  const std::filesystem::path file = path_ / name;
+  const std::filesystem::path file = Path(name);
   std::filesystem::create_directories(file.parent_path());
   std::ofstream(file, std::ios::binary) << text;
   return file.string();
 }
 
 std::string TestFolder::Read(const std::string& name) const {
-  std::ifstream file(path_ / name, std::ios::binary);
+  std::ifstream file(Path(name), std::ios::binary);
   std::stringstream text;
   text << file.rdbuf();
   return text.str();

@@ -8,25 +8,21 @@
 #include <vector>
 
 #include "process.h"
+#include "support/temporary_folder.h"
 
 namespace e2e {
 
-// A folder of a test's own, removed in the end.
+// A folder of a test's own and the files in it, removed in the end.
 class TestFolder {
  public:
-  TestFolder();
-  ~TestFolder();
-  TestFolder(const TestFolder&) = delete;
-  TestFolder& operator=(const TestFolder&) = delete;
-
-  std::string Path(const std::string& name) const { return (path_ / name).string(); }
+  std::string Path(const std::string& name) const { return folder_ / name; }
   std::string Write(const std::string& name, const std::string& text) const;
   std::string Read(const std::string& name) const;
   // True once the file holds `text`; false if that did not come in time.
   bool Becomes(const std::string& name, const std::string& text) const;
 
  private:
-  std::filesystem::path path_;
+  tarnlink::TemporaryFolder folder_;
 };
 
 class DrivenProgram {

@@ -10,6 +10,10 @@
 
 namespace tarnlink {
 
+// The application has this property while the user's keys and clicks are kept back for work that
+// may soon be done.
+inline constexpr const char* kInputKeptBack = "inputKeptBack";
+
 // Asked by the work itself, in its thread: whether the user has stopped waiting for it, so that it
 // had better leave everything as it is.
 using IsGivenUp = std::function<bool()>;

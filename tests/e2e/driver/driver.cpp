@@ -22,6 +22,8 @@
 #include <QWindow>
 #include <cstdio>
 
+#include "platform/qt/waiting_dialog.h"
+
 // The ways in for events of the desktop that Qt Test uses.
 Q_GUI_EXPORT void qt_handleMouseEvent(QWindow* window, const QPointF& local, const QPointF& global,
                                       Qt::MouseButtons state, Qt::MouseButton button,
@@ -144,6 +146,12 @@ bool Driver::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void Driver::Read() {
+  // A user's input would have to wait too.
+  if (qApp->property(tarnlink::kInputKeptBack).toBool()) {
+    notifier_.setEnabled(false);
+    QTimer::singleShot(1, this, [this] { notifier_.setEnabled(true); });
+    return;
+  }
   char buffer[4096];
   const ssize_t count = read(STDIN_FILENO, buffer, sizeof buffer);
   if (count <= 0) {
