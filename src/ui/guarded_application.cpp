@@ -1,6 +1,7 @@
 #include "ui/guarded_application.h"
 
 #include <QMessageBox>
+#include <QPixmapCache>
 #include <QPointer>
 
 #include "common/run_time_error.h"
@@ -23,6 +24,13 @@ void Tell(int code, const char* reason) {
 }
 
 }  // namespace
+
+// Qt keeps each icon of each file dialog until so much has come together. With its own bound of
+// 10 MiB the program would grow by a little with every dialog for weeks.
+GuardedApplication::GuardedApplication(int& count, char** words) : QApplication(count, words) {
+  constexpr int kMostPictures = 512;  // KiB
+  QPixmapCache::setCacheLimit(kMostPictures);
+}
 
 bool GuardedApplication::notify(QObject* receiver, QEvent* event) {
   try {
