@@ -88,7 +88,9 @@ bool TakeWriteAnswer(ProtocolRun& run) {
     run.ShowValue(index, HexDigits(location.RawValue, 4));
   } else {
     run.ShowValue(index, "-");
-    --fields.MsgPointer;  // the next poll reads it back
+    // The next poll reads it back. What answers a write of the run before goes back no further than
+    // to where the scan begins.
+    if (index > 0) --fields.MsgPointer;
   }
   // Without a dialog so far there is no second byte, only that of the hidden template.
   if (!fields.SendSecondByte || fields.SecondByteIndex == 0) return false;

@@ -134,6 +134,14 @@ TEST_F(ZoltWrite, AnyAnswerToAWriteWillDo) {
   }
 }
 
+TEST_F(ZoltWrite, AnAnswerToAWriteLeavesTheScanAtItsBeginning) {
+  for (int i = 0; i < 2; ++i) {
+    run.fields().write_message = true;
+    EXPECT_EQ(Answer(run.fields().MsgPointer, Reply(0x91, "000010005")), "value 0: -\n");
+    EXPECT_EQ(run.fields().MsgPointer, 0);
+  }
+}
+
 TEST_F(ZoltWrite, AfterAContinuousWriteTheValueIsShownAndTheScanGoesOn) {
   id().ScanFlags = 2;
   id().RawValue = 0x5A;
