@@ -33,18 +33,10 @@ Location LocationOf(FuzzInput& input, int protocol) {
 
 }  // namespace
 
-// Five hundred records take longer to make than an answer to be read: they are made once, and those
-// that a run can reach begin anew.
-LocationTable& LineRun::Table() {
-  static LocationTable table;
-  return table;
-}
-
-LineRun::LineRun(FuzzInput& input, int protocol) : table_(Table()) {
+LineRun::LineRun(FuzzInput& input, int protocol) {
   fields_.MaxId = 1 + input.Below(kMostLocations);
   fields_.LocationCount = fields_.MaxId;
   fields_.CommRunning = true;
-  for (int i = 0; i <= kReached; ++i) table_[i] = Location();
   for (int i = 1; i <= fields_.MaxId; ++i) table_[i] = LocationOf(input, protocol);
 }
 

@@ -106,11 +106,10 @@ class LineRun final : public ProtocolRun {
   int doubts = 0;
 
  private:
-  static LocationTable& Table();
   static void ClaimOfText(const std::string& text);
 
   RunFields fields_;
-  LocationTable& table_;
+  LocationTable table_;
   RestingTimer poll_;
   RestingTimer watchdog_;
   RestingTimer timeout_;

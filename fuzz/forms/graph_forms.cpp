@@ -100,6 +100,8 @@ class GraphUser {
     driver.Leave([&] {
       all.form.Unload();
       all.files.FinishNow();
+      all.form.Unload();  // it comes back once if what was recorded could not be written
+      all.files.FinishNow();
     });
     Claim(!all.form.IsLoaded() && !all.files.IsBusy(), "a graph that was left has gone");
   }

@@ -1,13 +1,25 @@
 #include "fuzz/forms/tool_user.h"
 
 namespace tarnlink {
+namespace {
+
+const ErrorTexts& Texts() {
+  static const ErrorTexts kTexts = [] {
+    ErrorTexts texts;
+    texts.fill("text");
+    return texts;
+  }();
+  return kTexts;
+}
+
+}  // namespace
 
 ToolUser::ToolUser(FuzzInput& input, FormDriver::Answerer slave, FormDriver::Limits limits)
     : baudrate(input.Below(6)),
       host{.platform = world,
            .line = {.ComPortNumber = [] { return 1; }, .Baudrate = [this] { return baudrate; }},
            .IgnoresErrors = [] { return false; },
-           .LoadErrorTexts = [this]() -> const ErrorTexts& { return texts; },
+           .LoadErrorTexts = Texts,
            .IdFile = [this] { return id_file; },
            .LogPath = [] { return std::string("/home/user/work"); },
            .GoControlPanel = {},
@@ -17,8 +29,6 @@ ToolUser::ToolUser(FuzzInput& input, FormDriver::Answerer slave, FormDriver::Lim
            .ParameterFile = [this] { return parameter_file; },
            .ParFolder = [] { return std::string("/home/user/work"); },
            .KeepParFolder = [](const std::string&) {}},
-      driver(input, world, slave, limits) {
-  texts.fill("text");
-}
+      driver(input, world, slave, limits) {}
 
 }  // namespace tarnlink

@@ -23,7 +23,6 @@ class ToolUser {
   int baudrate;
   std::string parameter_file;
   std::string id_file;
-  ErrorTexts texts{};
   ToolHost host;
   FormDriver driver;
 };

@@ -5,9 +5,10 @@ namespace tarnlink {
 void PropertyBase::Tell() { owner_->Changed(*this); }
 
 void Control::Changed(const PropertyBase&) {
+  if (!view_) return;
   // A copy, because a view may hand over to another one.
   const auto view = view_;
-  if (view) view();
+  view();
 }
 
 }  // namespace tarnlink

@@ -2,6 +2,7 @@
 // others are made on demand and destroyed again. A `FixedArray` has its members for good.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -13,7 +14,8 @@
 namespace tarnlink {
 
 inline std::string MemberName(const std::string& array, int index) {
-  return array + "(" + std::to_string(index) + ")";
+  std::string name = array;
+  return name.append("(").append(std::to_string(index)).append(")");
 }
 
 // Members `first` and up, one for each caption (or whatever second text `T` is made with).
@@ -22,6 +24,7 @@ class FixedArray {
  public:
   FixedArray(std::string name, int first, const std::vector<std::string>& texts)
       : name_(std::move(name)), first_(first) {
+    members_.reserve(texts.size());
     for (const std::string& text : texts) {
       members_.push_back(std::make_unique<T>(MemberName(name_, last() + 1), text));
     }
@@ -32,10 +35,11 @@ class FixedArray {
 
   // A member that is not there throws RunTimeError 9.
   T& operator()(int index) const {
-    if (index < first_ || index > last()) {
+    const auto at = static_cast<std::size_t>(index - std::ptrdiff_t{first_});
+    if (at >= members_.size()) {
       throw RunTimeError(kSubscript, MemberName(name_, index) + " does not exist.");
     }
-    return *members_[static_cast<std::size_t>(index - first_)];
+    return *members_[at];
   }
 
  private:

@@ -23,23 +23,16 @@ constexpr double kMostSeconds = 1e15;
 
 std::string Padded(int number, int digits) { return Stuff(std::to_string(number), digits); }
 
-// The first characters, which need not be ASCII.
-std::string FirstLetters(const std::string& name, int count) {
-  std::size_t end = name.size();
-  while (CharacterCount(std::string_view(name).substr(0, end)) > count) --end;
-  return name.substr(0, end);
-}
-
 // Three letters, and more where another month begins with the same ones: "juin" and "juil".
 std::string ShortMonth(const MonthNames& names, std::size_t month) {
   constexpr int kLetters = 3;
   const std::string& name = names[month];
   for (int letters = kLetters;; ++letters) {
-    const std::string text = FirstLetters(name, letters);
+    const std::string_view text = FirstCharacters(name, letters);
     const auto begin_so = std::count_if(names.begin(), names.end(), [&](const std::string& other) {
-      return FirstLetters(other, letters) == text;
+      return FirstCharacters(other, letters) == text;
     });
-    if (begin_so <= 1 || text == name) return text;
+    if (begin_so <= 1 || text == name) return std::string(text);
   }
 }
 

@@ -130,7 +130,6 @@ bool MeasureFileReader::Take(std::string_view piece) {
   while (!piece.empty() && !IsDone()) {
     if (stage_ == Stage::kSamples && !in_line_) {
       piece.remove_prefix(TakePlainSamples(piece));
-      if (piece.empty()) break;
     }
     const std::size_t end = piece.find('\n');
     in_line_ = end == std::string_view::npos;

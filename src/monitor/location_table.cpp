@@ -48,10 +48,20 @@ std::string SteppedColumn(std::string_view column, int step) {
 }
 
 void LocationTable::InitLocations(const SettingsStore& settings) {
-  Location initial;
   const std::string protocol = settings.GetSetting("Communication", "Protocol", "1");
-  initial.LocSlaveAddress = Val(protocol) == kModbusProtocol ? "1" : "0";
-  locations_.fill(initial);
+  initial_.LocSlaveAddress = Val(protocol) == kModbusProtocol ? "1" : "0";
+  std::fill(locations_.begin(), locations_.end(), initial_);
+}
+
+Location& LocationTable::operator[](int index) {
+  const std::size_t at = Checked(index);
+  if (at >= locations_.size()) locations_.resize(at + 1, initial_);
+  return locations_[at];
+}
+
+const Location& LocationTable::operator[](int index) const {
+  const std::size_t at = Checked(index);
+  return at < locations_.size() ? locations_[at] : initial_;
 }
 
 std::size_t LocationTable::Checked(int index) {

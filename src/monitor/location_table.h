@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 
@@ -74,8 +75,9 @@ std::string SteppedColumn(std::string_view column, int step);
 class LocationTable {
  public:
   // An index outside 0 to 512 throws RunTimeError 9.
-  Location& operator[](int index) { return locations_[Checked(index)]; }
-  const Location& operator[](int index) const { return locations_[Checked(index)]; }
+  // A record stays where it is from the first time that it could be changed.
+  Location& operator[](int index);
+  const Location& operator[](int index) const;
 
   // Puts every record, 0 to 512, to its defaults. The slave address goes by the stored protocol.
   void InitLocations(const SettingsStore& settings);
@@ -83,7 +85,9 @@ class LocationTable {
  private:
   static std::size_t Checked(int index);
 
-  std::array<Location, kLastLocation + 1> locations_;
+  // Most screens use few: records that nobody could change yet are not there, and are `initial_`.
+  Location initial_;
+  std::deque<Location> locations_;
 };
 
 // Binary text with at least `bits` digits (up to 16). 0 and every negative value give `bits` zeros.

@@ -68,6 +68,34 @@ TEST(LocationTable, BeginsWithSlaveAddressOneUnderModbusOnly) {
   }
 }
 
+TEST(LocationTable, KeepsARecordWhereItIs) {
+  FakeSettingsStore settings;
+  LocationTable table;
+  Location& first = table[1];
+  first.Alias = "old";
+  table[kLastLocation].Alias = "last";
+  EXPECT_EQ(first.Alias, "old");
+  table.InitLocations(settings);
+  EXPECT_EQ(&first, &table[1]);
+  EXPECT_EQ(first, Location{});
+}
+
+TEST(LocationTable, ShowsTheDefaultsOfARecordThatNobodyHasTouched) {
+  FakeSettingsStore settings;
+  settings.SaveSetting("Communication", "Protocol", "2");
+  LocationTable table;
+  const LocationTable& shown = table;
+  EXPECT_EQ(shown[7], Location{});
+  table.InitLocations(settings);
+  Location expected;
+  expected.LocSlaveAddress = "1";
+  for (int i = 0; i <= kLastLocation; ++i) ASSERT_EQ(shown[i], expected) << i;
+  table[7].Alias = "mine";
+  EXPECT_EQ(shown[7].Alias, "mine");
+  EXPECT_EQ(shown[8], expected);
+  EXPECT_THROW(shown[513], RunTimeError);
+}
+
 TEST(LocationTable, EndsAtLocation512) {
   LocationTable table;
   table[512].Alias = "last";
