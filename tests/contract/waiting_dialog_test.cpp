@@ -93,7 +93,7 @@ TEST_F(WaitingDialogTest, TimersGoOnMeanwhileAndNoWindowFlickers) {
   });
   timer.start(1);
   Run();
-  EXPECT_EQ(ticks, 5);
+  EXPECT_GE(ticks, 5) << "one more may come before the end is heard of";
   EXPECT_FALSE(qApp->property(kInputKeptBack).toBool());
 }
 

@@ -279,6 +279,20 @@ TEST(AvrMap, ALineThatIsSkippedIsNoEntry) {
   EXPECT_EQ(map.skipped_lines, 2);
 }
 
+TEST(AvrMap, LeavesOutTheLineInWhichAReadingBrokeOff) {
+  const auto names = [](bool is_whole) {
+    AvrMapReader reader(kAtmega);
+    std::string map = "ENTRY LIST\n" + Data("flow", "0060") + Data("back", "0061");
+    map.pop_back();
+    reader.Take(map);
+    std::string text;
+    for (const MapVariable& one : reader.Finish(is_whole).variables) text += one.Name + " ";
+    return text;
+  };
+  EXPECT_EQ(names(true), "flow back ");
+  EXPECT_EQ(names(false), "flow ");
+}
+
 TEST(AvrMap, ReadsNamesInUtf8AndInWindows1252) {
   EXPECT_EQ(Read("K\xFChl DATA 00000060\nK\xC3\xBChl DATA 00000061\n"),
             "K\xC3\xBChl F060 size 1 type 1; K\xC3\xBChl F061 size 1 type 1; 0 skipped");
@@ -307,8 +321,8 @@ TEST(AvrMap, ReadsEveryPrefixOfTheSamples) {
     std::set<std::pair<std::string, std::string>> known;
     for (const MapVariable& one : whole.variables) known.emplace(one.Name, one.address);
     const std::size_t list = sample.find("ENTRY LIST") + 10;
-    ForEveryPrefix(sample, [&](std::string_view prefix) {
-      const AvrMap read = ReadInPieces(AvrMapReader(micro_type), prefix, 1000);
+    ForEveryPrefix(sample, [&, type = micro_type](std::string_view prefix) {
+      const AvrMap read = ReadInPieces(AvrMapReader(type), prefix, 1000);
       EXPECT_EQ(read.has_entry_list, prefix.size() > list + 2);
       ASSERT_LE(read.variables.size(), whole.variables.size());
       EXPECT_TRUE(std::is_sorted(

@@ -121,7 +121,7 @@ TEST(FieldStream, SaysLineFieldAndReasonOfAnError) {
 
 TEST(FieldStream, RefusesEverythingElseAsABoolean) {
   for (const std::string text : {"1", "0", "-1", "TRUE", "#TRUE", "TRUE#", "#YES#", "\"#TRUE#\"",
-                                 "# TRUE#", "#TRUE##", "##", ""}) {
+                                 "# TRUE#", "#TRUE##", "#FALSE##", "##", ""}) {
     const std::string line = text + ",1";
     EXPECT_EQ(Outcome(line, [](FieldStream& f) { f.ReadBoolean("Bold"); }).substr(0, 3), "13 ")
         << text;

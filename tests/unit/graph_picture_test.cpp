@@ -21,7 +21,6 @@ constexpr float kHeight = 10'000;
 // Raw answers whose high byte is the temperature.
 constexpr std::int32_t kHot = 120 << 8;  // at the top
 constexpr std::int32_t kWarm = 55 << 8;  // in the middle of its band
-constexpr std::int32_t kCold = 0xF6 << 8;
 
 class GraphPictureTest : public ::testing::Test {
  protected:

@@ -332,6 +332,7 @@ TEST(MeasureFileReader, RefusesWhatIsNoNumber) {
   EXPECT_EQ(ReasonOfSample("20240305140709 2147483648"),
             "\"2147483648\" is not between -2147483648 and 2147483647.");
   EXPECT_EQ(ReasonOfSample("000"), "\"\" is no number.");
+  EXPECT_EQ(ReasonOfSample("20240305140709 12\r34"), "\" 12 34\" is no number.");
 }
 
 // Each field of a line with something that does not fit it.

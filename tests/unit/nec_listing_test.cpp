@@ -199,6 +199,19 @@ TEST(NecListing, GrowsWithItsSymbols) {
   }
 }
 
+TEST(NecListing, LeavesOutTheLineInWhichAReadingBrokeOff) {
+  const auto read = [](const std::string& last, bool is_whole) {
+    NecListingReader reader;
+    reader.Take("DATA\n" + Symbol("flow", "FE21") + last);
+    return Text(reader.Finish(is_whole));
+  };
+  std::string broken_off = Symbol("back", "F000");
+  broken_off.pop_back();
+  EXPECT_EQ(read(broken_off, true), "flow=FE21 back=F000 (0 skipped)");
+  EXPECT_EQ(read(broken_off, false), "flow=FE21 (0 skipped)");
+  EXPECT_EQ(read("", false), "flow=FE21 (0 skipped)");
+}
+
 TEST(NecListing, ReadsLabelsInUtf8AndInWindows1252) {
   EXPECT_EQ(Read("DATA\n" + Symbol("K\xFChl", "0001") + Symbol("K\xC3\xBChl", "0002")),
             "K\xC3\xBChl=1 K\xC3\xBChl=2 (0 skipped)");

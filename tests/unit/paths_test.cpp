@@ -57,7 +57,7 @@ TEST(IsDrivePath, KnowsABareDrive) {
 
 TEST(IsDrivePath, RefusesEverythingElse) {
   for (const std::string path :
-       {"", "C", ":", "C\\", "CC:", "1:", "[:", "C:x", "C:\\Screens", "/", "/C:", " C:"}) {
+       {"", "C", ":", "C\\", "CC:", "1:", "[:", "{:", "C:x", "C:\\Screens", "/", "/C:", " C:"}) {
     EXPECT_FALSE(IsDrivePath(path)) << path;
   }
 }

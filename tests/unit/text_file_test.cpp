@@ -74,6 +74,14 @@ TEST(EncodeText, WritesUtf8WhenACharacterDoesNotFit) {
   EXPECT_EQ(EncodeText(text), text);
 }
 
+TEST(EncodeWindows1252, PutsAQuestionMarkForWhatDoesNotFit) {
+  EXPECT_EQ(EncodeWindows1252("caf\xC3\xA9 \xE2\x82\xAC"), "caf\xE9 \x80");
+  EXPECT_EQ(EncodeWindows1252("\xCE\xA9 \xF0\x9F\x98\x80!"), "? ?!");
+  // No characters at all: one for each byte, and what stands behind them is kept.
+  EXPECT_EQ(EncodeWindows1252("a\x80z\xC3"), "a?z?");
+  EXPECT_EQ(EncodeWindows1252("\xE2\x82z"), "??z");
+}
+
 TEST(EncodeText, WritesUtf8WhenWindows1252WouldReadAsSomethingElse) {
   const std::string text = "\xC3\x83\xC2\xA9";  // two letters whose Windows-1252 bytes spell one
   EXPECT_EQ(EncodeText(text), text);

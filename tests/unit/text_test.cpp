@@ -62,6 +62,7 @@ TEST(Trim, CutsBlanksButNoOtherWhiteSpace) {
 
 TEST(Case, ChangesAsciiLettersOnly) {
   EXPECT_EQ(ToUpper("1fz_\xC3\xA9"), "1FZ_\xC3\xA9");
+  EXPECT_EQ(ToUpper("`az{|}~"), "`AZ{|}~");
   EXPECT_EQ(ToLower("1FZ@[\xC3\x89"), "1fz@[\xC3\x89");
 }
 
