@@ -1,5 +1,7 @@
 #include "graph/frm_graph2_printer.h"
 
+#include <memory>
+
 #include "common/paths.h"
 
 namespace tarnlink {
@@ -24,7 +26,9 @@ PageContent frmGraph2Printer::Content() const {
                       .MeasOnly = menu_.mnuMeasOnly.Checked,
                       .AutoScroll = graph_.AutoScroll,
                       .CursorTime = graph_.CursorTime,
-                      .moment = is_now ? graph_.Now() : graph_.CursorTime};
+                      .moment = is_now ? graph_.Now() : graph_.CursorTime,
+                      .months = graph_.platform().locale().Months(),
+                      .decimal_separator = graph_.platform().locale().DecimalSeparator()};
   TakeLines(content, graph_.Data);
   return content;
 }
@@ -34,11 +38,12 @@ void frmGraph2Printer::PrintGraph(const std::string& folder) {
       {.title = "Print",
        .file_name = JoinPath(folder, FileNameOf(HeaderText)),
        .setup = {.landscape = true},
-       .draw = [this, content = Content()](DrawingSurface& surface) {
-         graph_.form.MousePointer = kHourglass;
-         GraphPage(surface, content, graph_.platform().locale()).DrawGraph();
-         graph_.form.MousePointer = kArrow;
-       }});
+       .draw = [content = std::make_shared<const PageContent>(Content())](
+                   DrawingSurface& surface) { GraphPage(surface, *content).DrawGraph(); },
+       .drawing =
+           [this](bool is_drawing) {
+             graph_.form.MousePointer = is_drawing ? kHourglass : kArrow;
+           }});
 }
 
 }  // namespace tarnlink

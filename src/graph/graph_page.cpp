@@ -31,8 +31,8 @@ Colour LineOnPaper(Colour line) { return ReadableShade(line, kWhite, kVisible); 
 
 }  // namespace
 
-GraphPage::GraphPage(DrawingSurface& output, const PageContent& content, const Locale& locale)
-    : Output(output), content_(content), locale_(locale) {}
+GraphPage::GraphPage(DrawingSurface& output, const PageContent& content)
+    : Output(output), content_(content) {}
 
 // A width that the surface is too coarse for is that of one pixel.
 int GraphPage::Width(float twips) const {
@@ -84,8 +84,8 @@ void GraphPage::DrawFrame() {
 
 void GraphPage::DrawValuePanel() {
   DrawPageCaptions(Output, content_, {MarginLeft, MarginTop}, GraphHeight,
-                   locale_.DecimalSeparator());
-  Output.Text({MarginLeft, Bottom()}, FormatDate(content_.moment, kStampPattern, locale_.Months()),
+                   content_.decimal_separator);
+  Output.Text({MarginLeft, Bottom()}, FormatDate(content_.moment, kStampPattern, content_.months),
               kBlack);
 }
 

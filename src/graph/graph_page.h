@@ -1,11 +1,11 @@
 // The graph as a page: the same picture as on the screen with all of its texts, drawn on paper or
-// on whatever else is drawn on. Numbers are in units of 1440 to the inch.
+// on whatever else is drawn on. Numbers are in units of 1440 to the inch. It needs nothing but what
+// it is given, so that it can be drawn in any thread.
 #pragma once
 
 #include "common/dates.h"
 #include "graph/page_content.h"
 #include "platform/drawing_surface.h"
-#include "platform/locale.h"
 
 namespace tarnlink {
 
@@ -15,7 +15,7 @@ class GraphPage {
   static constexpr float MarginLeft = 1134;
 
   // All outlive it.
-  GraphPage(DrawingSurface& Output, const PageContent& content, const Locale& locale);
+  GraphPage(DrawingSurface& Output, const PageContent& content);
 
   // The whole page; on one that has no room for the graph all that stands beside it.
   void DrawGraph();
@@ -47,7 +47,6 @@ class GraphPage {
 
   DrawingSurface& Output;
   const PageContent& content_;
-  const Locale& locale_;
   float GraphHeight = 0.0F;
   float GraphWidth = 0.0F;
   float ValueColumn = 0.0F;

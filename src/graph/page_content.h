@@ -25,7 +25,9 @@ struct PageContent {
   bool MeasOnly = false;
   bool AutoScroll = true;
   Date CursorTime = 0;
-  Date moment = 0;  // that is written below the graph
+  Date moment = 0;                          // that is written below the graph
+  MonthNames months = EnglishMonthNames();  // and numbers, as the user writes them
+  std::string decimal_separator = ".";
   GraphColors Colors = {};
   std::vector<PageLine> lines = {};  // all that are drawn or have a caption row
 };

@@ -44,8 +44,11 @@ struct PreviewRequest {
   std::string file_name = {};  // proposed for the PDF file, with its path
   PageSetup setup = {};
   // Draws all pages, from the first, on the surface it is given. Called anew for each look at the
-  // pages, at other page sizes too; it must draw the same each time.
+  // pages, at other page sizes too; it must draw the same each time. In any thread, while the
+  // program goes on: it owns all that it uses.
   std::function<void(DrawingSurface&)> draw = {};
+  // Told in the caller's thread before and after that, where there is somebody to be told.
+  std::function<void(bool is_drawing)> drawing = {};
 };
 
 class Dialogs {

@@ -25,8 +25,9 @@ void Tell(int code, const char* reason) {
 
 }  // namespace
 
-// Qt keeps each icon of each file dialog until so much has come together. With its own bound of
-// 10 MiB the program would grow by a little with every dialog for weeks.
+// Qt keeps pictures of controls, those of a form that is closed too, until so much has come
+// together. With its own bound of 10 MiB the program would grow by a little with every form for
+// weeks.
 GuardedApplication::GuardedApplication(int& count, char** words) : QApplication(count, words) {
   constexpr int kMostPictures = 512;  // KiB
   QPixmapCache::setCacheLimit(kMostPictures);

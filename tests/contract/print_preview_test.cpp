@@ -14,6 +14,7 @@
 #include <QRadioButton>
 #include <QRegularExpression>
 #include <QScreen>
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -21,6 +22,7 @@
 #include "contract/dialogs_benches.h"
 #include "contract/machine.h"
 #include "contract/pdf_reader.h"
+#include "platform/qt/qt_files.h"
 #include "support/temporary_folder.h"
 
 namespace tarnlink {
@@ -142,8 +144,8 @@ class PrintPreviewTest : public testing::Test {
  protected:
   void Open(PreviewRequest wanted, bool has_printer = true) {
     request = std::move(wanted);
-    preview =
-        std::make_unique<PrintPreview>(request, world.dialogs(), printer, has_printer, nullptr);
+    preview = std::make_unique<PrintPreview>(request, world.dialogs(), files, printer, has_printer,
+                                             nullptr);
     preview->show();
     ASSERT_TRUE(loop.RunUntil([&] { return preview->isActiveWindow(); }));
   }
@@ -163,6 +165,7 @@ class PrintPreviewTest : public testing::Test {
   }
 
   FakeWorld world;
+  QtFiles files;
   QtLoop loop;
   InkEngine engine;
   InkPrinter printer{engine};
@@ -194,6 +197,79 @@ TEST_F(PrintPreviewTest, TurningThePaperDrawsThePagesAnew) {
   EXPECT_TRUE(wide);
   Part<QRadioButton>(*preview, "PreviewPortrait").click();
   EXPECT_FALSE(wide);
+}
+
+// Pages that take so long that the user stops waiting for them, after some times without end.
+class EndlessPages {
+ public:
+  explicit EndlessPages(int short_times) : short_times_(short_times) {
+    user_.With("Waiting", [this](QWidget& window) {
+      is_stopped_ = true;
+      window.findChild<QPushButton*>()->click();
+    });
+  }
+  PreviewRequest Request() {
+    PreviewRequest endless = TwoPages();
+    endless.draw = [this](DrawingSurface& paper) {
+      DrawTwoPages(paper);
+      if (short_times_-- > 0) return;
+      while (!is_stopped_) paper.Text({}, "on and on", kBlack);
+    };
+    return endless;
+  }
+  bool IsStopped() const { return is_stopped_; }
+
+ private:
+  std::atomic<int> short_times_;
+  std::atomic<bool> is_stopped_ = false;
+  QtUser user_;
+};
+
+TEST_F(PrintPreviewTest, WhoDoesNotWaitForThePagesHasNoPreview) {
+  EndlessPages pages(0);
+  request = pages.Request();
+  preview = std::make_unique<PrintPreview>(request, world.dialogs(), files, printer, true, nullptr);
+  preview->show();
+  EXPECT_TRUE(loop.RunUntil([&] { return !Up(); }));
+  EXPECT_TRUE(pages.IsStopped());
+}
+
+TEST_F(PrintPreviewTest, WhoDoesNotWaitForAPdfHasNoneAndSeesThePages) {
+  EndlessPages pages(1);
+  Open(pages.Request());
+  Save(folder / "a.pdf");
+  EXPECT_TRUE(pages.IsStopped());
+  EXPECT_TRUE(Up());
+  EXPECT_FALSE(std::filesystem::exists(folder / "a.pdf"));
+}
+
+TEST_F(PrintPreviewTest, WhoDoesNotWaitForThePrinterSeesThePages) {
+  EndlessPages pages(2);  // the preview's, and again for the paper that was picked
+  Open(pages.Request());
+  world.dialogs().ExpectPrinter().GivePage({false});
+  Press(*preview, "PreviewPrint");
+  EXPECT_TRUE(pages.IsStopped());
+  EXPECT_TRUE(Up());
+}
+
+TEST_F(PrintPreviewTest, WhoAskedForThePagesIsToldWhileTheyAreDrawn) {
+  bool is_drawing = false;
+  PreviewRequest watched = TwoPages();
+  watched.drawing = [&](bool is) { is_drawing = is; };
+  int times = 0;
+  watched.draw = [&](DrawingSurface& paper) {
+    EXPECT_TRUE(is_drawing);
+    ++times;
+    DrawTwoPages(paper);
+  };
+  Open(watched);
+  EXPECT_FALSE(is_drawing);
+  Save(folder / "a.pdf");
+  EXPECT_FALSE(is_drawing);
+  world.dialogs().ExpectPrinter().GivePage({false});
+  Press(*preview, "PreviewPrint");
+  EXPECT_FALSE(is_drawing);
+  EXPECT_GE(times, 3);
 }
 
 TEST_F(PrintPreviewTest, GoesThroughThePages) {

@@ -7,6 +7,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPixmap>
+#include <QPixmapCache>
 #include <QPushButton>
 #include <filesystem>
 #include <fstream>
@@ -91,6 +93,15 @@ TEST_F(QtDialogsTest, TheDefaultButtonIsTheFirstUnlessTheSecondIsAskedFor) {
        [](QMessageBox& box) { EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::No)); });
   request.buttons = Buttons::kOk;
   Look(request, [](QMessageBox& box) { EXPECT_EQ(box.buttons().size(), 1); });
+}
+
+TEST_F(QtDialogsTest, NothingIsKeptOfTheIconsOfADialog) {
+  QPixmapCache::Key icon;
+  LookAtFile({}, [&icon](QFileDialog&) {
+    icon = QPixmapCache::insert(QPixmap(16, 16));
+    EXPECT_TRUE(icon.isValid());
+  });
+  EXPECT_FALSE(QPixmapCache::find(icon, nullptr));
 }
 
 TEST_F(QtDialogsTest, ABoxStandsOnTheActiveWindow) {

@@ -135,6 +135,15 @@ TEST_F(GraphPrintTest, ASeparatorInTheHeadingIsNoFolder) {
   }
 }
 
+TEST_F(GraphPrintTest, ThePointerIsAnHourglassWhileThePageIsDrawn) {
+  Print();
+  EXPECT_EQ(graph.form.MousePointer, kArrow);
+  Asked().drawing(true);
+  EXPECT_EQ(graph.form.MousePointer, kHourglass);
+  Asked().drawing(false);
+  EXPECT_EQ(graph.form.MousePointer, kArrow);
+}
+
 // --- What the page shows -------------------------------------------------------------------------
 
 TEST_F(GraphPrintTest, TheTimesAreThoseOfTheScreenAtEachScale) {

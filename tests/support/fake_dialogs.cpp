@@ -201,7 +201,9 @@ std::optional<PageSetup> FakeDialogs::PickPrinter(const PageSetup&) {
 void FakeDialogs::Preview(const PreviewRequest& request) {
   const auto draw = [&request] {
     const auto page = MakeA4Page(request.setup.landscape);
+    if (request.drawing) request.drawing(true);
     request.draw(*page);
+    if (request.drawing) request.drawing(false);
     return page->operations();
   };
   last_preview_request_ = request;

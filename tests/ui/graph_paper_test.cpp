@@ -9,13 +9,16 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <algorithm>
 #include <string>
 #include <vector>
 
+#include "contract/loops.h"
 #include "contract/pdf_reader.h"
 #include "platform/qt/print_preview.h"
 #include "platform/qt/qt_colour.h"
+#include "platform/qt/qt_files.h"
 #include "platform/qt/qt_surface.h"
 #include "ui/burner_start.h"
 
@@ -73,8 +76,8 @@ class GraphPaper : public ::testing::Test {
     start.graph().display.DrawAgain();
   }
 
-  // The user prints the graph into a PDF file.
-  void Print(bool landscape) {
+  // The user prints the graph into a PDF file, and may have a look at it before.
+  void Print(bool landscape, bool looks = false) {
     FakeDialogs& dialogs = start.world.dialogs();
     dialogs.ExpectInputBox("Enter header text:", "Print").Give("Burner start");
     dialogs.ExpectPreview("Print");
@@ -82,9 +85,17 @@ class GraphPaper : public ::testing::Test {
     PreviewRequest request = dialogs.last_preview_request();
     request.setup.landscape = landscape;
     QPrinter printer(QPrinter::HighResolution);
-    PrintPreview preview(request, dialogs, printer, false, nullptr);
+    QtFiles files;
+    PrintPreview preview(request, dialogs, files, printer, false, nullptr);
     dialogs.ExpectSaveFile("Save as PDF").Give(pdf.toStdString());
-    preview.findChild<QPushButton*>("PreviewPdf")->click();
+    // In an event, as under a user's hand: the watchdog sees how long it lasts.
+    bool is_done = false;
+    QTimer::singleShot(0, &preview, [&] {
+      if (looks) preview.show();
+      preview.findChild<QPushButton*>("PreviewPdf")->click();
+      is_done = true;
+    });
+    EXPECT_TRUE(QtLoop().RunUntil([&is_done] { return is_done; }));
   }
   std::vector<Word> Words() {
     std::vector<Word> words;
@@ -393,6 +404,33 @@ TEST_F(GraphPaperLines, ALaneIsABarOfTheScreensPartOfTheHeight) {
     EXPECT_NEAR(column(0.51), kDataLine, 0.3);
     EXPECT_NEAR(column(0.98), kDataLine, 0.3);
   }
+}
+
+// The window must not stand still for it, which the watchdog of these tests sees.
+TEST_F(GraphPaperLines, VeryManySamplesAreShownAndKept) {
+  constexpr int kLines = 60;
+  constexpr int kSamples = 40'000;
+  std::vector<int> lines;
+  for (int i = 0; i < kLines; ++i) lines.push_back(i);
+  ShowOnly(lines);
+  graph().TimeScale = 60;
+  std::uint32_t noise = 1;
+  for (const int line : lines) {
+    Line(line).Unit = Line(0).Unit;
+    Line(line).Factor = Line(0).Factor;
+    data().AllocateChannel(line);
+    MeasureChannel& channel = data().Channels.at(static_cast<std::size_t>(line));
+    channel.Dimension(MeasureChannel::kUpperBound);
+    for (int i = 0; i < kSamples; ++i) {
+      noise = noise * 1664525 + 1013904223;
+      const auto value = static_cast<std::int32_t>((line + noise % 1024 / 100.0) * 256);
+      channel.Append({value, ToSeconds(graph().BaseTime) - (kSamples - i) / 11});
+    }
+  }
+  Print(true, true);
+  const QImage picture = Picture();
+  EXPECT_NEAR(Extent(picture, kMarked).width(), Frame(picture).width(), 2);
+  Keep("dense");
 }
 
 }  // namespace

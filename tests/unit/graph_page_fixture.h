@@ -6,7 +6,6 @@
 #include <string>
 
 #include "graph/graph_page.h"
-#include "support/fake_locale.h"
 #include "support/recording_surface.h"
 
 namespace tarnlink {
@@ -75,12 +74,12 @@ class GraphPageTest : public ::testing::Test {
   const Log& Draw() {
     surface.Forget();
     TakeLines(content, data);
-    GraphPage(surface, content, locale).DrawGraph();
+    GraphPage(surface, content).DrawGraph();
     return surface.operations();
   }
   GraphPage DrawnOn(DrawingSurface& paper) {
     TakeLines(content, data);
-    GraphPage page(paper, content, locale);
+    GraphPage page(paper, content);
     page.DrawGraph();
     return page;
   }
@@ -120,7 +119,6 @@ class GraphPageTest : public ::testing::Test {
 
   Graphic data;
   PageContent content;
-  FakeLocale locale;
   RecordingSurface surface{kPageWidth, kPageHeight};
 };
 

@@ -350,7 +350,7 @@ TEST_F(GraphPageValues, EachBandHasItsRows) {
 TEST_F(GraphPageValues, TheSeparatorIsThatOfTheLocale) {
   Row(17, "Pressure", 15 << 8);
   EXPECT_NE(Panel().find("\"1.5\""), std::string::npos);
-  locale.SetDecimalSeparator(",");
+  content.decimal_separator = ",";
   EXPECT_NE(Panel().find("\"1,5\""), std::string::npos);
 }
 
@@ -437,7 +437,7 @@ TEST_F(GraphPageValues, ALongNameHasSmallerLettersAndCoversNoColon) {
 TEST_F(GraphPageValues, TheMomentHasTheMonthsOfTheLocale) {
   MonthNames names = EnglishMonthNames();
   names[11] = "Dezember";
-  locale.SetMonths(names);
+  content.months = names;
   content.moment = ToDate({2099, 12, 31, 23, 59, 58});
   EXPECT_EQ(Texts()[0], "text 1134,10850 000000 \"31-Dez-99 23:59:58\"");
 }

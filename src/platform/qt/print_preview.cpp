@@ -16,9 +16,9 @@
 #include <utility>
 
 #include "common/run_time_error.h"
+#include "platform/qt/pages_beside_loop.h"
 #include "platform/qt/qt_surface.h"
 #include "platform/qt/qt_text.h"
-#include "platform/qt/save_file.h"
 
 namespace tarnlink {
 namespace {
@@ -37,9 +37,9 @@ QPageLayout::Orientation ToOrientation(bool landscape) {
 
 }  // namespace
 
-PrintPreview::PrintPreview(const PreviewRequest& request, Dialogs& dialogs, QPrinter& printer,
-                           bool has_printer, QWidget* parent)
-    : QDialog(parent), request_(request), dialogs_(dialogs), printer_(printer) {
+PrintPreview::PrintPreview(const PreviewRequest& request, Dialogs& dialogs, Files& files,
+                           QPrinter& printer, bool has_printer, QWidget* parent)
+    : QDialog(parent), request_(request), dialogs_(dialogs), files_(files), printer_(printer) {
   setWindowTitle(ToQt(request.title));
   printer_.setPageOrientation(ToOrientation(request.setup.landscape));
   pages_ = new QPrintPreviewWidget(&printer_);
@@ -59,10 +59,8 @@ PrintPreview::PrintPreview(const PreviewRequest& request, Dialogs& dialogs, QPri
   first->setDefault(true);
   first->setFocus();
 
-  connect(pages_, &QPrintPreviewWidget::paintRequested, this, [this](QPrinter* paper) {
-    QtSurface surface(*paper);
-    request_.draw(surface);
-  });
+  connect(pages_, &QPrintPreviewWidget::paintRequested, this,
+          [this](QPrinter* paper) { DrawOn(*paper); });
   connect(pages_, &QPrintPreviewWidget::previewChanged, this, &PrintPreview::ShowPage);
   connect(landscape_, &QRadioButton::toggled, this,
           [this](bool landscape) { pages_->setOrientation(ToOrientation(landscape)); });
@@ -126,6 +124,20 @@ QPushButton* PrintPreview::AddButton(QBoxLayout& row, const QString& caption, co
   return button;
 }
 
+// Whoever asked for the pages is told while they are drawn. False if the user did not want to wait.
+bool PrintPreview::Draw(const std::function<bool()>& draw) {
+  if (request_.drawing) request_.drawing(true);
+  const bool is_drawn = draw();
+  if (request_.drawing) request_.drawing(false);
+  return is_drawn;
+}
+
+// There is nothing to be seen without them.
+void PrintPreview::DrawOn(QPrinter& paper) {
+  if (Draw([&] { return DrawForPreview(paper, request_.draw); })) return;
+  QMetaObject::invokeMethod(this, &QDialog::reject, Qt::QueuedConnection);
+}
+
 void PrintPreview::ShowPage() {
   const int page = pages_->currentPage();
   const int count = pages_->pageCount();
@@ -162,21 +174,29 @@ void PrintPreview::Print() {
   // Other paper may have been picked with the printer.
   (picked->landscape ? landscape_ : portrait_)->setChecked(true);
   pages_->updatePreview();
+  printer_.setDocName(windowTitle());
+  printer_.setCreator(QLatin1String(kProgramName));
   // What the print dialog calls printing to a file: Qt itself would neither notice a full disk nor
   // keep the file that it replaces.
   if (!printer_.outputFileName().isEmpty()) return SavePdf(FromQt(printer_.outputFileName()));
-  if (PrintPages()) return accept();
+  bool is_printed = false;
+  if (!Draw([&] {
+        return DrawBesideLoop([&](const auto& stop) { is_printed = PrintPages(stop); });
+      })) {
+    printer_.abort();
+    return;
+  }
+  if (is_printed) return accept();
   Tell(tr("\"%1\" could not be printed on the printer \"%2\".")
            .arg(windowTitle(), printer_.printerName()),
        {});
 }
 
-bool PrintPreview::PrintPages() {
-  printer_.setDocName(windowTitle());
-  printer_.setCreator(QLatin1String(kProgramName));
+bool PrintPreview::PrintPages(const std::function<bool()>& is_to_stop) {
   {
     QtSurface paper(printer_);
     if (!paper.Ready()) return false;
+    paper.StopWhen(is_to_stop);
     request_.draw(paper);
   }
   const QPrinter::PrinterState state = printer_.printerState();
@@ -199,26 +219,33 @@ void PrintPreview::AskAndSavePdf() {
 
 void PrintPreview::SavePdf(const std::string& path) {
   try {
-    SaveWholeFile(path, PdfBytes());
+    std::string bytes;
+    if (!Draw([&] { return PdfBytes(bytes); })) return;
+    files_.WriteWhole(path, bytes);
     accept();
   } catch (const RunTimeError& error) {
     Tell(tr("The PDF file could not be saved."), error.what());
   }
 }
 
-std::string PrintPreview::PdfBytes() const {
-  QBuffer bytes;
-  bytes.open(QIODevice::WriteOnly);
-  {
-    QPdfWriter writer(&bytes);
-    writer.setResolution(kPdfDpi);
-    writer.setPageLayout(printer_.pageLayout());
-    writer.setTitle(windowTitle());
-    writer.setCreator(QLatin1String(kProgramName));
-    QtSurface paper(writer);
-    request_.draw(paper);
-  }
-  return bytes.data().toStdString();
+bool PrintPreview::PdfBytes(std::string& bytes) {
+  const QPageLayout layout = printer_.pageLayout();
+  const QString title = windowTitle();
+  return DrawBesideLoop([&](const auto& is_to_stop) {
+    QBuffer file;
+    file.open(QIODevice::WriteOnly);
+    {
+      QPdfWriter writer(&file);
+      writer.setResolution(kPdfDpi);
+      writer.setPageLayout(layout);
+      writer.setTitle(title);
+      writer.setCreator(QLatin1String(kProgramName));
+      QtSurface paper(writer);
+      paper.StopWhen(is_to_stop);
+      request_.draw(paper);
+    }
+    bytes = file.data().toStdString();
+  });
 }
 
 void PrintPreview::Tell(const QString& text, const std::string& detail) {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/dialogs.h"
+#include "platform/files.h"
 
 class QBoxLayout;
 class QLabel;
@@ -21,8 +22,8 @@ class PrintPreview final : public QDialog {
  public:
   // Everything given must outlive this. `printer` is the one that `dialogs` lets the user pick;
   // without `has_printer` the pages can only be saved.
-  PrintPreview(const PreviewRequest& request, Dialogs& dialogs, QPrinter& printer, bool has_printer,
-               QWidget* parent);
+  PrintPreview(const PreviewRequest& request, Dialogs& dialogs, Files& files, QPrinter& printer,
+               bool has_printer, QWidget* parent);
 
  private:
   QBoxLayout* MakeViewRow();
@@ -31,6 +32,8 @@ class PrintPreview final : public QDialog {
   QPushButton* AddButton(QBoxLayout& row, const QString& caption, const char* name,
                          std::function<void()> press);
 
+  bool Draw(const std::function<bool()>& draw);
+  void DrawOn(QPrinter& paper);
   void ShowPage();
   void TurnPages(int count);
   void Fit(QPrintPreviewWidget::ZoomMode mode);
@@ -38,14 +41,15 @@ class PrintPreview final : public QDialog {
   void ShowZoom();
 
   void Print();
-  bool PrintPages();
+  bool PrintPages(const std::function<bool()>& is_to_stop);
   void AskAndSavePdf();
   void SavePdf(const std::string& path);
-  std::string PdfBytes() const;
+  bool PdfBytes(std::string& bytes);
   void Tell(const QString& text, const std::string& detail);
 
   const PreviewRequest& request_;
   Dialogs& dialogs_;
+  Files& files_;
   QPrinter& printer_;
   QPrintPreviewWidget* pages_;
   QRadioButton* portrait_;

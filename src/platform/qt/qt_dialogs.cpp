@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPageLayout>
+#include <QPixmapCache>
 #include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -37,12 +38,14 @@ QWidget* Owner() {
 
 bool DesktopHasDialogs() { return QGuiApplication::platformName() != QStringLiteral("offscreen"); }
 
-// Shows `dialog` until the user has done with it. Null if its owner took it down meanwhile.
+// Shows `dialog` until the user has done with it. Null if its owner took it down meanwhile. What Qt
+// keeps of its icons would never be found again: each dialog has its own.
 template <class Dialog>
 std::unique_ptr<Dialog> Run(std::unique_ptr<Dialog> dialog, const QString& name) {
   dialog->setObjectName(name);
   QPointer<Dialog> watched(dialog.release());
   watched->exec();
+  QPixmapCache::clear();
   return std::unique_ptr<Dialog>(watched.data());
 }
 
@@ -277,7 +280,8 @@ std::optional<PageSetup> QtDialogs::PickPrinter(const PageSetup& setup) {
 
 void QtDialogs::Preview(const PreviewRequest& request) {
   const bool has_printer = !QPrinterInfo::availablePrinters().isEmpty();
-  auto preview = std::make_unique<PrintPreview>(request, *this, printer(), has_printer, Owner());
+  auto preview =
+      std::make_unique<PrintPreview>(request, *this, files_, printer(), has_printer, Owner());
   if (preview_size_.isValid()) preview->resize(preview_size_);
   const auto shown = Run(std::move(preview), QStringLiteral("Preview"));
   if (shown != nullptr) preview_size_ = shown->size();

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/dialogs.h"
+#include "platform/qt/qt_files.h"
 
 class QPrinter;
 
@@ -37,6 +38,7 @@ class QtDialogs final : public Dialogs {
  private:
   std::unique_ptr<QPrinter> printer_;
   QString last_folder_;
+  QtFiles files_;       // for what a preview saves
   QSize preview_size_;  // as the user left it
 };
 

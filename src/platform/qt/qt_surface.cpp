@@ -15,6 +15,7 @@
 #include "platform/qt/qt_colour.h"
 #include "platform/qt/qt_font.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/thin_line.h"
 
 namespace tarnlink {
 namespace {
@@ -46,6 +47,10 @@ namespace {
 
 // Of dashed lines, in widths of the pen.
 constexpr int kGap = 2;
+
+// On paper a line is thinned out in columns so wide: a part of the pen, or of a pixel.
+constexpr double kUnseenPart = 0.25;
+constexpr double kLeastColumn = 0.25;
 
 // Both corners included, whichever way they lie.
 QRect BoxOf(const QPoint& a, const QPoint& b) {
@@ -116,6 +121,7 @@ float QtSurface::ScaleHeight() const {
 }
 
 void QtSurface::NewPage() {
+  ++pages_;
   auto* pages = dynamic_cast<QPagedPaintDevice*>(&device_);
   if (pages != nullptr && Ready()) pages->newPage();
 }
@@ -173,6 +179,7 @@ void QtSurface::Polyline(std::span<const Point> points) {
     QPolygonF places;
     places.reserve(static_cast<qsizetype>(points.size()));
     for (const Point point : points) places.append(PlaceOf(point));
+    ThinLine(places, std::max(pen_width_ * kUnseenPart, kLeastColumn));
     return DrawOnPaper(places);
   }
   pixels_.resize(points.size());
@@ -189,6 +196,7 @@ void QtSurface::Polyline(std::span<const Point> points) {
 
 // In a gap a stroke as short as that would be lost.
 void QtSurface::DrawOnPaper(QPointF from, QPointF to) {
+  ++strokes_;
   const QPen pen = painter_.pen();
   const bool is_short = QLineF(from, to).length() < kGap * pen_width_;
   if (is_short && style_ != DrawStyle::kSolid) {
@@ -201,6 +209,7 @@ void QtSurface::DrawOnPaper(QPointF from, QPointF to) {
 // A long line at a time would take its own length squared: the painter looks for all places where
 // it meets itself. Pieces of a solid one end in each other.
 void QtSurface::DrawOnPaper(const QPolygonF& places) {
+  strokes_ += places.size();
   constexpr qsizetype kPiece = 8;
   if (style_ != DrawStyle::kSolid) return painter_.drawPolyline(places);
   for (qsizetype i = 0; i + 1 < places.size(); i += kPiece) {

@@ -6,9 +6,12 @@
 #include <QRect>
 #include <QRgb>
 #include <array>
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/drawing_surface.h"
@@ -34,7 +37,10 @@ class QtSurface final : public DrawingSurface {
 
   // False when nothing can be drawn, such as on a printer that is not there; all operations are
   // without effect then.
-  bool Ready() const { return painter_.isActive(); }
+  bool Ready() const { return painter_.isActive() && !(is_to_stop_ && is_to_stop_()); }
+  // From the moment that this says so nothing is drawn any more. Asked often, in the thread that
+  // draws.
+  void StopWhen(std::function<bool()> is_to_stop) { is_to_stop_ = std::move(is_to_stop); }
 
   // Of a picture: this column of the scale stands at its left edge. What lies in it is the same
   // pixel by pixel, however far it has been moved.
@@ -48,6 +54,10 @@ class QtSurface final : public DrawingSurface {
   // the end of this. Many lines that cover one another are faster so.
   void GatherLines() { gathers_ = true; }
   void PaintLines();
+
+  // Of paper: the lines and the points of polylines so far, which is what drawing it takes.
+  std::int64_t Strokes() const { return strokes_; }
+  int Pages() const { return pages_; }
 
   float ScaleWidth() const override;
   float ScaleHeight() const override;
@@ -86,6 +96,9 @@ class QtSurface final : public DrawingSurface {
   QRgb pen_colour_ = 0;
   int pen_width_ = 1;
   DrawStyle style_ = DrawStyle::kSolid;
+  std::function<bool()> is_to_stop_;
+  std::int64_t strokes_ = 0;
+  int pages_ = 1;
   int origin_ = 0;
   int dash_origin_ = 0;
   std::optional<DenseLines> lines_;  // on an image in RGB32
