@@ -23,6 +23,7 @@
 #include "contract/machine.h"
 #include "contract/pdf_reader.h"
 #include "platform/qt/qt_files.h"
+#include "platform/qt/qt_surface.h"
 #include "support/temporary_folder.h"
 
 namespace tarnlink {
@@ -199,10 +200,10 @@ TEST_F(PrintPreviewTest, TurningThePaperDrawsThePagesAnew) {
   EXPECT_FALSE(wide);
 }
 
-// Pages that take so long that the user stops waiting for them, after some times without end.
+// Pages that take so long that the user stops waiting for them, while they are endless.
 class EndlessPages {
  public:
-  explicit EndlessPages(int short_times) : short_times_(short_times) {
+  explicit EndlessPages(std::function<bool()> is_endless) : is_endless_(std::move(is_endless)) {
     user_.With("Waiting", [this](QWidget& window) {
       is_stopped_ = true;
       window.findChild<QPushButton*>()->click();
@@ -212,21 +213,21 @@ class EndlessPages {
     PreviewRequest endless = TwoPages();
     endless.draw = [this](DrawingSurface& paper) {
       DrawTwoPages(paper);
-      if (short_times_-- > 0) return;
-      while (!is_stopped_) paper.Text({}, "on and on", kBlack);
+      const auto& surface = dynamic_cast<QtSurface&>(paper);
+      while (is_endless_() && surface.Ready()) paper.Text({}, "on and on", kBlack);
     };
     return endless;
   }
   bool IsStopped() const { return is_stopped_; }
 
  private:
-  std::atomic<int> short_times_;
-  std::atomic<bool> is_stopped_ = false;
+  std::function<bool()> is_endless_;  // asked where they are drawn
+  bool is_stopped_ = false;
   QtUser user_;
 };
 
 TEST_F(PrintPreviewTest, WhoDoesNotWaitForThePagesHasNoPreview) {
-  EndlessPages pages(0);
+  EndlessPages pages([] { return true; });
   request = pages.Request();
   preview = std::make_unique<PrintPreview>(request, world.dialogs(), files, printer, true, nullptr);
   preview->show();
@@ -235,8 +236,10 @@ TEST_F(PrintPreviewTest, WhoDoesNotWaitForThePagesHasNoPreview) {
 }
 
 TEST_F(PrintPreviewTest, WhoDoesNotWaitForAPdfHasNoneAndSeesThePages) {
-  EndlessPages pages(1);
+  std::atomic<bool> is_endless = false;
+  EndlessPages pages([&is_endless] { return is_endless.load(); });
   Open(pages.Request());
+  is_endless = true;
   Save(folder / "a.pdf");
   EXPECT_TRUE(pages.IsStopped());
   EXPECT_TRUE(Up());
@@ -244,7 +247,7 @@ TEST_F(PrintPreviewTest, WhoDoesNotWaitForAPdfHasNoneAndSeesThePages) {
 }
 
 TEST_F(PrintPreviewTest, WhoDoesNotWaitForThePrinterSeesThePages) {
-  EndlessPages pages(2);  // the preview's, and again for the paper that was picked
+  EndlessPages pages([this] { return engine.pages > 0; });
   Open(pages.Request());
   world.dialogs().ExpectPrinter().GivePage({false});
   Press(*preview, "PreviewPrint");
