@@ -2,6 +2,7 @@
 // written, verified and read back byte for byte, and a cable that is pulled in the middle.
 
 #include <algorithm>
+#include <csignal>
 #include <cstdint>
 #include <sstream>
 
@@ -15,6 +16,7 @@ const std::string kDownloader = "frm_EEPROM_Down";
 const std::string kReading = "frm_EEPROMRead_Progress";
 constexpr int kBytes = 512;
 constexpr int kRunTime = 120'000;  // ms, at most
+constexpr int kEnd = 10'000;       // likewise
 
 std::uint16_t Check(const std::string& data) {
   unsigned check = 0;
@@ -219,6 +221,30 @@ TEST_F(EepromOnALine, MakesOutputFilesBesideARunAndSaysThatThePortIsInUse) {
   ASSERT_TRUE(ComesToFront(kWriter));
   for (const RecordedFrame& frame : Record("heard")) EXPECT_NE(frame.type(), 0x87);
   Leave();
+}
+
+// The system tells the program to end, as when the user leaves the session: an image is not left
+// half written without a question.
+TEST_F(EepromOnALine, TheEndOfTheSessionAsksWhileAnImageIsWritten) {
+  const std::string question = "The EEPROM is being written. Stop and close the window?";
+  StartWithSample({"--at-once", "--delay", "3"});
+  Open("M_EEPROM", kWriter);
+  Choose("boiler.def");
+  program->Mouse("cmd_WriteEEPROM");
+  AnswerQuestion();
+  program->process().Signal(SIGTERM);
+  ASSERT_TRUE(ComesToFront(question));
+  program->Click("No");
+  ASSERT_TRUE(ComesToFront(kWriter));
+  EXPECT_TRUE(program->Becomes("text lblLeft", "512 bytes written and verified.", kRunTime));
+  EXPECT_EQ(Held(), ImageOf(folder.Read("boiler.def")));
+
+  program->Mouse("cmd_WriteEEPROM");
+  AnswerQuestion();
+  program->process().Signal(SIGTERM);
+  ASSERT_TRUE(ComesToFront(question));
+  program->Click("Yes");
+  EXPECT_EQ(program->process().WaitForEnd(kEnd), 0);
 }
 
 }  // namespace
