@@ -18,7 +18,9 @@
 #include <utility>
 #include <vector>
 
+#include "common/run_time_error.h"
 #include "contract/dialogs_benches.h"
+#include "contract/loops.h"
 #include "platform/qt/pages_beside_loop.h"
 #include "platform/qt/qt_colour.h"
 #include "platform/qt/thin_line.h"
@@ -204,6 +206,14 @@ TEST_F(DensePagesTest, WhoStopsWaitingHasNothingDrawnAnyMore) {
   });
   EXPECT_FALSE(is_whole);
   EXPECT_TRUE(was_told);
+}
+
+TEST_F(DensePagesTest, WhatTheDrawingThrowsComesOut) {
+  for (const int code : {kDiskFull, kDeviceIo}) {
+    EXPECT_EQ(
+        ErrorOf([code] { DrawBesideLoop([code](const auto&) { throw RunTimeError(code); }); }),
+        code);
+  }
 }
 
 TEST_F(DensePagesTest, ASurfaceStopsWhenItIsToldTo) {

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iostream>
 #include <map>
 #include <ostream>
 #include <set>
@@ -105,6 +106,7 @@ class MutationTest : public testing::TestWithParam<Sample> {
 
   void ExpectOpened(int at_least) {
     EXPECT_GE(opened_, at_least);
+    std::cout << GetParam().name << ": " << opened_ << " damaged files\n";
     RecordProperty("opened", opened_);
     RecordProperty("loaded", outcomes_[FileOutcome::kLoaded]);
     RecordProperty("loaded_in_part", outcomes_[FileOutcome::kPart]);

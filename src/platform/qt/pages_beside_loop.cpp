@@ -6,6 +6,7 @@
 #include <QPrinter>
 #include <cmath>
 #include <cstdint>
+#include <exception>
 #include <latch>
 #include <limits>
 #include <memory>
@@ -44,16 +45,10 @@ QImage PictureOf(const QPrinter& paper) {
   return picture;
 }
 
-// Whoever waits for the end of a piece of work learns of it, however that comes.
-class EndTold {
- public:
-  explicit EndTold(std::latch& end) : end_(end) {}
-  ~EndTold() { end_.count_down(); }
-  EndTold(const EndTold&) = delete;
-  EndTold& operator=(const EndTold&) = delete;
-
- private:
-  std::latch& end_;
+// What the two threads share; kept by both.
+struct Drawing {
+  std::latch end{1};
+  std::exception_ptr failure;
 };
 
 enum class Drawn { kWhole, kTooDense, kGivenUp };
@@ -91,20 +86,25 @@ Drawn DrawPicture(QImage& picture, const DrawPages& draw) {
 
 bool DrawBesideLoop(const std::function<void(const std::function<bool()>&)>& draw) {
   const HourglassCursor cursor;
-  const auto end = std::make_shared<std::latch>(1);
-  const auto work = [&draw, end](const IsGivenUp& is_given_up) {
-    const EndTold told(*end);
-    draw(is_given_up);
+  const auto drawing = std::make_shared<Drawing>();
+  const auto work = [&draw, drawing](const IsGivenUp& is_given_up) {
+    try {
+      draw(is_given_up);
+    } catch (...) {
+      drawing->failure = std::current_exception();
+    }
+    drawing->end.count_down();
   };
   LeftThreads left;
   try {
     RunBesideLoop("Drawing the pages...", {}, work, left);
-    return true;
   } catch (const RunTimeError&) {
     // It draws on what belongs to the caller. No drawing takes long once it is to stop.
-    end->wait();
+    drawing->end.wait();
     return false;
   }
+  if (drawing->failure) std::rethrow_exception(drawing->failure);
+  return true;
 }
 
 bool DrawForPreview(QPrinter& paper, const DrawPages& draw) {

@@ -35,6 +35,22 @@ QPageLayout::Orientation ToOrientation(bool landscape) {
   return landscape ? QPageLayout::Landscape : QPageLayout::Portrait;
 }
 
+// Whoever asked for the pages knows while they are drawn, however that ends.
+class ToldOfDrawing {
+ public:
+  explicit ToldOfDrawing(const PreviewRequest& request) : request_(request) { Tell(true); }
+  ~ToldOfDrawing() { Tell(false); }
+  ToldOfDrawing(const ToldOfDrawing&) = delete;
+  ToldOfDrawing& operator=(const ToldOfDrawing&) = delete;
+
+ private:
+  void Tell(bool is_drawing) const {
+    if (request_.drawing) request_.drawing(is_drawing);
+  }
+
+  const PreviewRequest& request_;
+};
+
 }  // namespace
 
 PrintPreview::PrintPreview(const PreviewRequest& request, Dialogs& dialogs, Files& files,
@@ -124,12 +140,10 @@ QPushButton* PrintPreview::AddButton(QBoxLayout& row, const QString& caption, co
   return button;
 }
 
-// Whoever asked for the pages is told while they are drawn. False if the user did not want to wait.
+// False if the user did not want to wait.
 bool PrintPreview::Draw(const std::function<bool()>& draw) {
-  if (request_.drawing) request_.drawing(true);
-  const bool is_drawn = draw();
-  if (request_.drawing) request_.drawing(false);
-  return is_drawn;
+  const ToldOfDrawing told(request_);
+  return draw();
 }
 
 // There is nothing to be seen without them.
