@@ -5,6 +5,7 @@
 
 #include "common/paths.h"
 #include "common/run_time_error.h"
+#include "common/shown_text.h"
 #include "common/text.h"
 #include "common/text_file.h"
 #include "platform/path_resolver.h"
@@ -175,7 +176,8 @@ void frmWriteParameters::ReadParameters() {
   StatusBar1.Text = std::to_string(file.count) + " parameters";
   if (!file.failure) {
     std::string list;
-    for (const std::string& comment : file.comments) list.append(comment).append(kLineEnd);
+    for (const std::string& comment : file.comments)
+      list.append(ShownText(comment, static_cast<int>(comment.size()))).append(kLineEnd);
     for (const ParameterItem& item : items_) list.append(ItemText(item)).append(kLineEnd);
     txtScrollStatus.Begin(std::move(list));
     return;

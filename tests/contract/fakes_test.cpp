@@ -182,6 +182,15 @@ TEST(FaultPlan, CountsTheCallsOfAllNamesTogetherOnRequest) {
                                       "Rows.Append"}));
 }
 
+TEST(FaultPlan, OfTwoThatAreDueTogetherTheOtherWaitsForTheNextCallOfItsName) {
+  FakeWorld world;
+  world.faults().Break("Files.WriteWhole", RunTimeError(kDiskFull));
+  world.faults().Break("Files.WriteWhole", RunTimeError(kDeviceIo));
+  EXPECT_EQ(ErrorOf([&] { world.files().WriteWhole("a", "1"); }), kDiskFull);
+  EXPECT_EQ(ErrorOf([&] { world.CreatePort()->SetPortOpen(true); }), 0);
+  EXPECT_EQ(ErrorOf([&] { world.files().WriteWhole("a", "2"); }), kDeviceIo);
+}
+
 TEST(FaultPlan, AFaultThatNeverStrikesFailsTheTest) {
   auto world = std::make_unique<FakeWorld>();
   world->faults().Break("Port.Output", RunTimeError(kDeviceIo));

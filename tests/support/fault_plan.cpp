@@ -23,11 +23,14 @@ int FaultPlan::CountOf(std::string_view call) const {
 
 void FaultPlan::Pass(std::string_view call) {
   calls_.emplace_back(call);
+  const auto concerns = [&](const Fault& fault) { return fault.call == call || fault.call == "*"; };
   for (Fault& fault : planned_) {
-    if (fault.call == call || fault.call == "*") --fault.left;
+    if (concerns(fault)) --fault.left;
   }
-  const auto due = std::find_if(planned_.begin(), planned_.end(),
-                                [](const Fault& fault) { return fault.left <= 0; });
+  // One that came due together with another strikes at the next call of its own name.
+  const auto due = std::find_if(planned_.begin(), planned_.end(), [&](const Fault& fault) {
+    return concerns(fault) && fault.left <= 0;
+  });
   if (due == planned_.end()) return;
   const RunTimeError error = due->error;
   planned_.erase(due);

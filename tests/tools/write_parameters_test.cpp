@@ -44,6 +44,12 @@ TEST_F(WriteParametersTest, ShowsTheFileOfTheProject) {
   EXPECT_TRUE(tool.cmdWriteZOLT.Enabled);
 }
 
+// The list is copied and saved, too, and a zero byte would end it for whoever reads it.
+TEST_F(WriteParametersTest, AControlCharacterOfACommentIsABlank) {
+  Open(std::string("* a\0b\033c\td\r\n5 1 2\r\n", 18));
+  EXPECT_EQ(List(), "* a b c\td|Class 5   ID  &H0001   Value   &H0002|");
+}
+
 TEST_F(WriteParametersTest, OnlyCommentsAreNothingToWrite) {
   for (const char* text : {"* a\r\n* b\r\n", ""}) {
     Open(text);
