@@ -62,7 +62,7 @@ bool IsTooGreat(std::string_view decimal) {
     if (result.ec != std::errc()) return !negative;
     if (negative) exponent = -exponent;
   }
-  return point - first + exponent > 0;
+  return exponent > first - point;
 }
 
 // `decimal` has the form that `DecimalLength` knows. False if the number is too great for the type;

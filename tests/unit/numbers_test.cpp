@@ -121,6 +121,8 @@ TEST(Val, HoldsWhatIsTooGreatAtTheGreatestNumber) {
   EXPECT_EQ(Val("1E999"), kMost);
   EXPECT_EQ(Val("-1E999"), -kMost);
   EXPECT_EQ(Val("1E99999999999999999999"), kMost);
+  EXPECT_EQ(Val("10E9223372036854775807"), kMost) << "The greatest exponent that has 64 bits.";
+  EXPECT_EQ(Val("0.1E-9223372036854775807"), 0);
   EXPECT_EQ(Val(std::string(400, '9')), kMost);
   EXPECT_EQ(Val("1E-999"), 0);
   EXPECT_EQ(Val("1E-99999999999999999999"), 0);
