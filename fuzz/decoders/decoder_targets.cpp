@@ -4,12 +4,12 @@ namespace tarnlink {
 
 std::vector<FuzzTarget> DecoderTargets() {
   return {
-      AnswerFramesTarget(),      EepromLineTarget(),      FrameBytesTarget(),
-      LineDoubtTarget(),         ModbusFramesTarget(),    ModbusResponsesTarget(),
-      PanelAnswersTarget(),      ParameterAnswerTarget(), ServiceLineTarget(),
-      SnifferFramesTarget(),     TarnlinkFramesTarget(),  TarnlinkResponsesTarget(),
-      WriteAcknowledgesTarget(), ZoltCrcTarget(),         ZoltFramesTarget(),
-      ZoltMessagesTarget(),      ZoltResponsesTarget(),
+      AnswerFramesTarget(),      EepromLineTarget(),        FrameBytesTarget(),
+      LineDoubtTarget(),         LinkRecordTarget(),        ModbusFramesTarget(),
+      ModbusResponsesTarget(),   PanelAnswersTarget(),      ParameterAnswerTarget(),
+      ServiceLineTarget(),       SnifferFramesTarget(),     TarnlinkFramesTarget(),
+      TarnlinkResponsesTarget(), WriteAcknowledgesTarget(), ZoltCrcTarget(),
+      ZoltFramesTarget(),        ZoltMessagesTarget(),      ZoltResponsesTarget(),
   };
 }
 

@@ -9,6 +9,7 @@ FuzzTarget AnswerFramesTarget();
 FuzzTarget EepromLineTarget();
 FuzzTarget FrameBytesTarget();
 FuzzTarget LineDoubtTarget();
+FuzzTarget LinkRecordTarget();
 FuzzTarget ModbusFramesTarget();
 FuzzTarget ModbusResponsesTarget();
 FuzzTarget PanelAnswersTarget();

@@ -27,6 +27,7 @@ class LinePort final : public SerialPort {
   int RThreshold() const override { return threshold_; }
   void SetRThreshold(int bytes) override { threshold_ = bytes; }
   void SetOnComm(std::function<void(int)>) override {}
+  void SetWatcher(LineWatcher*) override {}
   std::string LossReason() const override { return {}; }
 
   std::string waits;

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/line_watcher.h"
+
 namespace tarnlink {
 
 // Why a port event fired.
@@ -57,6 +59,10 @@ class SerialPort {
   // The handler gets a CommEvent, never from inside a call to this port. kCommDeviceGone comes once
   // for each loss, after the port has closed.
   virtual void SetOnComm(std::function<void(int event)> handler) = 0;
+
+  // Who is told what goes over this line, as soon as it does; null for nobody. It outlives the
+  // port.
+  virtual void SetWatcher(LineWatcher* watcher) = 0;
 
   // Why the device is gone, in plain words: from the moment of its loss, before kCommDeviceGone has
   // come, until the port is opened again. Otherwise empty.

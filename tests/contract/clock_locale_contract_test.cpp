@@ -46,6 +46,14 @@ TYPED_TEST(TimeContract, TheClockGoesOnWithTheTime) {
   EXPECT_LT(seconds, 5.0);
 }
 
+TYPED_TEST(TimeContract, ElapsedTimeGoesOnWithTheTime) {
+  const auto before = this->bench.clock().Elapsed();
+  this->bench.RunFor(50ms);
+  const auto passed = this->bench.clock().Elapsed() - before;
+  EXPECT_GE(passed, 45ms);
+  EXPECT_LT(passed, 5s);
+}
+
 TYPED_TEST(TimeContract, TheClockIsInOurCentury) {
   const CivilTime now = ToCivil(this->bench.clock().Now());
   EXPECT_GE(now.year, 2020);

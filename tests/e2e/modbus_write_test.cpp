@@ -14,6 +14,7 @@
 #include "modbus_screen.h"
 #include "monitor/monitor.h"
 #include "monitor/setting_keys.h"
+#include "platform/forwarding_platform.h"
 #include "platform/qt/qt_serial_port.h"
 #include "platform/qt/qt_timer.h"
 #include "support/fake_world.h"
@@ -24,27 +25,16 @@ namespace {
 using namespace tarnlink;
 
 // Ports and timers are the machine's, all else is a test's.
-class RealLinePlatform final : public Platform {
+class RealLinePlatform final : public ForwardingPlatform {
  public:
-  explicit RealLinePlatform(std::string device) : device_(std::move(device)) {}
+  explicit RealLinePlatform(std::string device)
+      : ForwardingPlatform(world_), device_(std::move(device)) {}
 
   std::unique_ptr<SerialPort> CreatePort() override {
     return std::make_unique<QtSerialPort>([this](int) { return device_; });
   }
   std::unique_ptr<Timer> CreateTimer() override { return std::make_unique<QtTimer>(); }
-  std::unique_ptr<DrawingSurface> CreatePage(const PageSetup& setup) override {
-    return world_.CreatePage(setup);
-  }
-  std::unique_ptr<Workbook> CreateWorkbook(const std::string& path) override {
-    return world_.CreateWorkbook(path);
-  }
-  FakeClock& clock() override { return world_.clock(); }
-  FakeLocale& locale() override { return world_.locale(); }
-  FakeSettingsStore& settings() override { return world_.settings(); }
   FakeDialogs& dialogs() override { return world_.dialogs(); }
-  FakeShell& shell() override { return world_.shell(); }
-  BreakingFiles& files() override { return world_.files(); }
-  FakePortDevices& devices() override { return world_.devices(); }
 
   FakeFiles& disk() { return world_.disk(); }
 

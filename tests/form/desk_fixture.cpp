@@ -37,6 +37,7 @@ class NotedPort final : public SerialPort {
   void SetOnComm(std::function<void(int)> handler) override {
     port_->SetOnComm(std::move(handler));
   }
+  void SetWatcher(LineWatcher* watcher) override { port_->SetWatcher(watcher); }
   std::string LossReason() const override { return port_->LossReason(); }
 
  private:
@@ -110,10 +111,10 @@ void NotedStore::SaveSetting(std::string_view section, std::string_view key,
 }
 
 NotedWorld::NotedWorld(FakeWorld& world, Notes& notes)
-    : world_(world), notes_(notes), store_(world.settings(), notes) {}
+    : ForwardingPlatform(world), notes_(notes), store_(world.settings(), notes) {}
 
 std::unique_ptr<SerialPort> NotedWorld::CreatePort() {
-  return std::make_unique<NotedPort>(world_.CreatePort(), notes_);
+  return std::make_unique<NotedPort>(world().CreatePort(), notes_);
 }
 
 // --- DeskTest ---

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "monitor/monitor.h"
+#include "platform/forwarding_platform.h"
 #include "support/fake_world.h"
 
 namespace tarnlink {
@@ -47,28 +48,14 @@ class NotedStore final : public SettingsStore {
 };
 
 // A fake world whose store and ports note what is done to them.
-class NotedWorld final : public Platform {
+class NotedWorld final : public ForwardingPlatform {
  public:
   NotedWorld(FakeWorld& world, Notes& notes);
 
   std::unique_ptr<SerialPort> CreatePort() override;
-  std::unique_ptr<Timer> CreateTimer() override { return world_.CreateTimer(); }
-  std::unique_ptr<DrawingSurface> CreatePage(const PageSetup& setup) override {
-    return world_.CreatePage(setup);
-  }
-  std::unique_ptr<Workbook> CreateWorkbook(const std::string& path) override {
-    return world_.CreateWorkbook(path);
-  }
-  Clock& clock() override { return world_.clock(); }
-  Locale& locale() override { return world_.locale(); }
   SettingsStore& settings() override { return store_; }
-  Dialogs& dialogs() override { return world_.dialogs(); }
-  Shell& shell() override { return world_.shell(); }
-  Files& files() override { return world_.files(); }
-  PortDevices& devices() override { return world_.devices(); }
 
  private:
-  FakeWorld& world_;
   Notes& notes_;
   NotedStore store_;
 };

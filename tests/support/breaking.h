@@ -61,6 +61,7 @@ class BreakingPort final : public SerialPort {
   int RThreshold() const override { return port_.RThreshold(); }
   void SetRThreshold(int bytes) override { port_.SetRThreshold(bytes); }
   void SetOnComm(std::function<void(int)> handler) override { port_.SetOnComm(std::move(handler)); }
+  void SetWatcher(LineWatcher* watcher) override { port_.SetWatcher(watcher); }
   std::string LossReason() const override { return port_.LossReason(); }
 
  private:

@@ -16,6 +16,8 @@ class FakeClock final : public Clock {
     return base_ + passed.count() / kSecondsPerDay;
   }
 
+  std::chrono::microseconds Elapsed() const override { return time_.now(); }
+
   void Set(const CivilTime& moment) {
     base_ = ToDate(moment);
     set_at_ = time_.now();

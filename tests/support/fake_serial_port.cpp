@@ -59,6 +59,7 @@ void FakeSerialPort::SetPortOpen(bool open) {
 }
 
 void FakeSerialPort::Close(std::string_view why) {
+  if (watcher_ != nullptr) watcher_->LineClosed();
   open_ = false;
   rack_.open.erase(open_number_);
   in_buffer_.clear();
@@ -71,6 +72,7 @@ void FakeSerialPort::Close(std::string_view why) {
 
 void FakeSerialPort::Output(std::string_view bytes) {
   if (!open_) throw RunTimeError(kDeviceIo, Name(number_) + " is not open.");
+  if (watcher_ != nullptr) watcher_->BytesSent(bytes);
   frames_.push_back({time_.now(), std::string(bytes)});
   Note("output " + HexText(bytes));
   if (on_output) on_output(time_.now(), frames_.back().bytes);
@@ -102,6 +104,7 @@ void FakeSerialPort::Receive(std::string_view bytes) {
     Note("lost " + HexText(bytes));
     return;
   }
+  if (watcher_ != nullptr) watcher_->BytesReceived(bytes);
   in_buffer_ += bytes;
   Note("receive " + HexText(bytes));
   Arm(Micros::zero());

@@ -49,6 +49,7 @@ class FakeSerialPort final : public SerialPort {
   int RThreshold() const override { return threshold_; }
   void SetRThreshold(int bytes) override;
   void SetOnComm(std::function<void(int)> handler) override;
+  void SetWatcher(LineWatcher* watcher) override { watcher_ = watcher; }
   std::string LossReason() const override { return loss_reason_; }
 
   // The far end sends. Bytes for a closed port are lost. The receive event comes with the next
@@ -116,6 +117,7 @@ class FakeSerialPort final : public SerialPort {
   std::string in_buffer_;
   std::string loss_reason_;
   std::function<void(int)> handler_;
+  LineWatcher* watcher_ = nullptr;
   bool armed_ = false;
   bool unread_ = false;  // a receive handler is running that has not read yet
   VirtualTime::EventId receive_event_{};

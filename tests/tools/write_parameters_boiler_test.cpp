@@ -5,6 +5,7 @@
 
 #include "common/text_file.h"
 #include "form/boiler_on_line.h"
+#include "platform/forwarding_platform.h"
 #include "support/samples.h"
 #include "tools/line_faults.h"
 #include "tools/write_parameters_fixture.h"
@@ -42,28 +43,13 @@ class ConfirmedDialogs final : public Dialogs {
 };
 
 // The world with those dialogs.
-class ConfirmedWorld final : public Platform {
+class ConfirmedWorld final : public ForwardingPlatform {
  public:
-  explicit ConfirmedWorld(FakeWorld& world) : world_(world) {}
+  using ForwardingPlatform::ForwardingPlatform;
 
-  std::unique_ptr<SerialPort> CreatePort() override { return world_.CreatePort(); }
-  std::unique_ptr<Timer> CreateTimer() override { return world_.CreateTimer(); }
-  std::unique_ptr<DrawingSurface> CreatePage(const PageSetup& setup) override {
-    return world_.CreatePage(setup);
-  }
-  std::unique_ptr<Workbook> CreateWorkbook(const std::string& path) override {
-    return world_.CreateWorkbook(path);
-  }
-  Clock& clock() override { return world_.clock(); }
-  Locale& locale() override { return world_.locale(); }
-  SettingsStore& settings() override { return world_.settings(); }
   ConfirmedDialogs& dialogs() override { return dialogs_; }
-  Shell& shell() override { return world_.shell(); }
-  Files& files() override { return world_.files(); }
-  PortDevices& devices() override { return world_.devices(); }
 
  private:
-  FakeWorld& world_;
   ConfirmedDialogs dialogs_;
 };
 

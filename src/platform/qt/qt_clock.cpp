@@ -12,4 +12,9 @@ Date QtClock::Now() const {
          now.time().msecsSinceStartOfDay() / kMillisecondsPerDay;
 }
 
+std::chrono::microseconds QtClock::Elapsed() const {
+  return std::chrono::duration_cast<std::chrono::microseconds>(
+      std::chrono::steady_clock::now().time_since_epoch());
+}
+
 }  // namespace tarnlink

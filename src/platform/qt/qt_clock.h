@@ -8,6 +8,7 @@ namespace tarnlink {
 class QtClock final : public Clock {
  public:
   Date Now() const override;
+  std::chrono::microseconds Elapsed() const override;
 };
 
 }  // namespace tarnlink

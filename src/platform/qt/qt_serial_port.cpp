@@ -97,12 +97,15 @@ void QtSerialPort::Open() {
 
 void QtSerialPort::Close() {
   if (!PortOpen()) return;
+  TellArrived();
+  if (watcher_ != nullptr) watcher_->LineClosed();
   QSerialPort* port = std::exchange(port_, nullptr);
   port->close();
   port->deleteLater();
   guard_.reset();
   ++opening_;
   discard_ = 0;
+  told_ = 0;
   armed_ = false;
   unread_ = false;
 }
@@ -121,6 +124,8 @@ void QtSerialPort::Output(std::string_view bytes) {
   if (!PortOpen()) {
     throw RunTimeError(kDeviceIo, "COM" + std::to_string(number_) + " is not open.");
   }
+  TellArrived();
+  if (watcher_ != nullptr) watcher_->BytesSent(bytes);
   // Straight to the driver while nothing waits in front: QSerialPort would send with the next turn
   // of the event loop. What the driver does not take goes that way, and so do its errors.
   if (port_->bytesToWrite() == 0) {
@@ -144,6 +149,8 @@ void QtSerialPort::Output(std::string_view bytes) {
 std::string QtSerialPort::Input() {
   unread_ = false;
   if (!PortOpen()) return {};
+  TellArrived();
+  told_ = 0;
   std::string bytes(static_cast<std::size_t>(InBufferCount()), '\0');
   if (!bytes.empty()) port_->read(bytes.data(), static_cast<qint64>(bytes.size()));
   return bytes;
@@ -163,7 +170,18 @@ void QtSerialPort::ClearInBuffer() {
 }
 
 void QtSerialPort::DropDiscarded() {
-  if (discard_ > 0) discard_ -= port_->skip(std::min(discard_, port_->bytesAvailable()));
+  if (discard_ <= 0) return;
+  const qint64 dropped = port_->skip(std::min(discard_, port_->bytesAvailable()));
+  discard_ -= dropped;
+  told_ -= dropped;
+}
+
+// Also of what nobody will read.
+void QtSerialPort::TellArrived() {
+  const qint64 waiting = port_->bytesAvailable();
+  if (watcher_ == nullptr || waiting <= told_) return;
+  const QByteArray bytes = port_->peek(waiting).mid(std::exchange(told_, waiting));
+  watcher_->BytesReceived({bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
 void QtSerialPort::SetRThreshold(int bytes) {
@@ -177,6 +195,7 @@ void QtSerialPort::SetOnComm(std::function<void(int)> handler) {
 }
 
 void QtSerialPort::BytesArrived() {
+  TellArrived();
   DropDiscarded();
   PostLineErrors();
   Arm();

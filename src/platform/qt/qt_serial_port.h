@@ -39,6 +39,7 @@ class QtSerialPort final : public SerialPort {
   int RThreshold() const override { return threshold_; }
   void SetRThreshold(int bytes) override;
   void SetOnComm(std::function<void(int)> handler) override;
+  void SetWatcher(LineWatcher* watcher) override { watcher_ = watcher; }
   std::string LossReason() const override { return loss_reason_; }
 
  private:
@@ -47,6 +48,7 @@ class QtSerialPort final : public SerialPort {
   void Lose();
 
   void BytesArrived();
+  void TellArrived();
   void DropDiscarded();
   bool ReceiveDue() const;
   void Arm();
@@ -65,10 +67,12 @@ class QtSerialPort final : public SerialPort {
 
   std::unique_ptr<PortGuard> guard_;
   QSerialPort* port_ = nullptr;  // null while closed; let go with deleteLater
-  int opening_ = 0;              // tells the events of one opening from those of the next
-  qint64 discard_ = 0;           // bytes to come that ClearInBuffer has thrown away already
-  bool armed_ = false;           // a receive event is on its way
-  bool unread_ = false;          // a receive handler is running that has not read yet
+  LineWatcher* watcher_ = nullptr;
+  qint64 told_ = 0;      // bytes that wait and that the watcher has heard of
+  int opening_ = 0;      // tells the events of one opening from those of the next
+  qint64 discard_ = 0;   // bytes to come that ClearInBuffer has thrown away already
+  bool armed_ = false;   // a receive event is on its way
+  bool unread_ = false;  // a receive handler is running that has not read yet
   std::optional<LineCounters> counters_;
   QObject context_;  // calls through the event loop end with this
 };
