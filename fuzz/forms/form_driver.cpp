@@ -278,7 +278,8 @@ void FormDriver::BreakCall() {
                                             {"BigWriter.IsFinished", kDiskFull},
                                             {"Port.Open", kPortUnavailable},
                                             {"Port.Output", kDeviceIo},
-                                            {"Port.Settings", kTypeMismatch}}};
+                                            // An open port is opened anew with them.
+                                            {"Port.Settings", kPortUnavailable}}};
   const Call& call = kCalls[static_cast<std::size_t>(input_.Below(kCalls.size()))];
   const int nth = 1 + input_.Below(4);
   world_.faults().Break(call.name, nth, RunTimeError(call.code, "It does not work."));

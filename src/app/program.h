@@ -7,10 +7,12 @@
 
 #include "monitor/monitor.h"
 #include "platform/qt/qt_platform.h"
+#include "platform/watched_platform.h"
 #include "ui/about_dialog.h"
 #include "ui/file_tools.h"
 #include "ui/gen_par_file_dialog.h"
 #include "ui/graph_tool.h"
+#include "ui/link_tool.h"
 #include "ui/main_window.h"
 #include "ui/multiple_registers_dialog.h"
 #include "ui/options_dialog.h"
@@ -40,9 +42,12 @@ class Program {
  private:
   void MakeTools();
 
-  QtPlatform platform_;
+  QtPlatform outside_;
+  LinkRecord link_record_{outside_.clock()};
+  WatchedPlatform platform_{outside_, link_record_};
   Monitor monitor_{platform_};
   MainWindow window_{monitor_.main};
+  LinkTool link_{monitor_.main, link_record_, window_};
   std::unique_ptr<OptionsDialog> options_;
   std::unique_ptr<AboutDialog> about_;
   std::unique_ptr<SettingsDialog> settings_;

@@ -2,9 +2,11 @@
 // in; a view reports what the user did through `Press`, `Choose` and the property setters.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -73,6 +75,11 @@ class TextBox : public PlacedControl {
   // How many characters the user can type; 0 is any number. A longer text that the program has set
   // stays whole until it is typed over.
   Property<int> MaxLength{this, 0};
+  // A value that has not been confirmed for a while: its letters are grey, and nothing else
+  // changes.
+  Property<bool> IsOld{this, false};
+  // When a value came in last, as the clock's `Elapsed` has it.
+  std::optional<std::chrono::microseconds> AnsweredAt;
   std::function<void()> Change;     // after each change of Text, by whomever
   std::function<void()> LostFocus;  // reported by the view
 

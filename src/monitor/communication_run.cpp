@@ -55,7 +55,11 @@ std::string CommunicationRun::NameText(int index) const { return main_.RAM_LOC_T
 
 void CommunicationRun::ShowValue(int index, const std::string& text) {
   // The user may have undone the Location between request and answer.
-  if (main_.RAM_LOC_VAL.Has(index)) main_.RAM_LOC_VAL(index).Text = text;
+  if (!main_.RAM_LOC_VAL.Has(index)) return;
+  TextBox& box = main_.RAM_LOC_VAL(index);
+  box.AnsweredAt = main_.platform().clock().Elapsed();
+  box.IsOld = false;
+  box.Text = text;
 }
 
 void CommunicationRun::ShowPanel(StatusPanelIndex panel, const std::string& text) {
@@ -76,6 +80,7 @@ void CommunicationRun::StartCommunication() {
     ShowPanel(kStatusPanel, "Communication Running");
     DisableToolsDuringRun();
     main_.MsgPointer = 0;
+    round_began_ = main_.platform().clock().Elapsed();
     main_.DDERowCounter = 2;
     if (options_.chk_GeneralLogging(0).Value) recorder_.PrepareLog();
     if (options_.chk_GeneralLogging(1).Value) recorder_.StartSpreadsheet();
@@ -99,7 +104,24 @@ void CommunicationRun::RecordValue(int index) {
 }
 
 void CommunicationRun::ClearAllValues() {
-  for (int i = 1; i <= main_.MaxId; ++i) ShowValue(i, "");
+  for (int i = 1; i <= main_.MaxId; ++i) {
+    if (main_.RAM_LOC_VAL.Has(i)) main_.RAM_LOC_VAL(i).Text = "";
+  }
+}
+
+void CommunicationRun::EndRound() {
+  recorder_.EndRound();
+  ShowWhichAreOld();
+  round_began_ = main_.platform().clock().Elapsed();
+}
+
+// Also those that nobody asks for any more: what stands in their boxes may long be something else.
+void CommunicationRun::ShowWhichAreOld() {
+  for (int i = 1; i <= main_.MaxId; ++i) {
+    if (!main_.RAM_LOC_VAL.Has(i)) continue;
+    TextBox& box = main_.RAM_LOC_VAL(i);
+    box.IsOld = !box.AnsweredAt || *box.AnsweredAt <= round_began_;
+  }
 }
 
 void CommunicationRun::DisableToolsDuringRun() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -54,7 +55,7 @@ class CommunicationRun final : public ProtocolRun {
   void LogRequest(int index) override { recorder_.LogRequest(index); }
   void RecordValue(int index) override;
   void LogUnreadable(int index) override { recorder_.LogUnreadable(index); }
-  void EndRound() override { recorder_.EndRound(); }
+  void EndRound() override;
   void EndLogRow() override { recorder_.EndLogRow(); }
   void TellProtectedArea() override;
   void DoubtTheLine() override { doubt_.Raise(); }
@@ -64,6 +65,7 @@ class CommunicationRun final : public ProtocolRun {
   void EndRun();
   void StopWithoutPort();
   void ClearAllValues();
+  void ShowWhichAreOld();
   void DisableToolsDuringRun();
   void ReportError(const RunTimeError& error);
 
@@ -87,6 +89,7 @@ class CommunicationRun final : public ProtocolRun {
   ProtocolTable protocols_;
   ReceivePause receive_pause_;
   LineDoubt doubt_;
+  std::chrono::microseconds round_began_{0};
   bool line_error_shown_ = false;  // one box at a time, however many errors come in
 };
 

@@ -107,6 +107,10 @@ class frm_Main : public RunFields {
   MenuEntry mnuUndo{"mnuUndo", "&Undo"};
   MenuEntry mnuRedo{"mnuRedo", "&Redo"};
 
+  MenuEntry M_view{"M_view", "&View"};
+  MenuEntry mnuLinkHealth{"mnuLinkHealth", "Link &Health"};
+  MenuEntry mnuLinkTrace{"mnuLinkTrace", "Link &Trace"};
+
   MenuEntry M_Tools{"M_Tools", "&Tools"};
   MenuEntry M_Graphics{"M_Graphics", "Graphics"};
   MenuEntry M_ControlPanel{"M_ControlPanel", "Control Panel"};

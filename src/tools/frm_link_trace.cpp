@@ -14,7 +14,7 @@ namespace tarnlink {
 namespace {
 
 constexpr int kRefresh = 200;  // ms
-constexpr const char* kColumns = "Time\tAfter ms\tKind\tBytes\tMeaning";
+constexpr const char* kColumns = "Time\tAfter ms\tKind\tMeaning\tBytes";
 
 bool WentWrong(TraceKind kind) {
   return kind != TraceKind::kRequest && kind != TraceKind::kAnswer && kind != TraceKind::kClosed;
@@ -64,7 +64,7 @@ std::string TraceSinceText(const TraceEntry& entry) {
 
 std::string TraceLine(const TraceEntry& entry) {
   return TraceTimeText(entry.date) + "\t" + TraceSinceText(entry) + "\t" +
-         TraceKindText(entry.kind) + "\t" + BytesInHex(entry.bytes) + "\t" + entry.meaning;
+         TraceKindText(entry.kind) + "\t" + entry.meaning + "\t" + BytesInHex(entry.bytes);
 }
 
 // --- Rows ----------------------------------------------------------------------------------------

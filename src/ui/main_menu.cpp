@@ -57,6 +57,15 @@ void BuildEditMenu(QMenuBar* bar, frm_Main& main, const QList<QAction*>& tools) 
   for (const int button : {1, 4, 6}) menu->addAction(tools[button - 1]);
 }
 
+void BuildViewMenu(QMenuBar* bar, frm_Main& main) {
+  QMenu* menu = AddMenu(bar, main.M_view);
+  QAction* health = AddEntry(menu, main.mnuLinkHealth);
+  health->setCheckable(true);
+  health->setChecked(main.mnuLinkHealth.Checked);
+  health->setShortcut(Qt::Key_F8);
+  AddEntry(menu, main.mnuLinkTrace)->setShortcut(Qt::Key_F9);
+}
+
 void BuildToolsMenu(QMenuBar* bar, frm_Main& main) {
   QMenu* menu = AddMenu(bar, main.M_Tools);
   AddEntries(menu,
@@ -88,6 +97,7 @@ void BuildHelpMenu(QMenuBar* bar, frm_Main& main) {
 void BuildMainMenu(QMenuBar* bar, frm_Main& main, const QList<QAction*>& tools) {
   BuildFileMenu(bar, main);
   BuildEditMenu(bar, main, tools);
+  BuildViewMenu(bar, main);
   BuildToolsMenu(bar, main);
   BuildProjectMenu(bar, main);
   BuildHelpMenu(bar, main);

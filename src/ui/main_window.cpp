@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QScreen>
@@ -111,6 +112,12 @@ void MainWindow::BuildStatusBar() {
       "Local Connection Active"};
   statusBar()->setObjectName("StatusBar1");
   statusBar()->setSizeGripEnabled(false);
+  auto* whole = new QWidget;
+  below_ = new QVBoxLayout(whole);
+  below_->setContentsMargins(0, 0, 0, 0);
+  auto* panels = new QHBoxLayout;
+  below_->addLayout(panels);
+  statusBar()->addWidget(whole, 1);
   for (int i = main_.StatusBar1.first(); i <= main_.StatusBar1.last(); ++i) {
     auto* panel = new TextPlate;
     panel->setSizePolicy(i == kLocationPanel ? QSizePolicy::Ignored : QSizePolicy::Fixed,
@@ -119,9 +126,11 @@ void MainWindow::BuildStatusBar() {
       panel->setFixedWidth(panel->fontMetrics().horizontalAdvance(longest[i - 1]) + kFrame);
     }
     Bind(panel, main_.StatusBar1(i));
-    statusBar()->addWidget(panel, i == kLocationPanel ? 1 : 0);
+    panels->addWidget(panel, i == kLocationPanel ? 1 : 0);
   }
 }
+
+void MainWindow::AddBelowStatusBar(QWidget* widget) { below_->addWidget(widget); }
 
 void MainWindow::ShowForm() {
   const QString title = ToQt(main_.form.Caption.get());

@@ -8,6 +8,8 @@
 #include "ui/project_window.h"
 #include "ui/screen_surface.h"
 
+class QVBoxLayout;
+
 namespace tarnlink {
 
 class MainWindow final : public QMainWindow {
@@ -15,6 +17,10 @@ class MainWindow final : public QMainWindow {
   // Shows `main`, which outlives it. Closing the window presses the Exit entry.
   explicit MainWindow(frm_Main& main);
   ~MainWindow() override;
+
+  // Beneath the panels of the status bar, as wide as the window. It becomes part of the window and
+  // may be destroyed before it.
+  void AddBelowStatusBar(QWidget* widget);
 
   // Takes the place and size that the form has.
   void ShowPlace();
@@ -39,6 +45,7 @@ class MainWindow final : public QMainWindow {
   frm_Main& main_;
   ProjectWindow* project_;
   ScreenSurface* screen_;
+  QVBoxLayout* below_ = nullptr;  // the panels of the status bar, and what is beneath them
   Colour shown_colour_ = -1;
   bool placing_ = false;
   bool left_ = false;

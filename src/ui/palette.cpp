@@ -9,6 +9,12 @@ namespace tarnlink {
 
 QColor ReadableOn(const QColor& background) { return ToQColor(ReadableOn(ToColour(background))); }
 
+QColor FadedOn(const QColor& background) {
+  constexpr Colour kGrey = 0x909090;
+  constexpr double kReadableSmall = 4.5;  // of letters that are as small as a value's
+  return ToQColor(ReadableShade(kGrey, ToColour(background), kReadableSmall));
+}
+
 QColor ReadableShade(const QColor& colour, const QColor& background) {
   return ToQColor(ReadableShade(ToColour(colour), ToColour(background)));
 }

@@ -11,6 +11,9 @@ namespace tarnlink {
 // Black or white, whichever reads better on `background`.
 QColor ReadableOn(const QColor& background);
 
+// Grey, as far as letters of it can be read on `background`.
+QColor FadedOn(const QColor& background);
+
 // `colour` as letters on `background`: the same hue, darker or lighter as far as they would be hard
 // to read.
 QColor ReadableShade(const QColor& colour, const QColor& background);

@@ -25,6 +25,7 @@ void ScreenBox::paintEvent(QPaintEvent* event) {
 
 void ScreenBox::ShowControl() {
   SetText(ToQt(control_.Text.get()));
+  SetFaded(control_.IsOld);
   if (control_.TextFont.get() != shown_font_) {
     shown_font_ = control_.TextFont;
     setFont(ToScreenFont(shown_font_));

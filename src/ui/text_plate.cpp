@@ -33,6 +33,12 @@ void TextPlate::SetBackground(const QColor& background) {
   update();
 }
 
+void TextPlate::SetFaded(bool is_faded) {
+  if (is_faded == is_faded_) return;
+  is_faded_ = is_faded;
+  PaintPace::Paint(this);
+}
+
 QSize TextPlate::sizeHint() const {
   const QFontMetrics metrics = fontMetrics();
   return {metrics.horizontalAdvance(text_.left(kLongestDrawn)) + 2 * kIndent,
@@ -46,7 +52,7 @@ void TextPlate::paintEvent(QPaintEvent*) {
   painter.setPen(palette().color(QPalette::Mid));
   painter.drawRect(0, 0, width() - 1, height() - 1);
   if (text_.isEmpty()) return;
-  painter.setPen(ReadableOn(background));
+  painter.setPen(is_faded_ ? FadedOn(background) : ReadableOn(background));
   const QFontMetrics metrics = painter.fontMetrics();
   const int baseline = (height() + metrics.ascent() - metrics.descent()) / 2;
   const QString drawn = text_.left(kLongestDrawn);

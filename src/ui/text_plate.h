@@ -19,6 +19,8 @@ class TextPlate : public QWidget {
   const QString& text() const { return text_; }
   void SetText(const QString& text);
   void SetBackground(const QColor& background);
+  // Grey letters, as far as they can be read on the background.
+  void SetFaded(bool is_faded);
 
   QSize sizeHint() const override;
 
@@ -28,6 +30,7 @@ class TextPlate : public QWidget {
  private:
   QString text_;
   QColor background_;
+  bool is_faded_ = false;
 };
 
 }  // namespace tarnlink

@@ -134,10 +134,10 @@ TEST_F(LinkFormsTest, TheTraceShowsEachFrameWithTimeAndMeaning) {
   Exchange();
   trace.Show();
   EXPECT_EQ(Shown(),
-            "14:07:09.000\t\trequest\t0D 01 33 30 30 30 31 30 30 30 30 46 41 45 42 0A\t"
-            "slave 3: read class 1, ID 0001\n"
-            "14:07:09.020\t+ 20.0\tanswer\t0D 11 33 30 30 30 31 32 41 30 30 36 43 32 44 0A\t"
-            "slave 3: class 1, ID 0001 is 2A00\n");
+            "14:07:09.000\t\trequest\tslave 3: read class 1, ID 0001\t"
+            "0D 01 33 30 30 30 31 30 30 30 30 46 41 45 42 0A\n"
+            "14:07:09.020\t+ 20.0\tanswer\tslave 3: class 1, ID 0001 is 2A00\t"
+            "0D 11 33 30 30 30 31 32 41 30 30 36 43 32 44 0A\n");
   EXPECT_EQ(trace.lblCount.Caption.get(), "2 of the last 20000 are shown");
 }
 
@@ -243,11 +243,11 @@ TEST_F(LinkFormsTest, TheTraceIsSavedAsAText) {
   world.dialogs().ExpectSaveFile("Save list").Give("/work/line.txt");
   trace.cmdSave.Press();
   EXPECT_EQ(world.disk().Get("/work/line.txt"),
-            "Time\tAfter ms\tKind\tBytes\tMeaning\r\n"
-            "14:07:09.000\t\trequest\t0D 01 33 30 30 30 31 30 30 30 30 46 41 45 42 0A\t"
-            "slave 3: read class 1, ID 0001\r\n"
-            "14:07:09.020\t+ 20.0\tanswer\t0D 11 33 30 30 30 31 32 41 30 30 36 43 32 44 0A\t"
-            "slave 3: class 1, ID 0001 is 2A00\r\n");
+            "Time\tAfter ms\tKind\tMeaning\tBytes\r\n"
+            "14:07:09.000\t\trequest\tslave 3: read class 1, ID 0001\t"
+            "0D 01 33 30 30 30 31 30 30 30 30 46 41 45 42 0A\r\n"
+            "14:07:09.020\t+ 20.0\tanswer\tslave 3: class 1, ID 0001 is 2A00\t"
+            "0D 11 33 30 30 30 31 32 41 30 30 36 43 32 44 0A\r\n");
 }
 
 TEST_F(LinkFormsTest, ATraceThatCanNotBeSavedIsTold) {

@@ -1,0 +1,97 @@
+#include "ui/link_panel.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include "platform/qt/qt_text.h"
+#include "ui/binders.h"
+
+namespace tarnlink {
+
+namespace {
+
+constexpr int kMargin = 4;  // pixels
+constexpr int kRowAir = 4;  // pixels above and below a row together
+constexpr int kRowsInSight = 4;
+constexpr int kSlavesShare = 3;  // of the width, as the ages have 1
+
+QStringList CellsOf(const std::string& row) { return ToQt(row).split(QLatin1Char('\t')); }
+
+// Cells that stay are changed in place, so that nothing flickers and a selection stays.
+void Fill(QTableWidget* table, const std::vector<std::string>& rows) {
+  table->setRowCount(static_cast<int>(rows.size()));
+  for (int row = 0; row < table->rowCount(); ++row) {
+    const QStringList cells = CellsOf(rows[static_cast<std::size_t>(row)]);
+    for (int column = 0; column < table->columnCount(); ++column) {
+      const QString text = cells.value(column);
+      QTableWidgetItem* item = table->item(row, column);
+      if (item == nullptr) table->setItem(row, column, item = new QTableWidgetItem);
+      if (item->text() != text) item->setText(text);
+    }
+  }
+}
+
+}  // namespace
+
+LinkPanel::LinkPanel(frm_LinkHealth& form, QWidget* parent) : QWidget(parent), form_(form) {
+  setObjectName(ToQt(form_.form.name()));
+  setAccessibleName(ToQt(form_.caption.Caption.get()));
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(0, kMargin, 0, kMargin);
+  row->addWidget(Table(form_.lblSlaves, form_.lstSlaves, tr("Slaves")), kSlavesShare);
+  row->addWidget(Table(form_.lblAges, form_.lstAges, tr("Ages of the values")), 1);
+  auto* buttons = new QVBoxLayout;
+  for (CommandButton* control : {&form_.cmdTrace, &form_.cmdClear}) {
+    auto* button = new QPushButton(this);
+    Bind(button, *control);
+    buttons->addWidget(button);
+  }
+  buttons->addStretch();
+  row->addLayout(buttons);
+  form_.form.SetView([this] { ShowForm(); });
+  ShowForm();
+}
+
+LinkPanel::~LinkPanel() {
+  form_.form.SetView({});
+  form_.lstSlaves.SetView({});
+  form_.lstAges.SetView({});
+}
+
+void LinkPanel::ShowForm() { setVisible(form_.form.Visible); }
+
+QTableWidget* LinkPanel::Table(Label& headings, ListBox& rows, const QString& name) {
+  auto* table = new QTableWidget(this);
+  table->setObjectName(ToQt(rows.name()));
+  table->setAccessibleName(name);
+  const QStringList names = CellsOf(headings.Caption);
+  table->setColumnCount(static_cast<int>(names.size()));
+  table->setHorizontalHeaderLabels(names);
+  table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table->setTabKeyNavigation(false);
+  table->setWordWrap(false);
+  QHeaderView* lines = table->verticalHeader();
+  lines->hide();
+  const int height = table->fontMetrics().height() + kRowAir;
+  lines->setMinimumSectionSize(height);
+  lines->setDefaultSectionSize(height);
+  QHeaderView* columns = table->horizontalHeader();
+  columns->setHighlightSections(false);
+  columns->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  columns->setStretchLastSection(true);
+  for (int column = 0; column < table->columnCount(); ++column) {
+    const int width = columns->sectionSizeHint(column);
+    table->setColumnWidth(column, width);
+  }
+  table->setFixedHeight(columns->sizeHint().height() + kRowsInSight * height +
+                        2 * table->frameWidth());
+  rows.SetView([table, &rows] { Fill(table, rows.List); });
+  Fill(table, rows.List);
+  return table;
+}
+
+}  // namespace tarnlink
