@@ -92,12 +92,12 @@ void frm_LinkHealth::Refresh() {
   if (accounts.size() > 1) slaves.push_back(Row("All", record_.account().Total()));
   for (const SlaveAccount* account : accounts)
     slaves.push_back(Row(account->slave.empty() ? "-" : ShownText(account->slave), *account));
-  lstSlaves.List = std::move(slaves);
+  lstSlaves.List = slaves;
   std::vector<std::string> ages;
   for (const ValueAge& age : Ages ? Ages() : std::vector<ValueAge>())
     ages.push_back(std::to_string(age.index) + "\t" + ShownText(age.name) + "\t" +
                    AgeText(age.seconds) + (age.is_old && age.seconds >= 0 ? ", old" : ""));
-  lstAges.List = std::move(ages);
+  lstAges.List = ages;
 }
 
 }  // namespace tarnlink

@@ -8,7 +8,7 @@ namespace tarnlink {
 namespace {
 
 // Far beyond the longest frame: what has not become one by then never will.
-constexpr std::size_t kMostWaiting = 600;
+constexpr std::size_t kMostWaiting = 300;
 
 // A port that is closed sooner leaves an exchange unfinished: it may still have been answered.
 constexpr std::chrono::seconds kSilence(1);

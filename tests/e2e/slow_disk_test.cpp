@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
+#include <filesystem>
 
 #include "job_folder.h"
 
@@ -61,6 +62,18 @@ TEST_F(SlowDiskTest, TheUserNeedNotWait) {
   program->Click("OK");
   EXPECT_TRUE(program->Becomes("modal", "none"));
   EXPECT_EQ(folder.Read("screens/boiler.wcr"), folder.Read("boiler.wcr"));
+}
+
+// Qt would wait for the disk twice, with the window, to keep how its dialog was left.
+TEST(FileDialog, IsLeftWithoutWaitingForTheDisk) {
+  const JobFolder folder;
+  DrivenProgram program(folder, TarnLinkSettings(""), folder.Path("boiler.wcr"));
+  ExpectScreen(program, "boiler.wcr");
+  program.Press("M_fileopen");
+  ASSERT_TRUE(program.Becomes("modal", "Open|OpenFile"));
+  program.Click("Cancel");
+  ASSERT_TRUE(program.Becomes("modal", "none"));
+  EXPECT_FALSE(std::filesystem::exists(folder.Path("config/QtProject.conf")));
 }
 
 }  // namespace

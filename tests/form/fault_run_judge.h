@@ -3,6 +3,7 @@
 #pragma once
 
 #include <deque>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -112,8 +113,9 @@ class FaultJudge final : public RunRecorder {
   frm_Main& main_;
   const FrameReader& reader_;
   const boiler::Controller& controller_;
-  std::deque<Exchange> exchanges_;  // the last ones
-  std::deque<Piece> pieces_;        // the same
+  std::deque<Exchange> exchanges_;    // the last ones
+  std::deque<Piece> pieces_;          // the same
+  std::map<int, std::string> texts_;  // of the boxes
   std::string taken_;
   std::string request_;
   int place_ = 0;  // of the next value of what was taken

@@ -125,9 +125,11 @@ Answer ToAnswer(int button) {
 }
 
 std::unique_ptr<QFileDialog> MakeFileDialog(const FileDialogRequest& request,
-                                            const QString& last_folder) {
+                                            const QString& last_folder,
+                                            const DialogMemory& memory) {
   auto dialog = std::make_unique<QFileDialog>(Owner(), ToQt(request.title));
   dialog->setOption(QFileDialog::DontUseNativeDialog, !DesktopHasDialogs());
+  memory.Restore(*dialog);
   const QString folder = ToQt(request.folder);
   if (!folder.isEmpty() && QDir(folder).exists()) {
     dialog->setDirectory(folder);
@@ -140,6 +142,13 @@ std::unique_ptr<QFileDialog> MakeFileDialog(const FileDialogRequest& request,
   if (!filters.isEmpty()) dialog->setNameFilters(filters);
   dialog->setDefaultSuffix(ToQt(request.extension));
   return dialog;
+}
+
+std::unique_ptr<QFileDialog> RunFileDialog(std::unique_ptr<QFileDialog> dialog, const QString& name,
+                                           DialogMemory& memory) {
+  auto shown = Run(std::move(dialog), name);
+  if (shown != nullptr) memory.Keep(*shown);
+  return shown;
 }
 
 // A name follows the filter that the user picks, where each has one extension.
@@ -173,7 +182,7 @@ std::optional<std::string> Chosen(const QFileDialog* dialog, QString& last_folde
 
 }  // namespace
 
-QtDialogs::QtDialogs() = default;
+QtDialogs::QtDialogs(SettingsStore* settings) : memory_(settings) {}
 QtDialogs::~QtDialogs() = default;
 
 Answer QtDialogs::MessageBox(const MessageBoxRequest& request) {
@@ -209,20 +218,22 @@ std::optional<std::string> QtDialogs::InputBox(const std::string& prompt, const 
 }
 
 std::optional<std::string> QtDialogs::OpenFile(const FileDialogRequest& request) {
-  auto dialog = MakeFileDialog(request, last_folder_);
+  auto dialog = MakeFileDialog(request, last_folder_, memory_);
   dialog->setFileMode(QFileDialog::ExistingFile);
   if (!request.file_name.empty()) dialog->selectFile(ToQt(request.file_name));
-  return Chosen(Run(std::move(dialog), QStringLiteral("OpenFile")).get(), last_folder_);
+  return Chosen(RunFileDialog(std::move(dialog), QStringLiteral("OpenFile"), memory_).get(),
+                last_folder_);
 }
 
 std::optional<std::string> QtDialogs::SaveFile(const FileDialogRequest& request) {
-  auto dialog = MakeFileDialog(request, last_folder_);
+  auto dialog = MakeFileDialog(request, last_folder_, memory_);
   dialog->setAcceptMode(QFileDialog::AcceptSave);
   dialog->setFileMode(QFileDialog::AnyFile);
   dialog->setOption(QFileDialog::DontConfirmOverwrite, !request.confirm_overwrite);
   if (!request.file_name.empty()) dialog->selectFile(ToQt(request.file_name));
   FollowFilter(*dialog);
-  return Chosen(Run(std::move(dialog), QStringLiteral("SaveFile")).get(), last_folder_);
+  return Chosen(RunFileDialog(std::move(dialog), QStringLiteral("SaveFile"), memory_).get(),
+                last_folder_);
 }
 
 std::optional<std::string> QtDialogs::PickFolder(const std::string& title,
@@ -230,17 +241,20 @@ std::optional<std::string> QtDialogs::PickFolder(const std::string& title,
   FileDialogRequest request;
   request.title = title;
   request.folder = folder;
-  auto dialog = MakeFileDialog(request, last_folder_);
+  auto dialog = MakeFileDialog(request, last_folder_, memory_);
   dialog->setFileMode(QFileDialog::Directory);
   dialog->setOption(QFileDialog::ShowDirsOnly);
   QString not_kept;
-  return Chosen(Run(std::move(dialog), QStringLiteral("PickFolder")).get(), not_kept);
+  return Chosen(RunFileDialog(std::move(dialog), QStringLiteral("PickFolder"), memory_).get(),
+                not_kept);
 }
 
 std::optional<Colour> QtDialogs::PickColour(Colour colour) {
+  memory_.RestoreColours();
   auto dialog = std::make_unique<QColorDialog>(ToQColor(colour), Owner());
   dialog->setOption(QColorDialog::DontUseNativeDialog, !DesktopHasDialogs());
   const auto shown = Run(std::move(dialog), QStringLiteral("PickColour"));
+  memory_.KeepColours();
   if (shown == nullptr || shown->result() != QDialog::Accepted) return std::nullopt;
   return ToColour(shown->selectedColor());
 }

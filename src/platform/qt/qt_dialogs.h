@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/dialogs.h"
+#include "platform/qt/dialog_memory.h"
 #include "platform/qt/qt_files.h"
 
 class QPrinter;
@@ -17,7 +18,8 @@ namespace tarnlink {
 
 class QtDialogs final : public Dialogs {
  public:
-  QtDialogs();
+  // How the user left a dialog is kept in `settings`, which outlive this; with none, nowhere.
+  explicit QtDialogs(SettingsStore* settings = nullptr);
   ~QtDialogs() override;
 
   Answer MessageBox(const MessageBoxRequest& request) override;
@@ -36,6 +38,7 @@ class QtDialogs final : public Dialogs {
   QPrinter& printer();
 
  private:
+  DialogMemory memory_;
   std::unique_ptr<QPrinter> printer_;
   QString last_folder_;
   QtFiles files_;       // for what a preview saves

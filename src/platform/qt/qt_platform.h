@@ -34,7 +34,7 @@ class QtPlatform final : public Platform {
   QtClock clock_;
   QtLocale locale_;
   QtSettingsStore settings_;
-  QtDialogs dialogs_;
+  QtDialogs dialogs_{&settings_};
   QtShell shell_;
   QtFiles files_;
   QtPortDevices devices_;
