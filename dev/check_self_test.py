@@ -116,6 +116,11 @@ def main():
         if not any(line.startswith("src/common/emptied.cpp:3: ") and "null" in line for line in lines):
             failures.append(f"src/common/emptied.cpp: expected a null pointer, found {lines}")
 
+    # What judges the figures of docs/reliability.md is tried as well.
+    done = subprocess.run(["dev/trust", "--self-test"], cwd=ROOT, capture_output=True, text=True, check=False)
+    if done.returncode != 0:
+        failures.append(f"dev/trust --self-test: {done.stdout}{done.stderr}")
+
     for failure in failures:
         print(failure)
     print(f"dev/check --self-test: {len(PLANTED) + 2} planted, {len(failures)} misjudged")
