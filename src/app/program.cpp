@@ -8,6 +8,8 @@
 #include "common/text.h"
 #include "monitor/project_paths.h"
 #include "monitor/tool_commands.h"
+#include "platform/qt/port_guard.h"
+#include "platform/qt/qt_simulated_boiler.h"
 #include "ui/on_demand.h"
 
 namespace tarnlink {
@@ -104,10 +106,21 @@ void Program::MakeTools() {
   main.ShowWPConversion = [this] { file_tools_->wp_conversion.Show(); };
 }
 
+FirstStepsHost Program::HostOfFirstSteps() {
+  return {.WhyUnusable = WhyUnusable,
+          .StartBoiler = [] { return std::make_unique<QtSimulatedBoiler>(); },
+          .OpenFiles = [this](const std::vector<std::string>& files) { OpenFiles(files); }};
+}
+
 void Program::Start(const std::vector<std::string>& files) {
   monitor_.start.Form_Load();
   window_.ShowPlace();
   window_.show();
+  OpenFiles(files);
+  first_steps_.Look();
+}
+
+void Program::OpenFiles(const std::vector<std::string>& files) {
   for (const std::string& file : files) {
     if (ToLower(file).ends_with(".wcr")) {
       monitor_.screen.OpenTarnLinkFileBuildScreen(file);

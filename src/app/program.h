@@ -5,13 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "monitor/frm_first_steps.h"
 #include "monitor/monitor.h"
 #include "platform/qt/qt_platform.h"
 #include "platform/watched_platform.h"
 #include "ui/about_dialog.h"
 #include "ui/file_tools.h"
+#include "ui/first_steps_panel.h"
 #include "ui/gen_par_file_dialog.h"
 #include "ui/graph_tool.h"
+#include "ui/help_key.h"
 #include "ui/link_tool.h"
 #include "ui/main_window.h"
 #include "ui/multiple_registers_dialog.h"
@@ -41,6 +44,8 @@ class Program {
 
  private:
   void MakeTools();
+  FirstStepsHost HostOfFirstSteps();
+  void OpenFiles(const std::vector<std::string>& files);
 
   QtPlatform outside_;
   LinkRecord link_record_{outside_.clock()};
@@ -48,6 +53,8 @@ class Program {
   Monitor monitor_{platform_};
   MainWindow window_{monitor_.main};
   LinkTool link_{monitor_.main, link_record_, window_};
+  frm_FirstSteps first_steps_{monitor_.main, monitor_.options, HostOfFirstSteps()};
+  FirstStepsPanel first_steps_panel_{first_steps_, window_.ScreenArea()};
   std::unique_ptr<OptionsDialog> options_;
   std::unique_ptr<AboutDialog> about_;
   std::unique_ptr<SettingsDialog> settings_;
@@ -59,6 +66,7 @@ class Program {
   ToolHost tool_host_;
   std::unique_ptr<ServiceTools> tools_;
   std::unique_ptr<FileTools> file_tools_;
+  HelpKey help_key_{[this](std::string_view page) { monitor_.help.Open(page); }};
 };
 
 }  // namespace tarnlink

@@ -15,6 +15,7 @@
 #include "common/scroll_bar.h"
 #include "graph/graph_geometry.h"
 #include "graph/graphic.h"
+#include "graph/line_ages.h"
 #include "platform/platform.h"
 
 namespace tarnlink {
@@ -77,8 +78,9 @@ class frmGraphic {
   const std::unique_ptr<SerialPort> Comm;
   const std::unique_ptr<Timer> CommWatch;
   const std::unique_ptr<Timer> AutoSaveTimer;
-  bool ZOLTCommunication = false;    // it runs
-  std::int32_t LinePointer = -1;     // the line whose request is out
+  bool ZOLTCommunication = false;  // it runs
+  std::int32_t LinePointer = -1;   // the line whose request is out
+  LineAges Ages;
   std::int32_t RetryCount = 0;       // expiries of CommWatch since the last good answer
   bool SendTestMode = false;         // the command goes out in place of the next poll
   bool TestModeOn = true;            // what it says

@@ -161,10 +161,13 @@ std::string GraphAcquisition::NextFrame() {
     return BuildZoltMessage(kTestModeType, "0", kTestModeId, on ? kTestModeOn : std::uint8_t{0},
                             on ? graph_.TestModePower : std::uint8_t{0});
   }
+  const std::int32_t before = graph_.LinePointer;
   do {
     ++graph_.LinePointer;
     if (graph_.LinePointer > graph_.Data.LastChannel()) graph_.LinePointer = 0;
   } while (!IsPolled(graph_.LinePointer));
+  if (before < 0 || graph_.LinePointer <= before) graph_.Ages.BeginCycle();
+  graph_.Ages.Asked(graph_.LinePointer);
   const GraphAttribute& line = graph_.Data.LineAt(graph_.LinePointer);
   return BuildZoltMessage(line.Class, Hex(line.SlaveAddress), line.ID,
                           static_cast<std::uint8_t>(HighByte(line.Data)),
@@ -231,6 +234,7 @@ void GraphAcquisition::AwaitRest(std::string rest) {
 void GraphAcquisition::Store(const ZoltMessage& answer) {
   const int index = graph_.LinePointer;
   if (index < 0 || answer.Id != graph_.Data.LineAt(index).ID) return;
+  graph_.Ages.Answered(index);
   graph_.Data.AddMeasurement(answer.DataHi * 256 + answer.DataLo, graph_.Now(), index);
 }
 

@@ -16,6 +16,16 @@ namespace {
 // The places of a caption row's labels.
 constexpr std::array<float, kLabelsOfRow> kRowLeft = {50, 1200, 1300, 1725};
 
+constexpr std::size_t kValuePart = 2;
+
+// Where the value may have changed since; on any background it is drawn as far as it can be read.
+constexpr Colour kOldValue = 0x808080;
+
+// Whether what the caption shows as the present value was not confirmed for a while.
+bool ShowsOldValue(const frmGraphic& graph, int index) {
+  return graph.CursorTime == 0 && graph.Ages.IsOld(std::min(index, graph.Data.LastChannel()));
+}
+
 // The tops of the next rows, one below the other in each band.
 class CaptionTops {
  public:
@@ -63,7 +73,8 @@ void ShowRow(frmGraphic& graph, int k, int index, float top, const std::string& 
     label.Top = top;
     label.Left = kRowLeft.at(part);
     if (part == 0) label.Width = kRowLeft[1] - kRowLeft[0];  // a longer name covers no value
-    label.ForeColor = line.LineColor;
+    const bool is_old = part == kValuePart && ShowsOldValue(graph, index);
+    label.ForeColor = is_old ? kOldValue : line.LineColor;
     label.Caption = texts.at(part);
     label.ToolTipText = part == 0 ? line.Description : std::string();
     label.Enabled = true;

@@ -1,6 +1,7 @@
 #include "monitor/help_topics.h"
 
 #include "common/paths.h"
+#include "monitor/help_chapters.h"
 
 namespace tarnlink {
 
@@ -8,14 +9,16 @@ HelpTopics::HelpTopics(frm_Main& main) : main_(main) {
   main_.M_HelpTopics.Click = [this] { M_HelpTopics(); };
 }
 
-void HelpTopics::M_HelpTopics() {
-  const std::string page = JoinPath(main_.platform().files().DataFolder(), "HELP.HTML");
-  if (main_.platform().shell().OpenFile(page)) return;
+void HelpTopics::M_HelpTopics() { Open(kHelpStart); }
+
+void HelpTopics::Open(std::string_view page) {
+  const std::string path = JoinPath(main_.platform().files().DataFolder(), std::string(page));
+  if (main_.platform().shell().OpenFile(path)) return;
   main_.platform().dialogs().MessageBox(
       {.text = "The help cannot be shown.",
        .title = std::string(kProgramTitle),
        .icon = Icon::kExclamation,
-       .detail = "Nothing on this machine opens " + page + ", or it is not there."});
+       .detail = "Nothing on this machine opens " + path + ", or it is not there."});
 }
 
 }  // namespace tarnlink

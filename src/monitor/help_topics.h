@@ -1,5 +1,7 @@
-// The Help Topics entry.
+// The Help Topics entry, and the help of a form.
 #pragma once
+
+#include <string_view>
 
 #include "monitor/frm_main.h"
 
@@ -10,9 +12,12 @@ class HelpTopics {
   // Binds the entry. `main` outlives it.
   explicit HelpTopics(frm_Main& main);
 
-  // Opens the help that was shipped with the program in what the desktop has for such pages. Says
-  // so if there is none.
+  // Opens the first page of the help.
   void M_HelpTopics();
+
+  // Opens a page of the help that was shipped with the program in what the desktop has for such
+  // pages. Says so if there is none.
+  void Open(std::string_view page);
 
  private:
   frm_Main& main_;

@@ -5,6 +5,7 @@
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
+#include "ui/mnemonics.h"
 
 namespace tarnlink {
 
@@ -29,6 +30,7 @@ AboutDialog::AboutDialog(frmAbout& about, QWidget* parent) : QDialog(parent), ab
   layout->addWidget(purpose);
   layout->addSpacing(8);
   layout->addWidget(ok, 0, Qt::AlignRight);
+  GiveMnemonics(this);
   about_.form.SetView([this] { setVisible(about_.form.Visible); });
   setVisible(about_.form.Visible);
 }

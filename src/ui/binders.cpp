@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "platform/qt/qt_text.h"
+#include "ui/mnemonics.h"
 
 namespace tarnlink {
 
@@ -27,7 +28,7 @@ void Follow(QObject* widget, Control& control, std::function<void()> show) {
 }
 
 void ShowEntry(QAction* action, const MenuEntry& entry, const QString& text) {
-  action->setText(text);
+  ShowCaption(action, text);
   action->setEnabled(entry.Enabled);
   action->setVisible(entry.Visible);
   action->setToolTip(PlainToolTip(entry.ToolTipText));
@@ -205,7 +206,7 @@ void BindPath(QAction* action, MenuEntry& entry) {
 void Bind(QPushButton* button, CommandButton& control) {
   Follow(button, control, [button, &control] {
     ShowCommon(button, control);
-    button->setText(ToQt(control.Caption.get()));
+    ShowCaption(button, ToQt(control.Caption.get()));
   });
   QObject::connect(button, &QPushButton::clicked, [&control] { control.Press(); });
 }
@@ -213,7 +214,7 @@ void Bind(QPushButton* button, CommandButton& control) {
 void Bind(QCheckBox* box, CheckBox& control) {
   Follow(box, control, [box, &control] {
     ShowCommon(box, control);
-    box->setText(ToQt(control.Caption.get()));
+    ShowCaption(box, ToQt(control.Caption.get()));
     box->setChecked(control.Value);
   });
   QObject::connect(box, &QCheckBox::clicked, [&control](bool checked) { control.Value = checked; });
@@ -237,7 +238,7 @@ void Bind(QLabel* label, Label& control) {
   Follow(label, control, [label, &control] {
     constexpr Colour kGray = static_cast<Colour>(0x80000011);
     ShowCommon(label, control);
-    label->setText(ToQt(control.Caption.get()));
+    ShowCaption(label, ToQt(control.Caption.get()));
     QPalette colours;  // one that sets nothing follows the desktop
     if (control.ForeColor == kGray) {
       const QPalette usual = QApplication::palette(label);
@@ -349,7 +350,7 @@ void Bind(const std::vector<QRadioButton*>& buttons, OptionGroup& group) {
     exclusive->addButton(button, index);
     Follow(button, control, [buttons, button, exclusive, &group, &control] {
       ShowCommon(button, control);
-      button->setText(ToQt(control.Caption.get()));
+      ShowCaption(button, ToQt(control.Caption.get()));
       // Only a group that is not exclusive can have no button set.
       exclusive->setExclusive(false);
       button->setChecked(control.Value);

@@ -15,6 +15,7 @@
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
 #include "ui/coloured_edit.h"
+#include "ui/mnemonics.h"
 #include "ui/palette.h"
 #include "ui/scrolled_page.h"
 
@@ -282,6 +283,10 @@ void ControlPanelDialog::AddText(QGridLayout& rows, int row, PanelText& text, in
   const bool is_text = &text == &form_.txt_ErrorDescription || &text == &form_.txt_OSNumber;
   edit->setMinimumWidth(is_text ? kTextWidth : kNumberWidth);
   if (!is_text) edit->setMaximumWidth(kNumberWidth);
+  // Behind another text of its row a caption says what belongs to that one.
+  if (column == 0) return;
+  const auto* first = qobject_cast<QLabel*>(rows.itemAtPosition(row, 0)->widget());
+  edit->setAccessibleName(tr("%1, %2").arg(ToQt(text.Caption), WithoutMark(first->text())));
 }
 
 QLineEdit* ControlPanelDialog::Field(PanelText& text) {

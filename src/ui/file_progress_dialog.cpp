@@ -7,6 +7,7 @@
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
+#include "ui/mnemonics.h"
 
 namespace tarnlink {
 
@@ -30,6 +31,7 @@ FileProgressDialog::FileProgressDialog(frmFileProgress& form, QWidget* parent)
   layout->addWidget(share_);
   layout->addWidget(cancel, 0, Qt::AlignRight);
   layout->setSizeConstraint(QLayout::SetFixedSize);
+  GiveMnemonics(this);
   form_.form.SetView([this] { ShowForm(); });
   form_.caption.SetView([this] { ShowFile(); });
   form_.lblFile.SetView([this] { ShowFile(); });

@@ -14,6 +14,8 @@
 #include "ui/click_label.h"
 #include "ui/frames.h"
 #include "ui/line_rows.h"
+#include "ui/mnemonics.h"
+#include "ui/palette.h"
 
 namespace tarnlink {
 
@@ -41,7 +43,7 @@ GraphSettingsDialog::GraphSettingsDialog(frmGraphConf& form, QWidget* parent)
   right->addWidget(BuildAdvanced());
   right->addStretch();
   right->addWidget(BuildColours());
-  auto* close = new QPushButton(tr("Close"), this);
+  auto* close = new QPushButton(tr("&Close"), this);
   close->setObjectName(QStringLiteral("cmdClose"));
   close->setAutoDefault(false);
   connect(close, &QPushButton::clicked, this, [this] { done(Accepted); });
@@ -50,6 +52,7 @@ GraphSettingsDialog::GraphSettingsDialog(frmGraphConf& form, QWidget* parent)
   layout->addWidget(list);
   layout->addLayout(right);
   form_.form.SetView([this] { ShowForm(); });
+  GiveMnemonics(this);
   ShowForm();
 }
 
@@ -77,6 +80,7 @@ QWidget* GraphSettingsDialog::BuildList() {
     Bind(line, form_.chkLine(row));
     auto* caption = new QCheckBox(list);
     Bind(caption, form_.chkCap(row));
+    for (QCheckBox* box : {line, caption}) name->AddBeside(box);
     rows->addWidget(name, row, 0);
     rows->addWidget(new LineSampleView(form_.lblLine(row), list), row, 1);
     rows->addWidget(line, row, 2);
@@ -117,7 +121,7 @@ QWidget* GraphSettingsDialog::BuildDetails() {
     auto* edit = new QLineEdit(frame);
     Bind(edit, box);
     KeepPlace(edit);
-    edit->setPlaceholderText(caption);
+    SetPlaceholder(edit, caption);
     edit->setAccessibleName(caption);
     layout->addWidget(edit, row, 0, 1, 3);
   };

@@ -16,6 +16,7 @@
 #include "ui/binders.h"
 #include "ui/click_label.h"
 #include "ui/label_panel.h"
+#include "ui/mnemonics.h"
 #include "ui/mouse_button.h"
 #include "ui/palette.h"
 #include "ui/remembered_place.h"
@@ -191,6 +192,7 @@ void GraphWindow::BuildMenu() {
   add(menu_, menu.mnuPrint)->setShortcut(QKeySequence::Print);
   menu_->addSeparator();
   add(menu_, menu.mnuExit);
+  for (QMenu* one : {menu_, file, scale}) KeepMnemonics(one);
 }
 
 // --- What it shows -------------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 
 #include "common/run_time_error.h"
 #include "platform/qt/qt_text.h"
+#include "ui/accessible_parts.h"
 
 namespace tarnlink {
 
@@ -31,6 +32,7 @@ void Tell(int code, const char* reason) {
 GuardedApplication::GuardedApplication(int& count, char** words) : QApplication(count, words) {
   constexpr int kMostPictures = 512;  // KiB
   QPixmapCache::setCacheLimit(kMostPictures);
+  InstallAccessibleParts();
 }
 
 bool GuardedApplication::notify(QObject* receiver, QEvent* event) {

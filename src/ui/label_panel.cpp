@@ -74,6 +74,14 @@ void LabelPanel::paintEvent(QPaintEvent*) {
   }
 }
 
+QString LabelPanel::ShownText() const {
+  QStringList texts;
+  for (const Label* label : labels_) {
+    if (label->Visible && !label->Caption->empty()) texts << ToQt(label->Caption.get());
+  }
+  return texts.join(QStringLiteral(", "));
+}
+
 void LabelPanel::mousePressEvent(QMouseEvent* event) { Report(Down, ToMouseButton(*event)); }
 
 // The mouse asked for the menu with its button already.

@@ -19,6 +19,9 @@ class LabelPanel final : public QWidget {
              QWidget* parent, int overhang = 0);
   ~LabelPanel() override;
 
+  // All that can be read, one label behind the other.
+  QString ShownText() const;
+
   std::function<void(MouseButton)> Down;
   // How far label `index` is seen below its place; none does without it.
   std::function<float(std::size_t index)> Drop;

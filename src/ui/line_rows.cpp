@@ -10,6 +10,7 @@
 #include "platform/qt/qt_surface.h"
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
+#include "ui/mnemonics.h"
 #include "ui/palette.h"
 #include "ui/report.h"
 
@@ -36,8 +37,17 @@ RowName::~RowName() { label_.SetView({}); }
 
 void RowName::ShowLabel() {
   ShowCommon(this, label_);
-  setAccessibleName(ToQt(label_.Caption.get()));
+  const QString name = ToQt(label_.Caption.get());
+  setAccessibleName(name);
+  for (QAbstractButton* button : beside_) {
+    button->setAccessibleName(tr("%1, %2").arg(name, WithoutMark(button->text())));
+  }
   update();
+}
+
+void RowName::AddBeside(QAbstractButton* button) {
+  beside_.push_back(button);
+  ShowLabel();
 }
 
 QSize RowName::sizeHint() const { return {kNameWidth, fontMetrics().height() + kAir}; }
@@ -127,7 +137,7 @@ ColourButtonView::~ColourButtonView() { button_.SetView({}); }
 
 void ColourButtonView::ShowButton() {
   ShowCommon(this, button_);
-  setText(ToQt(button_.Caption.get()));
+  ShowCaption(this, ToQt(button_.Caption.get()));
   if (!button_.Color.get()) return;
   QPixmap patch(QSize(kPatch, kPatch) * devicePixelRatioF());
   patch.fill(ToQColor(*button_.Color.get()));

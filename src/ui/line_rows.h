@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <QWidget>
 #include <functional>
+#include <vector>
 
 #include "graph/frm_graph_conf.h"
 
@@ -17,6 +18,9 @@ class RowName final : public QWidget {
   // Shows `label`, which outlives it.
   RowName(Label& label, QWidget* parent);
   ~RowName() override;
+
+  // What stands beside it: a screen reader tells whose it is.
+  void AddBeside(QAbstractButton* button);
 
   std::function<void()> Picked;
   std::function<void(int)> Stepped;  // by an arrow or page key: so many rows on, or back
@@ -33,6 +37,7 @@ class RowName final : public QWidget {
   void ShowLabel();
 
   Label& label_;
+  std::vector<QAbstractButton*> beside_;  // they live as long as this
 };
 
 // A stroke as the graph draws it, on the graph's background; a click asks for another colour.

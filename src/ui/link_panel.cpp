@@ -8,15 +8,17 @@
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
+#include "ui/mnemonics.h"
 
 namespace tarnlink {
 
 namespace {
 
-constexpr int kMargin = 4;  // pixels
-constexpr int kRowAir = 4;  // pixels above and below a row together
+constexpr int kMargin = 4;    // pixels
+constexpr int kRowAir = 4;    // pixels above and below a row together
+constexpr int kCellAir = 10;  // pixels beside a text, both sides together
 constexpr int kRowsInSight = 4;
-constexpr int kSlavesShare = 3;  // of the width, as the ages have 1
+constexpr int kSlavesShare = 2;  // of the width, as the ages have 1
 
 QStringList CellsOf(const std::string& row) { return ToQt(row).split(QLatin1Char('\t')); }
 
@@ -41,8 +43,8 @@ LinkPanel::LinkPanel(frm_LinkHealth& form, QWidget* parent) : QWidget(parent), f
   setAccessibleName(ToQt(form_.caption.Caption.get()));
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, kMargin, 0, kMargin);
-  row->addWidget(Table(form_.lblSlaves, form_.lstSlaves, tr("Slaves")), kSlavesShare);
-  row->addWidget(Table(form_.lblAges, form_.lstAges, tr("Ages of the values")), 1);
+  row->addWidget(Table(form_.lblSlaves, form_.lstSlaves, tr("Slaves")), kSlavesShare, Qt::AlignTop);
+  row->addWidget(Table(form_.lblAges, form_.lstAges, tr("Ages of the values")), 1, Qt::AlignTop);
   auto* buttons = new QVBoxLayout;
   for (CommandButton* control : {&form_.cmdTrace, &form_.cmdClear}) {
     auto* button = new QPushButton(this);
@@ -61,13 +63,21 @@ LinkPanel::~LinkPanel() {
   form_.lstAges.SetView({});
 }
 
-void LinkPanel::ShowForm() { setVisible(form_.form.Visible); }
+void LinkPanel::ShowForm() {
+  setVisible(form_.form.Visible);
+  GiveMnemonics(window());
+}
 
 QTableWidget* LinkPanel::Table(Label& headings, ListBox& rows, const QString& name) {
   auto* table = new QTableWidget(this);
   table->setObjectName(ToQt(rows.name()));
   table->setAccessibleName(name);
-  const QStringList names = CellsOf(headings.Caption);
+  // On two lines: a small window has room for all columns.
+  QStringList names = CellsOf(headings.Caption);
+  for (QString& caption : names) {
+    if (const qsizetype blank = caption.indexOf(QLatin1Char(' ')); blank >= 0)
+      caption[blank] = QLatin1Char('\n');
+  }
   table->setColumnCount(static_cast<int>(names.size()));
   table->setHorizontalHeaderLabels(names);
   table->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -83,9 +93,18 @@ QTableWidget* LinkPanel::Table(Label& headings, ListBox& rows, const QString& na
   columns->setHighlightSections(false);
   columns->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   columns->setStretchLastSection(true);
+  // Names are as long as they are; numbers are short.
+  const auto widest = names.indexOf(tr("Name"));
   for (int column = 0; column < table->columnCount(); ++column) {
     const int width = columns->sectionSizeHint(column);
     table->setColumnWidth(column, width);
+  }
+  if (widest >= 0) {
+    columns->setStretchLastSection(false);
+    columns->setSectionResizeMode(static_cast<int>(widest), QHeaderView::Stretch);
+    const QString longest = tr("never answered");
+    table->setColumnWidth(table->columnCount() - 1,
+                          table->fontMetrics().horizontalAdvance(longest) + kCellAir);
   }
   table->setFixedHeight(columns->sizeHint().height() + kRowsInSight * height +
                         2 * table->frameWidth());

@@ -3,6 +3,7 @@
 #include <initializer_list>
 
 #include "ui/binders.h"
+#include "ui/mnemonics.h"
 
 namespace tarnlink {
 
@@ -11,6 +12,7 @@ namespace {
 QMenu* AddMenu(QMenuBar* bar, MenuEntry& entry) {
   QMenu* menu = bar->addMenu(QString());
   Bind(menu->menuAction(), entry);
+  KeepMnemonics(menu);
   return menu;
 }
 
@@ -24,10 +26,13 @@ void AddEntries(QMenu* menu, std::initializer_list<MenuEntry*> entries) {
   for (MenuEntry* entry : entries) AddEntry(menu, *entry);
 }
 
-void AddHistory(QMenu* menu, FixedArray<MenuEntry>& history) {
+// `digit` is that of the first entry.
+void AddHistory(QMenu* menu, FixedArray<MenuEntry>& history, int digit) {
   menu->addSeparator();
   for (int i = history.first(); i <= history.last(); ++i) {
-    BindPath(menu->addAction(QString()), history(i));
+    QAction* entry = menu->addAction(QString());
+    GiveDigit(menu, entry, digit++);
+    BindPath(entry, history(i));
   }
 }
 
@@ -42,8 +47,8 @@ void BuildFileMenu(QMenuBar* bar, frm_Main& main) {
   AddEntry(menu, main.mnuPrintToFile);
   menu->addSeparator();
   AddEntry(menu, main.M_options);
-  AddHistory(menu, main.M_fileHist);
-  AddHistory(menu, main.M_fileHistPrj);
+  AddHistory(menu, main.M_fileHist, 1);
+  AddHistory(menu, main.M_fileHistPrj, 2 + main.M_fileHist.last());
   menu->addSeparator();
   AddEntry(menu, main.M_exit)->setShortcut(Qt::CTRL | Qt::Key_Q);
 }
@@ -89,7 +94,11 @@ void BuildProjectMenu(QMenuBar* bar, frm_Main& main) {
 
 void BuildHelpMenu(QMenuBar* bar, frm_Main& main) {
   QMenu* menu = AddMenu(bar, main.M_Help);
-  AddEntries(menu, {&main.M_HelpTopics, &main.M_About});
+  QAction* topics = AddEntry(menu, main.M_HelpTopics);
+  // Shown only: the key goes to the page of the window that it is pressed in, see `HelpKey`.
+  topics->setShortcut(Qt::Key_F1);
+  topics->setShortcutContext(Qt::WidgetShortcut);
+  AddEntry(menu, main.M_About);
 }
 
 }  // namespace

@@ -18,6 +18,7 @@
 #include "ui/binders.h"
 #include "ui/icons.h"
 #include "ui/main_menu.h"
+#include "ui/mnemonics.h"
 #include "ui/text_plate.h"
 #include "ui/units.h"
 
@@ -43,7 +44,10 @@ QPoint InSight(const QRect& window) {
 }  // namespace
 
 MainWindow::MainWindow(frm_Main& main)
-    : main_(main), project_(new ProjectWindow(main)), screen_(new ScreenSurface(main)) {
+    : main_(main),
+      project_(new ProjectWindow(main)),
+      screen_(new ScreenSurface(main)),
+      scroll_(new QScrollArea) {
   setObjectName(ToQt(main_.form.name()));
   setMinimumSize(kSmallestWindow);
   setContextMenuPolicy(Qt::NoContextMenu);
@@ -51,14 +55,13 @@ MainWindow::MainWindow(frm_Main& main)
   BuildMainMenu(menuBar(), main_, BuildToolBar());
   BuildStatusBar();
 
-  auto* scroll = new QScrollArea;
-  scroll->setWidget(screen_);
-  scroll->setWidgetResizable(true);
-  scroll->setFrameShape(QFrame::NoFrame);
-  scroll->setFocusPolicy(Qt::NoFocus);  // the screen in it takes the keyboard
+  scroll_->setWidget(screen_);
+  scroll_->setWidgetResizable(true);
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setFocusPolicy(Qt::NoFocus);  // the screen in it takes the keyboard
   auto* splitter = new QSplitter;
   splitter->addWidget(project_);
-  splitter->addWidget(scroll);
+  splitter->addWidget(scroll_);
   splitter->setStretchFactor(1, 1);
   splitter->setSizes({kProjectWidth, width()});
   auto* middle = new QWidget;
@@ -145,6 +148,7 @@ void MainWindow::ShowForm() {
 }
 
 void MainWindow::ShowPlace() {
+  GiveMnemonics(this);  // all parts of it are there by now
   placing_ = true;
   const QSize size(ToPixels(main_.form.Width), ToPixels(main_.form.Height));
   resize(size.expandedTo(kSmallestWindow));

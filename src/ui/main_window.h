@@ -22,6 +22,9 @@ class MainWindow final : public QMainWindow {
   // may be destroyed before it.
   void AddBelowStatusBar(QWidget* widget);
 
+  // What the screen is seen through: for what is shown in front of an empty one.
+  QWidget* ScreenArea() const { return scroll_->viewport(); }
+
   // Takes the place and size that the form has.
   void ShowPlace();
 
@@ -45,6 +48,7 @@ class MainWindow final : public QMainWindow {
   frm_Main& main_;
   ProjectWindow* project_;
   ScreenSurface* screen_;
+  QScrollArea* scroll_;
   QVBoxLayout* below_ = nullptr;  // the panels of the status bar, and what is beneath them
   Colour shown_colour_ = -1;
   bool placing_ = false;

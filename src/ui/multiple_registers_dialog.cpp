@@ -8,6 +8,7 @@
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
+#include "ui/mnemonics.h"
 
 namespace tarnlink {
 
@@ -60,6 +61,7 @@ MultipleRegistersDialog::MultipleRegistersDialog(frm_multiple_reg& form, QWidget
   form_.Space.Unloading = [this](int k) { Remove(form_.Space(k).name()); };
   form_.value.Unloading = [this](int k) { Remove(form_.value(k).name()); };
   form_.form.SetView([this] { ShowForm(); });
+  GiveMnemonics(this);
   ShowForm();
 }
 

@@ -8,6 +8,8 @@
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
 #include "ui/frames.h"
+#include "ui/mnemonics.h"
+#include "ui/palette.h"
 
 namespace tarnlink {
 
@@ -37,6 +39,7 @@ OptionsDialog::OptionsDialog(frm_Options& options, PortDevices& devices, QWidget
   layout->addWidget(tabs_);
   layout->addWidget(BuildButtons());
   options_.form.SetView([this] { ShowForm(); });
+  GiveMnemonics(this);
   ShowForm();
 }
 
@@ -106,7 +109,7 @@ QGroupBox* OptionsDialog::PortFrame() {
   device->setInsertPolicy(QComboBox::NoInsert);
   device->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   device->setMinimumContentsLength(28);
-  device->lineEdit()->setPlaceholderText(tr("no serial device found"));
+  SetPlaceholder(device->lineEdit(), tr("no serial device found"));
   // A completed line would be another device than the one that was typed.
   device->setCompleter(nullptr);
   options_.cmbPortDevice.ToolTipText =

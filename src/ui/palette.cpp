@@ -19,6 +19,13 @@ QColor ReadableShade(const QColor& colour, const QColor& background) {
   return ToQColor(ReadableShade(ToColour(colour), ToColour(background)));
 }
 
+void SetPlaceholder(QLineEdit* edit, const QString& text) {
+  edit->setPlaceholderText(text);
+  QPalette colours = edit->palette();
+  colours.setColor(QPalette::PlaceholderText, FadedOn(colours.color(QPalette::Base)));
+  edit->setPalette(colours);
+}
+
 void DrawFocusFrame(QPainter& painter, const QRect& place, FocusFrame frame) {
   // Blue outside of white, or blue and white by turns: one of the two shows on every colour.
   constexpr QColor kOuter(0, 60, 200);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QColor>
+#include <QLineEdit>
 #include <QPainter>
 #include <QRect>
 #include <QWidget>
@@ -17,6 +18,9 @@ QColor FadedOn(const QColor& background);
 // `colour` as letters on `background`: the same hue, darker or lighter as far as they would be hard
 // to read.
 QColor ReadableShade(const QColor& colour, const QColor& background);
+
+// Gives what stands in an empty field grey letters that can be read.
+void SetPlaceholder(QLineEdit* edit, const QString& text);
 
 // A frame inside `place` that stands out on any background: this is where the keyboard is. The thin
 // one leaves letters that reach to the edge readable.

@@ -10,6 +10,7 @@
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
 #include "ui/frames.h"
+#include "ui/mnemonics.h"
 
 namespace tarnlink {
 
@@ -72,6 +73,7 @@ SettingsDialog::SettingsDialog(frm_Settings& form, QWidget* parent) : QDialog(pa
   layout->addWidget(BuildColumns());
   layout->addWidget(BuildButtons());
   form_.form.SetView([this] { ShowForm(); });
+  GiveMnemonics(this);
   ShowForm();
 }
 

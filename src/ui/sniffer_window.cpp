@@ -17,6 +17,7 @@
 #include "common/text.h"
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
+#include "ui/palette.h"
 #include "ui/report.h"
 #include "ui/sniffer_area.h"
 #include "ui/units.h"
@@ -140,7 +141,7 @@ QWidget* SnifferWindow::BuildRow() {
   auto* find = new QLineEdit;
   Bind(find, form_.txt_Find);
   find->setMinimumWidth(kFindWidth);
-  find->setPlaceholderText(tr("Find"));
+  SetPlaceholder(find, tr("Find"));
   find->setAccessibleName(tr("Find"));
   connect(find, &QLineEdit::returnPressed, this, [this] { form_.cmd_Find.Press(); });
   row->addWidget(find);

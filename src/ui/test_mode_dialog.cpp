@@ -10,6 +10,7 @@
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
 #include "ui/frames.h"
+#include "ui/mnemonics.h"
 
 namespace tarnlink {
 
@@ -54,6 +55,7 @@ TestModeDialog::TestModeDialog(frmTestMode& form, QWidget* parent) : QDialog(par
   layout->addWidget(note);
   layout->addWidget(close, 0, Qt::AlignRight);
   form_.form.SetView([this] { ShowForm(); });
+  GiveMnemonics(this);
   ShowForm();
 }
 

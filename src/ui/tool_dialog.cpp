@@ -12,6 +12,7 @@
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
 #include "ui/coloured_edit.h"
+#include "ui/mnemonics.h"
 #include "ui/remembered_place.h"
 
 namespace tarnlink {
@@ -32,6 +33,7 @@ ToolDialog::~ToolDialog() { control_.SetView({}); }
 void ToolDialog::Begin(SettingsStore& settings) {
   resize(sizeHint().boundedTo(screen()->availableSize() * kLargestShare));
   RememberPlace(this, settings);
+  GiveMnemonics(this);
   control_.SetView([this] { ShowForm(); });
   ShowForm();
 }

@@ -7,6 +7,7 @@
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
+#include "ui/mnemonics.h"
 
 namespace tarnlink {
 
@@ -43,6 +44,7 @@ WriteBitDialog::WriteBitDialog(frm_WriteBitValue& form, QWidget* parent)
   form_.caption.SetView([this] { setWindowTitle(ToQt(form_.caption.Caption.get())); });
   form_.form.SetView([this] { ShowForm(); });
   setWindowTitle(ToQt(form_.caption.Caption.get()));
+  GiveMnemonics(this);
   ShowForm();
 }
 

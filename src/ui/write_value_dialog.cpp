@@ -8,6 +8,7 @@
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
 #include "ui/frames.h"
+#include "ui/mnemonics.h"
 
 namespace tarnlink {
 
@@ -36,6 +37,7 @@ WriteValueDialog::WriteValueDialog(frm_WriteValue& form, QWidget* parent)
   };
   form_.form.SetView([this] { ShowForm(); });
   setWindowTitle(ToQt(form_.caption.Caption.get()));
+  GiveMnemonics(this);
   ShowForm();
 }
 

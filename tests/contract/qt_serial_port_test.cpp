@@ -9,6 +9,7 @@
 #include "common/run_time_error.h"
 #include "contract/serial_port_benches.h"
 #include "platform/qt/line_errors.h"
+#include "platform/qt/port_guard.h"
 #include "platform/qt/port_holder.h"
 
 namespace tarnlink {
@@ -66,6 +67,35 @@ TEST(QtSerialPort, DoesNotRecommendAGroupThatMayNotUseTheDeviceEither) {
   const OrdinaryUser rights;
   EXPECT_EQ(OpeningFails(pty.path()),
             "You do not have the permission to use COM3 (" + pty.path() + "): only its owner may.");
+}
+
+TEST(WhyUnusable, SaysWhatOpeningWouldSay) {
+  const TemporaryFolder folder;
+  std::ofstream(folder / "file") << "text";
+  for (const std::string& path : {std::string(), std::string("/dev/ttyUSB99"), folder / "file"}) {
+    const std::string reason = WhyUnusable(3, path);
+    EXPECT_FALSE(reason.empty()) << path;
+    EXPECT_EQ(reason, OpeningFails(path));
+  }
+}
+
+TEST(WhyUnusable, HasNothingAgainstADeviceEvenIfItIsInUse) {
+  PtyPair pty;
+  EXPECT_EQ(WhyUnusable(3, pty.path()), "");
+  QtSerialPort port([&](int) { return pty.path(); });
+  port.SetPortOpen(true);
+  EXPECT_EQ(WhyUnusable(3, pty.path()), "");
+}
+
+TEST(WhyUnusable, NamesTheGroupOfADeviceThatIsNotPermitted) {
+  if (geteuid() != 0) GTEST_SKIP() << "Only root can give a terminal to another user.";
+  PtyPair pty;
+  ASSERT_EQ(chmod(pty.path().c_str(), 0660), 0);
+  ASSERT_EQ(chown(pty.path().c_str(), 0, 20), 0);
+  const OrdinaryUser rights;
+  const std::string reason = WhyUnusable(3, pty.path());
+  EXPECT_NE(reason.find("usermod -aG dialout"), std::string::npos) << reason;
+  EXPECT_EQ(reason, OpeningFails(pty.path()));
 }
 
 TEST(QtSerialPort, NamesTheProcessThatHoldsABusyDevice) {

@@ -12,6 +12,7 @@
 
 #include "platform/qt/qt_colour.h"
 #include "ui/graph_fixture.h"
+#include "ui/mnemonics.h"
 #include "ui/ui_fixture.h"
 
 namespace tarnlink {
@@ -303,7 +304,8 @@ TEST_F(GraphWindowTest, TheMenuHoldsItsEntriesInTheirOrder) {
   const std::function<void(const QMenu&, const std::string&)> tell =
       [&](const QMenu& menu, const std::string& indent) {
         for (const QAction* action : menu.actions()) {
-          text += indent + (action->isSeparator() ? "-" : action->text().toStdString());
+          text +=
+              indent + (action->isSeparator() ? "-" : WithoutMark(action->text()).toStdString());
           text += action->isChecked() ? " (x)\n" : "\n";
           if (action->menu() != nullptr) tell(*action->menu(), indent + "  ");
         }

@@ -3,15 +3,17 @@
 #include <QMenu>
 #include <QMenuBar>
 
+#include "ui/mnemonics.h"
 #include "ui/ui_fixture.h"
 
 namespace tarnlink {
 namespace {
 
-// The whole menu, one line each: "M_file|&File" and below it "  M_fileopen|Open Tarnlink File".
+// The whole menu, one line each: "M_file|File" and below it "  M_fileopen|Open Tarnlink File".
 // Separators are "  -"; what cannot be chosen ends with " (off)", what is checked with " (x)".
 std::string Describe(const QAction& action) {
-  std::string line = action.objectName().toStdString() + "|" + action.text().toStdString();
+  std::string line =
+      action.objectName().toStdString() + "|" + WithoutMark(action.text()).toStdString();
   if (!action.isEnabled()) line += " (off)";
   if (action.isChecked()) line += " (x)";
   return line;
@@ -30,7 +32,7 @@ std::string Describe(const QMenuBar& bar) {
 
 // Name and caption of every entry, in order.
 constexpr const char* kWholeMenu =
-    "M_file|&File\n"
+    "M_file|File\n"
     "  M_fileopen|Open Tarnlink File\n"
     "  M_filesave(0)|Save Tarnlink File\n"
     "  M_filesave(1)|Save Tarnlink File as\n"
@@ -51,18 +53,18 @@ constexpr const char* kWholeMenu =
     "  M_fileHistPrj(2)|<Free> (off)\n"
     "  M_fileHistPrj(3)|<Free> (off)\n"
     "  -\n"
-    "  M_exit|E&xit\n"
-    "M_edit|&Edit\n"
-    "  mnuUndo|&Undo (off)\n"
-    "  mnuRedo|&Redo (off)\n"
+    "  M_exit|Exit\n"
+    "M_edit|Edit\n"
+    "  mnuUndo|Undo (off)\n"
+    "  mnuRedo|Redo (off)\n"
     "  -\n"
     "  Toolbar1(1)|Add Location\n"
     "  Toolbar1(4)|Add Text\n"
     "  Toolbar1(6)|Refresh Screen (off)\n"
-    "M_view|&View\n"
-    "  mnuLinkHealth|Link &Health\n"
-    "  mnuLinkTrace|Link &Trace\n"
-    "M_Tools|&Tools\n"
+    "M_view|View\n"
+    "  mnuLinkHealth|Link Health\n"
+    "  mnuLinkTrace|Link Trace\n"
+    "M_Tools|Tools\n"
     "  M_Graphics|Graphics\n"
     "  M_ControlPanel|Control Panel\n"
     "  mnuScanSlaves|Scan Slaves\n"
@@ -74,7 +76,7 @@ constexpr const char* kWholeMenu =
     "  M_EE_DOWN|EEPROM Download\n"
     "  M_EEPROM|PROM Programmer\n"
     "  M_errgen|Error Generator\n"
-    "mnuProject|&Project\n"
+    "mnuProject|Project\n"
     "  mnuNewProject|New Project\n"
     "  mnuOpenProject|Open Project\n"
     "  mnuSaveProject|Save Project\n"
@@ -88,7 +90,7 @@ constexpr const char* kWholeMenu =
     "  -\n"
     "  mnuRefresh|Refresh Memory Map\n"
     "  mnuViewProjectWindow|Project Window (x)\n"
-    "M_Help|&Help\n"
+    "M_Help|Help\n"
     "  M_HelpTopics|Help Topics\n"
     "  M_About|About\n";
 

@@ -9,6 +9,7 @@
 #include <QSlider>
 #include <QTabWidget>
 
+#include "ui/mnemonics.h"
 #include "ui/ui_fixture.h"
 
 namespace tarnlink {
@@ -113,7 +114,8 @@ TEST_F(OptionsTest, EveryButtonHasItsFrameAndCaption) {
   OpenOptions();
   for (const Expected& expected : kButtons) {
     SCOPED_TRACE(expected.name);
-    EXPECT_EQ(Get<QAbstractButton>(expected.name).text().toStdString(), expected.caption);
+    EXPECT_EQ(WithoutMark(Get<QAbstractButton>(expected.name).text()).toStdString(),
+              expected.caption);
     EXPECT_EQ(Frame(expected.name), expected.frame);
     EXPECT_TRUE(ShowTabOf(expected.name));
   }

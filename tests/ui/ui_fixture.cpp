@@ -151,7 +151,7 @@ void SavePicture(QWidget& widget, const std::string& name, QWidget* above) {
     QPainter painter(&picture);
     painter.drawPixmap(centre - above->rect().center(), box);
   }
-  const QString density = qApp->devicePixelRatio() > 1 ? "200" : "100";
+  const QString density = QString::number(qRound(qApp->devicePixelRatio() * 100));
   QDir().mkpath(UI_PICTURES);
   const QString file = QString(UI_PICTURES) + "/" + QString::fromStdString(name) + "-" + density;
   EXPECT_TRUE(picture.save(file + ".png")) << file.toStdString();

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include "ui/mnemonics.h"
 #include "ui/ui_fixture.h"
 
 namespace tarnlink {
@@ -51,7 +52,7 @@ class WriteDialogs : public UiTest {
   static std::string ButtonTexts(const QDialog& dialog) {
     QString text;
     for (const auto* button : dialog.findChildren<QAbstractButton*>()) {
-      text += button->objectName() + " " + button->text() + "\n";
+      text += button->objectName() + " " + WithoutMark(button->text()) + "\n";
     }
     return text.toStdString();
   }
@@ -93,7 +94,10 @@ TEST_F(WriteDialogs, EveryControlOfABitBearsItsCaption) {
   EXPECT_EQ(write_bit->windowTitle(), "Write : Flow [01A0:0]");
   EXPECT_EQ(write_bit->findChild<QGroupBox*>()->title(), "Set Bit Value to");
   EXPECT_EQ(ButtonTexts(*write_bit),
-            "opt_writetrue TRUE\nOption1 FALSE\ncmd_Ok &Write Bit\ncmd_Cancel &Cancel Write\n");
+            "opt_writetrue TRUE\nOption1 FALSE\ncmd_Ok Write Bit\ncmd_Cancel Cancel Write\n");
+  // Letters that are told stay.
+  EXPECT_EQ(Get<QPushButton>("cmd_Ok").text(), "&Write Bit");
+  EXPECT_EQ(Get<QPushButton>("cmd_Cancel").text(), "&Cancel Write");
 }
 
 TEST_F(WriteDialogs, EveryControlOfABlockBearsItsCaption) {

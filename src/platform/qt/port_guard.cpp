@@ -27,12 +27,16 @@ std::string GroupName(gid_t group) {
 
 }  // namespace
 
-PortGuard::PortGuard(int number, const std::string& path) : name_("COM" + std::to_string(number)) {
+PortGuard::PortGuard(int number, const std::string& path, FindOnly)
+    : name_("COM" + std::to_string(number)) {
   if (path.empty()) {
     Refuse(name_ + " stands for no serial device: plug one in, or choose one in the options.");
   }
   name_ += " (" + path + ")";
   FindDevice(path);
+}
+
+PortGuard::PortGuard(int number, const std::string& path) : PortGuard(number, path, FindOnly()) {
   OpenHandle();
   try {
     if (isatty(handle_) == 0) Refuse(name_ + " is no serial port.");
@@ -43,7 +47,20 @@ PortGuard::PortGuard(int number, const std::string& path) : name_("COM" + std::t
   }
 }
 
-PortGuard::~PortGuard() { close(handle_); }
+PortGuard::~PortGuard() {
+  if (handle_ >= 0) close(handle_);
+}
+
+std::string WhyUnusable(int number, const std::string& path) {
+  try {
+    const PortGuard found(number, path, PortGuard::FindOnly());
+    if (faccessat(AT_FDCWD, found.device_.c_str(), R_OK | W_OK, AT_EACCESS) != 0)
+      found.RefuseAsForbidden();
+  } catch (const RunTimeError& refusal) {
+    return refusal.what();
+  }
+  return {};
+}
 
 // A link has another lock than its target, so everything works on the target.
 void PortGuard::FindDevice(const std::string& path) {

@@ -28,6 +28,12 @@ class PortGuard {
   [[noreturn]] void RefuseBecause(const std::string& what) const;
 
  private:
+  friend std::string WhyUnusable(int number, const std::string& path);
+
+  // Only finds the device.
+  struct FindOnly {};
+  PortGuard(int number, const std::string& path, FindOnly);
+
   void FindDevice(const std::string& path);
   void OpenHandle();
   void TakeLock() const;
@@ -37,5 +43,10 @@ class PortGuard {
   std::string device_;
   int handle_ = -1;
 };
+
+// The sentence with which a port would refuse a device that is not there, is no serial port or is
+// not this user's; empty for any other. The device is not opened: that would reach what is behind
+// it.
+std::string WhyUnusable(int number, const std::string& path);
 
 }  // namespace tarnlink

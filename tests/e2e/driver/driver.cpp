@@ -63,7 +63,8 @@ struct Place {
 // The middle of the tab that has this text.
 Place PlaceOfTab(const QTabWidget& tabs, const QString& text) {
   for (int i = 0; i < tabs.count(); ++i) {
-    if (tabs.tabText(i) == text) return {tabs.tabBar(), tabs.tabBar()->tabRect(i).center()};
+    if (tabs.tabText(i).remove('&') == text)
+      return {tabs.tabBar(), tabs.tabBar()->tabRect(i).center()};
   }
   return {};
 }
