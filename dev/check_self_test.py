@@ -110,6 +110,15 @@ def main():
         if not any(line.startswith("src/common/moved.cpp:5: ") and "use-after-move" in line for line in lines):
             failures.append(f"src/common/moved.cpp: expected 'use-after-move', found {lines}")
 
+        # A file that was clean before, and is no longer.
+        spoiled = Path(copy, "src/common/text.cpp")
+        command = ["dev/check_tidy", "src/common/text.cpp"]
+        clean = subprocess.run(command, cwd=copy, capture_output=True, text=True, check=False)
+        spoiled.write_text(spoiled.read_text(encoding="utf-8") + MOVED, encoding="utf-8")
+        lines = findings(command, copy)
+        if clean.returncode != 0 or not any("use-after-move" in line for line in lines):
+            failures.append(f"src/common/text.cpp: clean {clean.stdout!r}, spoiled {lines}")
+
         emptied = Path(copy, "src/common/emptied.cpp")
         emptied.write_text(EMPTIED, encoding="utf-8")
         lines = findings(["dev/check_cppcheck", "src/common/emptied.cpp"], copy)
@@ -123,7 +132,7 @@ def main():
 
     for failure in failures:
         print(failure)
-    print(f"dev/check --self-test: {len(PLANTED) + 2} planted, {len(failures)} misjudged")
+    print(f"dev/check --self-test: {len(PLANTED) + 3} planted, {len(failures)} misjudged")
     return 1 if failures else 0
 
 

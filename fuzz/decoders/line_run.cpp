@@ -44,6 +44,7 @@ void LineRun::ShowValue(int index, const std::string& text) {
   Claim(index >= 0 && index <= kReached, "a value is one of a Location");
   ClaimOfText(text);
   shown.push_back(index);
+  texts.push_back(text);
 }
 
 void LineRun::ClaimOfText(const std::string& text) {

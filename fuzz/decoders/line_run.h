@@ -95,6 +95,12 @@ class LineRun final : public ProtocolRun {
     port.waits = std::move(bytes);
     Do([&] { protocol.TakeResponse(*this); });
   }
+  // What was shown, recorded and doubted so far no longer counts.
+  void Forget() {
+    shown.clear();
+    texts.clear();
+    recorded = doubts = 0;
+  }
   // Sends the next poll; the watchdog ended the last one.
   void Poll(Protocol& protocol) {
     fields_.message_received = false;
@@ -102,7 +108,8 @@ class LineRun final : public ProtocolRun {
   }
 
   LinePort port;
-  std::vector<int> shown;  // the Locations whose value was set, in order
+  std::vector<int> shown;          // the Locations whose value was set, in order
+  std::vector<std::string> texts;  // what they show
   int recorded = 0;
   int doubts = 0;
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 
 #include "fuzz/claim.h"
@@ -42,6 +43,22 @@ void Write(LineRun& run, FuzzInput& input, Protocol& protocol, int index) {
   run.Do([&] { protocol.SendWrite(run, target, value); });
 }
 
+// The bytes come for what was sent last. None of them shows more than one register, or those of a
+// block from where the scan stands on.
+void Answer(LineRun& run, Protocol& protocol, int index, std::string bytes) {
+  run.Forget();
+  const int pointer = run.fields().MsgPointer;
+  const int most = index == kModbusProtocol ? std::max<int>(run.fields().Nreg, 1) : 1;
+  run.Answer(protocol, std::move(bytes));
+  Claim(static_cast<int>(run.shown.size()) <= most, "an answer shows its own registers");
+  for (std::size_t i = 0; i < run.shown.size(); ++i) {
+    const int place = static_cast<int>(i);
+    // Behind the last Location a block that is read goes on at the first.
+    Claim(run.shown[i] == pointer + place || (index == kModbusProtocol && run.shown[i] == place),
+          "and no other ones");
+  }
+}
+
 // Writes and polls in any order, and whatever comes for their acknowledges: none, one or many.
 void Run(std::string_view bytes) {
   FuzzInput input(bytes);
@@ -55,24 +72,26 @@ void Run(std::string_view bytes) {
   for (int step = 0; step < kMostSteps && !input.AtEnd(); ++step) {
     switch (input.Below(8)) {
       case 0:
+        run.Forget();
         run.Poll(protocol);
+        Claim(run.shown.empty(), "a poll shows nothing");
         break;
       case 1:
       case 2:
+        run.Forget();
         Write(run, input, protocol, index);
+        Claim(run.shown.empty() && run.recorded == 0, "nor does a write");
         break;
       case 3:
-        run.Answer(protocol, OnTheLine(input, AcknowledgeOf(index, run.port.sent)));
+        Answer(run, protocol, index, OnTheLine(input, AcknowledgeOf(index, run.port.sent)));
         break;
       case 4:
-        run.Answer(protocol, std::string(input.ShortText()));
+        Answer(run, protocol, index, std::string(input.ShortText()));
         break;
       default:
-        run.Answer(protocol, AcknowledgeOf(index, run.port.sent));
+        Answer(run, protocol, index, AcknowledgeOf(index, run.port.sent));
         break;
     }
-    Claim(run.shown.size() <= static_cast<std::size_t>((step + 1) * LineRun::kMostRegisters),
-          "each acknowledge shows its own registers");
   }
 }
 

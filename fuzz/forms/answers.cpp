@@ -57,6 +57,19 @@ std::string ModbusSlave(FuzzInput& input, const std::string& request) {
   return SoundModbus(answer);
 }
 
+std::size_t ZoltAnswerLength(const std::string&) { return kZoltLength; }
+
+std::size_t AnyAnswerLength(const std::string& request) {
+  constexpr std::size_t kTarnlinkByte = 11;
+  constexpr std::size_t kTarnlinkWord = 13;
+  constexpr std::size_t kModbusRead = 5;  // without its registers
+  if (request.size() < kTarnlinkHead) return 0;
+  if (request[0] == '\r' && request.size() == kZoltLength) return kZoltLength;
+  if (request[0] == 4) return request[1] <= 2 ? kTarnlinkWord : kTarnlinkByte;
+  if (request[1] != 3 && request[1] != 4) return kShortestModbus;
+  return kModbusRead + 2 * static_cast<std::size_t>(static_cast<unsigned char>(request[5]));
+}
+
 std::string AnySlave(FuzzInput& input, const std::string& request) {
   if (request.empty()) return {};
   if (request[0] == '\r' && request.size() == kZoltLength) return ZoltSlave(input, request);

@@ -117,7 +117,7 @@ FormDriver::FormDriver(FuzzInput& input, FakeWorld& world, Answerer answerer, Li
     : input_(input), world_(world), answerer_(answerer), limits_(limits) {
   paths_ = {"/home/user/work/file.txt"};
   world_.dialogs().user = [this](const std::string& shown) { return Reply(shown); };
-  world_.on_output = [this](FakeSerialPort& port, std::string_view bytes) { Heard(port, bytes); };
+  world_.on_output = [this](FakeSerialPort&, std::string_view bytes) { Heard(bytes); };
 }
 
 FormDriver::~FormDriver() {
@@ -219,7 +219,10 @@ void FormDriver::Line(int what) {
 
 void FormDriver::Receive(const std::string& bytes) {
   if (world_.port_count() == 0) return;
-  is_excused_ = true;
+  if (world_.port().PortOpen() && !bytes.empty()) {
+    came_ += static_cast<int>(bytes.size());
+    came_at_ = world_.now();
+  }
   Guard([&] {
     world_.port().Receive(bytes);
     world_.Settle();
@@ -259,7 +262,6 @@ void FormDriver::Machine() {
     default:
       BreakCall();
   }
-  is_excused_ = true;
   Guard([&] { world_.Settle(); });
 }
 
@@ -297,24 +299,36 @@ void FormDriver::Guard(const std::function<void()>& action) {
 }
 
 // Claims are told behind the step, for nothing of the program may be asked to carry them.
-void FormDriver::Heard(const FakeSerialPort& port, std::string_view bytes) {
-  // Nothing comes any more of what was under way before the port was opened.
-  if (std::exchange(opens_, port.opens()) != port.opens()) is_excused_ = true;
-  const Micros since = world_.now() - last_sent_;
-  if (!is_excused_ && since < Milliseconds(limits_.silence)) {
-    broken_ = "another request goes out while one is under way";
-  }
+void FormDriver::Heard(std::string_view bytes) {
+  const bool is_under_way = IsUnderWay();
+  // What goes out below a box does not count as what follows its answer.
+  if (world_.dialogs().up() == 0 && std::exchange(has_answered_, false)) is_excused_ = true;
+  if (!is_excused_ && is_under_way) broken_ = "another request goes out while one is under way";
   if (++sent_count_ > kMostSent) broken_ = "requests go out without end";
-  is_excused_ = false;
-  last_sent_ = world_.now();
+  came_ = 0;
+  // A request that the user has the program send soon behind another one has no more time than
+  // that; where a timer of the program runs already, it has none of its own.
+  const bool is_users = std::exchange(is_excused_, false);
+  const bool is_soon = world_.now() - last_sent_ < Milliseconds(limits_.silence);
+  if (!is_users || (!is_soon && !limits_.users_share_timer)) last_sent_ = world_.now();
   request_before_ = std::exchange(last_request_, std::string(bytes));
+}
+
+// That a port is opened anew ends nothing: the slave answers all the same.
+bool FormDriver::IsUnderWay() const {
+  if (last_request_.empty()) return false;
+  if (world_.now() - last_sent_ >= Milliseconds(limits_.silence)) return false;
+  if (came_ >= static_cast<int>(limits_.length(last_request_))) return false;
+  constexpr int kBegun = 5;  // bytes
+  const bool may_be_short = limits_.pause > 0 && came_ >= kBegun;
+  return !may_be_short || world_.now() - came_at_ < Milliseconds(limits_.pause);
 }
 
 ScriptedDialog FormDriver::Reply(const std::string& shown) {
   if (++boxes_ > kMostBoxes) broken_ = "boxes come without end";
   if (shown.find('\0') != std::string::npos) broken_ = "a box has no zero byte";
   if (shown.size() > kLongestText) broken_ = "a box can be read";
-  is_excused_ = true;
+  has_answered_ = true;
   ScriptedDialog reply = ReplyOf(shown);
   if (broken_ != nullptr || is_leaving_ || world_.dialogs().up() > 3) return reply;
   const std::uint8_t meanwhile = input_.Byte();

@@ -15,6 +15,7 @@
 #include "common/controls.h"
 #include "common/dialog_controls.h"
 #include "common/scroll_bar.h"
+#include "fuzz/forms/answers.h"
 #include "fuzz/fuzz_input.h"
 #include "support/fake_world.h"
 
@@ -28,8 +29,14 @@ class FormDriver {
   struct Limits {
     int steps = 40;
     int milliseconds = 3'000;
-    // ms after which a request that has no answer may go out again, or another one.
+    // A request is under way until as many bytes have come as an answer to it has, or for so many
+    // ms; 0 claims nothing.
+    std::size_t (*length)(const std::string& request) = AnyAnswerLength;
     int silence = 400;
+    // ms of a quiet line that end an answer of Modbus, which may be too short; 0 for none.
+    int pause = 0;
+    // What the user sends does not begin the program's time for an answer anew.
+    bool users_share_timer = false;
   };
 
   // Both outlive it; it answers the world's dialogs and hears what goes out.
@@ -108,7 +115,8 @@ class FormDriver {
   void Receive(const std::string& bytes);
   ScriptedDialog Reply(const std::string& shown);
   ScriptedDialog ReplyOf(const std::string& shown);
-  void Heard(const FakeSerialPort& port, std::string_view bytes);
+  void Heard(std::string_view bytes);
+  bool IsUnderWay() const;
   void Verify();
   Micros Milliseconds(int count) const;
   std::size_t SentCount() const;
@@ -126,12 +134,14 @@ class FormDriver {
   int passed_ = 0;  // ms
   int boxes_ = 0;
   int sent_count_ = 0;
-  int opens_ = 0;  // of the port that was sent to
   std::string last_request_;
   std::string request_before_;
   Micros last_sent_{-1'000'000'000};
-  bool is_excused_ = true;   // something has happened that another request may follow
-  bool is_leaving_ = false;  // the user goes: whether that is wanted is answered with yes
+  int came_ = 0;               // bytes since then
+  Micros came_at_{};           // the last of them
+  bool is_excused_ = false;    // the user has done something that one more request may follow
+  bool has_answered_ = false;  // a box, the same
+  bool is_leaving_ = false;    // the user goes: whether that is wanted is answered with yes
   const char* broken_ = nullptr;
 };
 

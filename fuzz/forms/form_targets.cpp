@@ -8,6 +8,7 @@ std::vector<FuzzTarget> FormTargets() {
       ControlPanelFormTarget(),
       EepromDownloaderFormTarget(),
       EepromWriterFormTarget(),
+      LinkFormTarget(),
       ParameterWriterFormTarget(),
       ScanSlavesFormTarget(),
       SnifferFormTarget(),

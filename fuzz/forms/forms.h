@@ -9,6 +9,7 @@ FuzzTarget CfgCheckFormTarget();
 FuzzTarget ControlPanelFormTarget();
 FuzzTarget EepromDownloaderFormTarget();
 FuzzTarget EepromWriterFormTarget();
+FuzzTarget LinkFormTarget();
 FuzzTarget ParameterWriterFormTarget();
 FuzzTarget ScanSlavesFormTarget();
 FuzzTarget SnifferFormTarget();

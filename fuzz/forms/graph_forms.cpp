@@ -12,6 +12,7 @@ namespace {
 constexpr FormDriver::Limits kLimits = {.steps = 40, .milliseconds = 4'000, .silence = 400};
 constexpr const char* kFolder = "/home/user/measured/";
 constexpr int kMostLines = 1'016;
+constexpr int kMostDrawn = 100;  // a second's answers, each of which may draw the lines anew
 
 // The graph as the program opens it, and a user of those of its parts that a target names.
 class GraphUser {
@@ -139,6 +140,7 @@ class GraphUser {
     Claim(all.graph.RetryCount >= 0, "tries are counted");
     Claim(all.graph.HScroll1.Value <= all.graph.HScroll1.Max, "the scroll bar has its range");
     Claim(all.graph.TestModePower <= 100, "there is no more power");
+    Claim(std::exchange(drawn, 0) <= kMostDrawn, "a step does not draw without end");
   }
 
   FuzzInput& input_;

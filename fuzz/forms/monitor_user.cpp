@@ -7,7 +7,8 @@
 namespace tarnlink {
 namespace {
 
-constexpr FormDriver::Limits kLimits = {.steps = 40, .milliseconds = 3'000, .silence = 900};
+constexpr FormDriver::Limits kLimits = {
+    .steps = 40, .milliseconds = 3'000, .silence = 1'000, .pause = 20, .users_share_timer = true};
 constexpr int kMostBoxes = 600;
 
 Location LocationOf(FuzzInput& input, int protocol) {

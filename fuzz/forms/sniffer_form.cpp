@@ -8,8 +8,6 @@
 namespace tarnlink {
 namespace {
 
-constexpr FormDriver::Limits kLimits = {.steps = 40, .milliseconds = 3'000, .silence = 0};
-
 // A frame that goes by, of few IDs, so that they come again.
 std::string AnyFrame(FuzzInput& input, const std::string&) {
   constexpr const char* kIds[] = {"0001", "0032", "056D", "1a2b"};
@@ -21,7 +19,24 @@ std::string AnyFrame(FuzzInput& input, const std::string&) {
   return SoundZolt(body);
 }
 
-void AddSniffer(FormDriver& driver, frmSniffer& tool) {
+// A program with a file of names for the sniffer.
+struct SnifferUser : ToolUser {
+  explicit SnifferUser(FuzzInput& input) : ToolUser(input, AnyFrame) {
+    world.disk().Put("/home/user/work/default.snf",
+                     "*Boiler, 3.7\r\nstatus,0001,2,W\r\nerror,0032,0,H\r\n");
+    id_file = "/home/user/work/default.ids";
+    driver.Offer({"/home/user/work/sniffer.log", "/home/user/none/x.log", ""});
+  }
+
+  void ClaimSilence() {
+    for (int i = 0; i < world.port_count(); ++i) {
+      Claim(world.port(i).frames().empty(), "a sniffer says nothing");
+    }
+  }
+};
+
+void AddSniffer(SnifferUser& user, frmSniffer& tool) {
+  FormDriver& driver = user.driver;
   driver.Form(tool.form);
   driver.Add(tool.Command1, tool.Command2, tool.cmd_Clear, tool.txt_Find, tool.cmd_Find,
              tool.LogCheck, tool.List_DisplayDetectedID);
@@ -48,30 +63,22 @@ void AddSniffer(FormDriver& driver, frmSniffer& tool) {
   });
   driver.Show(tool.lbl_Find, tool.lbl_Frames, tool.lbl_Port, tool.lbl_Revision);
   driver.Watch(tool.txt_Messages.Text);
-  driver.Check = [&tool] {
+  driver.Check = [&user, &tool] {
+    user.ClaimSilence();
     Claim(tool.bad_frames() <= tool.frames(), "bad frames are frames");
     Claim(tool.running_text().size() < 100'000, "the running text is cut");
   };
 }
 
-// A program with a file of names for the sniffer.
-struct SnifferUser : ToolUser {
-  explicit SnifferUser(FuzzInput& input) : ToolUser(input, AnyFrame, kLimits) {
-    world.disk().Put("/home/user/work/default.snf",
-                     "*Boiler, 3.7\r\nstatus,0001,2,W\r\nerror,0032,0,H\r\n");
-    id_file = "/home/user/work/default.ids";
-    driver.Offer({"/home/user/work/sniffer.log", "/home/user/none/x.log", ""});
-  }
-};
-
 void RunSniffer(std::string_view bytes) {
   FuzzInput input(bytes);
   SnifferUser user(input);
   frmSniffer tool(user.host);
-  AddSniffer(user.driver, tool);
+  AddSniffer(user, tool);
   user.driver.Guard([&] { tool.Show(); });
   user.driver.Run();
   user.driver.Leave([&] { tool.Unload(); });
+  user.ClaimSilence();
 }
 
 void RunSettings(std::string_view bytes) {
@@ -80,7 +87,7 @@ void RunSettings(std::string_view bytes) {
   frmSniffer tool(user.host);
   frm_Sniff_Settings settings(tool);
   FormDriver& driver = user.driver;
-  AddSniffer(driver, tool);
+  AddSniffer(user, tool);
   driver.Form(settings.form, true);
   driver.Add(settings.txt_SniffAddress, settings.txt_SniffAlias, settings.opt_sniff_storage_type,
              settings.txt_SniffBitAddress, settings.opt_Representation, settings.chk_Log,
@@ -103,6 +110,7 @@ void RunSettings(std::string_view bytes) {
     tool.Unload();
     Claim(!settings.form.Visible, "the settings go with the sniffer");
   });
+  user.ClaimSilence();
 }
 
 std::string Frame(int kind) {

@@ -14,7 +14,7 @@ namespace tarnlink {
 class ToolUser {
  public:
   static constexpr FormDriver::Limits kLimits = {
-      .steps = 48, .milliseconds = 6'000, .silence = 300};
+      .steps = 48, .milliseconds = 6'000, .length = ZoltAnswerLength, .silence = 300};
 
   explicit ToolUser(FuzzInput& input, FormDriver::Answerer slave = ZoltSlave,
                     FormDriver::Limits limits = kLimits);

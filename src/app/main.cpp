@@ -35,7 +35,9 @@ std::vector<std::string> FilesToOpen(const QCoreApplication& application) {
   arguments.addHelpOption();
   arguments.addVersionOption();
   arguments.addPositionalArgument(
-      "FILE", "A screen (.wcr) or a project (.prj) to open, or a file to add to the project.",
+      "FILE",
+      "A screen (.wcr) or a project (.prj) to open, or a file to add to the project (.map, .lst, "
+      ".ids, .erc, .par, .grp).",
       "[FILE...]");
   arguments.process(application);
   std::vector<std::string> files;

@@ -7,7 +7,7 @@ namespace tarnlink {
 
 // How far letters must stand apart from their background, and lines so that they are seen at all,
 // as contrasts of 1 to 21.
-inline constexpr double kReadable = 3.0;
+inline constexpr double kReadable = 4.5;
 inline constexpr double kVisible = 1.25;
 
 // How far two colours stand apart, 1 to 21.

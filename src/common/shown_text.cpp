@@ -45,4 +45,10 @@ std::string ShownText(std::string_view text, int most) {
   return cut;
 }
 
+std::string ShownCell(std::string_view text) {
+  std::string cell = ShownText(text);
+  std::replace(cell.begin(), cell.end(), '\t', ' ');
+  return cell;
+}
+
 }  // namespace tarnlink

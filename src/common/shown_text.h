@@ -12,4 +12,7 @@ inline constexpr int kMostShown = 200;  // characters
 // are more. Always UTF-8 and one line: a control character is a blank, but for the tab.
 std::string ShownText(std::string_view text, int most = kMostShown);
 
+// The same for a cell of a table that tabs part: a tab is a blank, too.
+std::string ShownCell(std::string_view text);
+
 }  // namespace tarnlink

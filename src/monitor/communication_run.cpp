@@ -13,8 +13,16 @@ namespace tarnlink {
 
 namespace {
 
-void Enable(std::initializer_list<MenuEntry*> entries, bool enabled) {
-  for (MenuEntry* entry : entries) entry->Enabled = enabled;
+// Why an entry is grey.
+constexpr const char* kPortInUse = "The port is in use: press \"Stop Communication\" first";
+constexpr const char* kNotWithModbus = "There is no such tool for the ModBus protocol";
+
+// A grey entry says why it is.
+void Enable(std::initializer_list<MenuEntry*> entries, bool enabled, const char* why_not = "") {
+  for (MenuEntry* entry : entries) {
+    entry->Enabled = enabled;
+    entry->ToolTipText = enabled ? "" : why_not;
+  }
 }
 
 void Restart(Timer& timer) {
@@ -127,7 +135,7 @@ void CommunicationRun::ShowWhichAreOld() {
 void CommunicationRun::DisableToolsDuringRun() {
   Enable({&main_.M_options, &main_.M_Graphics, &main_.mnuLoadParameters, &main_.M_ControlPanel,
           &main_.mnuScanSlaves, &main_.M_errgen, &main_.mnuCfgCheck, &main_.mnuSniffer},
-         false);
+         false, kPortInUse);
 }
 
 void CommunicationRun::StopCommunication() {
@@ -164,7 +172,7 @@ void CommunicationRun::StopZOLTCommunication() {
     main_.tmr_noresponse->SetEnabled(false);
     ShowPanel(kConnectionPanel, "No Connection Active");
   }
-  Enable({&main_.mnuCfgCheck, &main_.mnuSniffer}, options_.ToolsFitProtocol());
+  Enable({&main_.mnuCfgCheck, &main_.mnuSniffer}, options_.ToolsFitProtocol(), kNotWithModbus);
 }
 
 // What the two ways of stopping have in common.
@@ -176,10 +184,10 @@ void CommunicationRun::EndRun() {
   main_.tmr_MsgTimeout->SetEnabled(false);
   ShowPanel(kStatusPanel, "Communication Stopped");
   recorder_.CloseLogFile();
-  main_.M_options.Enabled = true;
+  Enable({&main_.M_options}, true);
   Enable({&main_.M_Graphics, &main_.mnuLoadParameters, &main_.M_ControlPanel, &main_.M_errgen,
           &main_.mnuScanSlaves},
-         options_.ToolsFitProtocol());
+         options_.ToolsFitProtocol(), kNotWithModbus);
 }
 
 // The port is closed and cannot be had again, so the watchdog must not go on trying.

@@ -26,13 +26,15 @@ struct FirstStepsHost {
 
 class frm_FirstSteps {
  public:
-  // Outlived by both. Looks by itself, every second.
+  // Outlived by both. Looks by itself, every second. What a program that was killed beside its
+  // boiler left in the settings is put right first.
   frm_FirstSteps(frm_Main& main, frm_Options& options, FirstStepsHost host);
   // Ends the simulated boiler, and gives the port number its former device back.
   ~frm_FirstSteps();
 
   // Visible while the screen is empty and the port of the options cannot be used, or is the
-  // simulated boiler's.
+  // simulated boiler's. Then it stays for the step behind that, until there is something on the
+  // screen.
   Control form{"frm_FirstSteps"};
   Label lblPort{"lblPort"};  // why not; or what to do next
   PickBox cmbDevices{"cmbDevices"};
@@ -51,7 +53,10 @@ class frm_FirstSteps {
   void StartOrStopBoiler();
   void FollowBoiler();
   void StopBoiler();
-  std::string PortText(const std::string& refusal) const;
+  std::string PortText(int number, const std::string& path, const std::string& refusal) const;
+  // In the settings.
+  void KeepFormer(const std::string& port, const std::string& device, const std::string& former);
+  void RestoreFormerDevice();
   void OpenSample();
 
   frm_Main& main_;
@@ -62,7 +67,8 @@ class frm_FirstSteps {
   std::string boiler_device_;  // as the port has it; empty while it has another one
   int boiler_port_ = 0;
   std::string former_device_;
-  bool boiler_failed_ = false;
+  std::string boiler_end_;     // what became of it by itself, for the text; empty if nothing
+  bool is_asked_for_ = false;  // since the screen became empty
   std::unique_ptr<Timer> later_;
 };
 

@@ -56,8 +56,12 @@ void LocationSettings::Open(int index) {
 
 // A run may end, or begin, behind the dialog.
 void LocationSettings::AllowChanges() {
-  form_.cmd_Ok.Enabled = !main_.CommRunning;
-  form_.cmdDeleteLocation.Enabled = !main_.CommRunning;
+  const char* why_not =
+      main_.CommRunning ? "Communication runs: press \"Stop Communication\" first" : "";
+  for (CommandButton* button : {&form_.cmd_Ok, &form_.cmdDeleteLocation}) {
+    button->Enabled = !main_.CommRunning;
+    button->ToolTipText = why_not;
+  }
 }
 
 // These come first: each presets fields that are then shown as they are stored.

@@ -1,5 +1,6 @@
 #include "tools/frm_link_health.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 
@@ -23,6 +24,27 @@ std::string OneDecimal(double number) {
 std::string LastBad(const std::string& bytes) {
   const bool is_long = bytes.size() > kMostBytes;
   return BytesInHex(bytes.substr(0, kMostBytes)) + (is_long ? " ..." : "");
+}
+
+std::string ProtocolName(LinkProtocol protocol) {
+  switch (protocol) {
+    case LinkProtocol::kTarnLink:
+      return "TarnLink";
+    case LinkProtocol::kZolt:
+      return "ZOLT";
+    case LinkProtocol::kModbus:
+      return "Modbus";
+    case LinkProtocol::kNone:
+      break;
+  }
+  return "other";
+}
+
+// The address says it all while the line has only one protocol.
+std::string NameOf(const SlaveAccount& account, bool are_mixed) {
+  const std::string slave = ShownCell(account.slave);
+  if (!are_mixed) return slave.empty() ? "-" : slave;
+  return ProtocolName(account.protocol) + (slave.empty() ? "" : " " + slave);
 }
 
 std::string Row(const std::string& slave, const SlaveAccount& account) {
@@ -90,12 +112,15 @@ void frm_LinkHealth::Refresh() {
   std::vector<std::string> slaves;
   const auto accounts = record_.account().Slaves();
   if (accounts.size() > 1) slaves.push_back(Row("All", record_.account().Total()));
+  const bool are_mixed = std::any_of(accounts.begin(), accounts.end(), [&](const auto* account) {
+    return account->protocol != accounts.front()->protocol;
+  });
   for (const SlaveAccount* account : accounts)
-    slaves.push_back(Row(account->slave.empty() ? "-" : ShownText(account->slave), *account));
+    slaves.push_back(Row(NameOf(*account, are_mixed), *account));
   lstSlaves.List = slaves;
   std::vector<std::string> ages;
   for (const ValueAge& age : Ages ? Ages() : std::vector<ValueAge>())
-    ages.push_back(std::to_string(age.index) + "\t" + ShownText(age.name) + "\t" +
+    ages.push_back(std::to_string(age.index) + "\t" + ShownCell(age.name) + "\t" +
                    AgeText(age.seconds) + (age.is_old && age.seconds >= 0 ? ", old" : ""));
   lstAges.List = ages;
 }

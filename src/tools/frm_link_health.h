@@ -37,8 +37,8 @@ class frm_LinkHealth {
   ListBox lstSlaves{"lstSlaves"};
   Label lblAges{"lblAges", "Location\tName\tAge"};
   ListBox lstAges{"lstAges"};
-  CommandButton cmdTrace{"cmdTrace", "&Trace"};
-  CommandButton cmdClear{"cmdClear", "&Clear"};
+  CommandButton cmdTrace{"cmdTrace", "Trace"};
+  CommandButton cmdClear{"cmdClear", "Clear"};
 
   // Of the Locations on the screen, in their order.
   std::function<std::vector<ValueAge>()> Ages;

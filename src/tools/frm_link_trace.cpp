@@ -79,6 +79,13 @@ void TraceRows::Append(std::deque<TraceEntry> rows, std::size_t most) {
   if (Appended) Appended();
 }
 
+void TraceRows::DropBefore(std::int64_t number) {
+  const auto kept = std::find_if(rows_.begin(), rows_.end(), [number](const TraceEntry& entry) {
+    return entry.number >= number;
+  });
+  Drop(static_cast<std::size_t>(kept - rows_.begin()));
+}
+
 void TraceRows::Drop(std::size_t count) {
   if (count == 0) return;
   if (Dropping) Dropping(count);
@@ -134,7 +141,12 @@ void frm_LinkTrace::Unload() {
 }
 
 void frm_LinkTrace::Refresh() {
-  if (!chkHold.Value) Take(std::exchange(shown_until_, record_.EntryCount()));
+  if (!chkHold.Value) {
+    // The panel may have cleared the record meanwhile.
+    const auto& trace = record_.trace();
+    Rows.DropBefore(trace.empty() ? record_.EntryCount() + 1 : trace.front().number);
+    Take(std::exchange(shown_until_, record_.EntryCount()));
+  }
   ShowCount();
 }
 

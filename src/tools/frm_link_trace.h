@@ -2,6 +2,7 @@
 // can stay open beside everything else.
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -28,6 +29,8 @@ class TraceRows : public Control {
   // Of the first as many are dropped as is needed to keep to `most`.
   void Append(std::deque<TraceEntry> rows, std::size_t most);
   void Clear() { Drop(rows_.size()); }
+  // Those with lower numbers go.
+  void DropBefore(std::int64_t number);
 
  private:
   void Drop(std::size_t count);

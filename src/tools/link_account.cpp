@@ -41,21 +41,22 @@ double AnswerTimes::Longest() const {
   return counts_.empty() ? 0.0 : Milliseconds(counts_.rbegin()->first);
 }
 
-SlaveAccount& LinkAccount::Of(const std::string& slave) {
-  SlaveAccount& account = slaves_[slave];
+SlaveAccount& LinkAccount::Of(LinkProtocol protocol, const std::string& slave) {
+  SlaveAccount& account = slaves_[{protocol, slave.size(), slave}];
+  account.protocol = protocol;
   account.slave = slave;
   return account;
 }
 
 std::vector<const SlaveAccount*> LinkAccount::Slaves() const {
   std::vector<const SlaveAccount*> all;
-  for (const auto& [slave, account] : slaves_) all.push_back(&account);
+  for (const auto& [key, account] : slaves_) all.push_back(&account);
   return all;
 }
 
 SlaveAccount LinkAccount::Total() const {
   SlaveAccount total;
-  for (const auto& [slave, account] : slaves_) {
+  for (const auto& [key, account] : slaves_) {
     total.exchanges += account.exchanges;
     total.answers += account.answers;
     total.refusals += account.refusals;

@@ -2,11 +2,15 @@
 #pragma once
 
 #include <chrono>
+#include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "tools/link_frame.h"
 
 namespace tarnlink {
 
@@ -29,6 +33,7 @@ class AnswerTimes {
 // Each exchange is one request, and ends as an answer, as a bad check or as a time-out; the one
 // under way as none of them yet.
 struct SlaveAccount {
+  LinkProtocol protocol = LinkProtocol::kNone;
   std::string slave;  // empty under a protocol without addresses
   std::int64_t exchanges = 0;
   std::int64_t answers = 0;
@@ -41,10 +46,11 @@ struct SlaveAccount {
 
 class LinkAccount {
  public:
-  // The account of a slave, made where there is none yet. It stays where it is until `Clear`.
-  SlaveAccount& Of(const std::string& slave);
+  // The account of a slave, made where there is none yet: slaves of two protocols are two slaves,
+  // whatever their address. It stays where it is until `Clear`.
+  SlaveAccount& Of(LinkProtocol protocol, const std::string& slave);
 
-  // In the order of their addresses.
+  // By protocol, in the order of their addresses.
   std::vector<const SlaveAccount*> Slaves() const;
   // All slaves together; the last bad frame is that of `Bad`.
   SlaveAccount Total() const;
@@ -53,14 +59,15 @@ class LinkAccount {
   void Clear();
 
  private:
-  // Numbers in their order, not in that of their digits.
-  struct ByAddress {
-    bool operator()(const std::string& a, const std::string& b) const {
-      return a.size() != b.size() ? a.size() < b.size() : a < b;
-    }
+  // Shorter numbers come first: an order of numbers, not of their digits.
+  struct Key {
+    LinkProtocol protocol;
+    std::size_t length;
+    std::string slave;
+    auto operator<=>(const Key&) const = default;
   };
 
-  std::map<std::string, SlaveAccount, ByAddress> slaves_;
+  std::map<Key, SlaveAccount> slaves_;
   std::string last_bad_;
 };
 

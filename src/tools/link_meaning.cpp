@@ -39,10 +39,10 @@ struct ZoltParts {
   int number;
 };
 
-// Digits stand as they came, but for what no line of text can hold.
+// Digits stand as they came, but for what no cell of the trace's table can hold.
 ZoltParts PartsOf(std::string_view frame) {
   using namespace zolt_frame;
-  const auto text = [&](Field field) { return ShownText(Text(frame, field)); };
+  const auto text = [&](Field field) { return ShownCell(Text(frame, field)); };
   return {.slave = "slave " + text(kSlave) + ": ",
           .id = text(kId),
           .data = text(kData),
@@ -156,13 +156,13 @@ constexpr std::size_t kDataAt = kAddressAt + kAddressDigits;
 constexpr std::size_t kReadLength = kDataAt + 2 + 1;
 
 std::string TarnLinkAddress(std::string_view frame) {
-  return ShownText(frame.substr(std::min(kAddressAt, frame.size()), kAddressDigits));
+  return ShownCell(frame.substr(std::min(kAddressAt, frame.size()), kAddressDigits));
 }
 
 // Two digits or four, whatever the length of the sum behind them.
 std::string TarnLinkData(std::string_view frame) {
   const std::size_t rest = frame.size() - kDataAt - 1;
-  return ShownText(frame.substr(kDataAt, rest <= 4 ? 2 : 4));
+  return ShownCell(frame.substr(kDataAt, rest <= 4 ? 2 : 4));
 }
 
 std::string TarnLinkRequest(std::string_view request) {

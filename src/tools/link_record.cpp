@@ -22,7 +22,7 @@ void LinkRecord::BytesSent(std::string_view bytes) {
                        .request = std::string(bytes),
                        .slave = SlaveOfFrame(protocol, bytes),
                        .sent = clock_.Elapsed()};
-  ++account_.Of(exchange_->slave).exchanges;
+  ++AccountOut().exchanges;
   Add(TraceKind::kRequest, Now(), bytes, RequestMeaning(protocol, bytes));
 }
 
@@ -47,6 +47,10 @@ LinkProtocol LinkRecord::HeardProtocol() const {
                                                                  : LinkProtocol::kZolt;
 }
 
+SlaveAccount& LinkRecord::AccountOut() {
+  return account_.Of(exchange_->protocol, exchange_->slave);
+}
+
 void LinkRecord::TakeFrames() {
   while (const auto place = FindFrame(HeardProtocol(), waiting_)) {
     if (place->begin > 0) TakeBad(waiting_.substr(0, place->begin));
@@ -65,7 +69,7 @@ void LinkRecord::TakeFrame(std::string_view frame) {
   if (role == FrameRole::kEcho || role == FrameRole::kOther)
     return Add(TraceKind::kOther, arrived_, frame, std::move(meaning));
   exchange_->is_answered = true;
-  SlaveAccount& account = account_.Of(exchange_->slave);
+  SlaveAccount& account = AccountOut();
   ++account.answers;
   account.times.Add(arrived_.elapsed - exchange_->sent);
   if (role == FrameRole::kRefusal) ++account.refusals;
@@ -81,20 +85,26 @@ void LinkRecord::TakeLost() {
   }
 }
 
-void LinkRecord::TakeBad(std::string_view bytes) {
+void LinkRecord::AddBad(std::string_view bytes) {
   Add(TraceKind::kBad, arrived_, bytes, BadBytesMeaning(HeardProtocol(), bytes));
+}
+
+void LinkRecord::TakeBad(std::string_view bytes) {
+  AddBad(bytes);
   if (!exchange_) return;
   exchange_->was_bad = true;
-  account_.Bad(account_.Of(exchange_->slave), bytes);
+  account_.Bad(AccountOut(), bytes);
 }
 
 void LinkRecord::EndExchange(bool is_closed) {
+  const bool is_cut = is_closed && (!exchange_ || clock_.Elapsed() - exchange_->sent < kSilence);
+  if (!waiting_.empty() && is_cut) AddBad(std::exchange(waiting_, {}));
   if (!waiting_.empty()) TakeBad(std::exchange(waiting_, {}));
   if (!exchange_ || exchange_->is_answered) return;
-  SlaveAccount& account = account_.Of(exchange_->slave);
+  SlaveAccount& account = AccountOut();
   if (exchange_->was_bad) {
     ++account.bad_checks;
-  } else if (!is_closed || clock_.Elapsed() - exchange_->sent >= kSilence) {
+  } else if (!is_cut) {
     ++account.timeouts;
     Add(TraceKind::kTimeOut, Now(), {}, "no answer");
   }

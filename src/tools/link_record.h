@@ -69,8 +69,11 @@ class LinkRecord final : public LineWatcher {
   void TakeFrames();
   void TakeFrame(std::string_view frame);
   void TakeBad(std::string_view bytes);
+  // In the trace only.
+  void AddBad(std::string_view bytes);
   void TakeLost();
-  // Whatever still waits is no frame, and the exchange has ended.
+  // Whatever still waits is no frame, and the exchange has ended. One that a closed port cut short
+  // counts as nothing, and so does the beginning of its answer.
   void EndExchange(bool is_closed);
   struct Moment {
     Date date = 0;
@@ -79,6 +82,7 @@ class LinkRecord final : public LineWatcher {
   Moment Now() const { return {clock_.Now(), clock_.Elapsed()}; }
   void Add(TraceKind kind, const Moment& when, std::string_view bytes, std::string meaning);
   LinkProtocol HeardProtocol() const;
+  SlaveAccount& AccountOut();  // of the exchange, which there is
 
   const Clock& clock_;
   LinkAccount account_;

@@ -95,6 +95,15 @@ class PickWatch final : public QObject {
     connect(edit_, &QLineEdit::returnPressed, this, [this] {
       if (IsTyped() && !IsCompletionPicked()) Accept();
     });
+    // A mnemonic leaves the box with the list of its completer still open: Qt keeps that from the
+    // box, and the next keys would still come here.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* from, QWidget* to) {
+      const bool was_here = from == combo_ || from == edit_;
+      if (!was_here || to == nullptr || to == combo_ || to == edit_) return;
+      if (to->window() != combo_->window()) return;
+      if (IsCompleting()) combo_->completer()->popup()->hide();
+      Leave();
+    });
   }
 
   bool eventFilter(QObject* watched, QEvent* event) override {
@@ -120,10 +129,14 @@ class PickWatch final : public QObject {
   bool HasOtherText() const { return FromQt(edit_->text()) != control_.Text.get(); }
   // Also the same text, typed again.
   bool IsTyped() const { return HasOtherText() || edit_->isModified(); }
-  bool IsCompletionPicked() const {
+  // One that completes within the line has no list.
+  bool IsCompleting() const {
     const QCompleter* completer = combo_->completer();
-    return completer != nullptr && completer->popup()->isVisible() &&
-           completer->popup()->currentIndex().isValid();
+    const QWidget* list = completer == nullptr ? nullptr : completer->popup();
+    return list != nullptr && list->isVisible();
+  }
+  bool IsCompletionPicked() const {
+    return IsCompleting() && combo_->completer()->popup()->currentIndex().isValid();
   }
   void Leave() {
     if (HasOtherText()) Accept();

@@ -26,6 +26,7 @@ constexpr int kLeastTable = 120;        // pixels
 constexpr int kSlaveWidth = 70;         // pixels
 constexpr int kSignRoom = 40;           // pixels beside a result
 constexpr int kLeastDescription = 110;  // pixels
+constexpr int kHeadingAir = 8;          // pixels beside a heading
 constexpr int kRowAir = 8;              // pixels above and below a row together
 
 constexpr int kDescriptionColumn = 4;
@@ -138,24 +139,30 @@ void CfgCheckDialog::BuildTable() {
   QHeaderView* columns = table_->horizontalHeader();
   columns->setHighlightSections(false);
   columns->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  columns->setSectionResizeMode(QHeaderView::ResizeToContents);
+  // Not by Qt, which would measure every row again with each answer: the window would not answer.
+  columns->setSectionResizeMode(QHeaderView::Fixed);
   columns->setSectionResizeMode(kDescriptionColumn, QHeaderView::Interactive);
   columns->setSectionResizeMode(kResultColumn, QHeaderView::Interactive);
   // What was read stands beside what the file expects, and the result where it is seen on a small
   // screen too.
   columns->moveSection(kReadColumn, kDescriptionColumn);
   columns->moveSection(kResultColumn, kDescriptionColumn + 1);
-  columns->resizeSection(kResultColumn,
-                         table_->fontMetrics().horizontalAdvance(kCfgNotChecked) + kSignRoom);
   for (int column = 0; column < table_->columnCount(); ++column) {
+    columns->resizeSection(column, columns->sectionSizeHint(column) + kHeadingAir);
     if (IsNumber(column)) {
       table_->horizontalHeaderItem(column)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
     }
   }
+  columns->resizeSection(kResultColumn,
+                         table_->fontMetrics().horizontalAdvance(kCfgNotChecked) + kSignRoom);
   table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().lineSpacing() + kRowAir);
-  connect(columns, &QHeaderView::sectionResized, this, [this](int column) {
-    if (column != kDescriptionColumn) FitDescription();
-  });
+  // Once the header has ended sizing them all: it would go on with widths of before.
+  connect(
+      columns, &QHeaderView::sectionResized, this,
+      [this](int column) {
+        if (column != kDescriptionColumn) FitDescription();
+      },
+      Qt::QueuedConnection);
   table_->viewport()->installEventFilter(this);
   form_.ParametersList.SetView([this] { ShowList(); });
   ShowList();
@@ -172,6 +179,9 @@ void CfgCheckDialog::FitDescription() {
   const int others = columns->length() - columns->sectionSize(kDescriptionColumn);
   const int left = table_->viewport()->width() - others;
   columns->resizeSection(kDescriptionColumn, std::max(left, kLeastDescription));
+  // Where all is in sight, a bar would stay that the width before had asked for.
+  table_->setHorizontalScrollBarPolicy(left >= kLeastDescription ? Qt::ScrollBarAlwaysOff
+                                                                 : Qt::ScrollBarAsNeeded);
 }
 
 void CfgCheckDialog::ShowList() {
@@ -188,6 +198,16 @@ void CfgCheckDialog::ShowList() {
   FollowWork();
 }
 
+// A column of short texts is as wide as the widest that it has had.
+void CfgCheckDialog::MakeRoom(const QTableWidgetItem& item) {
+  const int column = item.column();
+  if (column == kDescriptionColumn || column == kResultColumn) return;
+  constexpr int kGrid = 1;  // pixel
+  const int wanted = table_->sizeHintForIndex(table_->indexFromItem(&item)).width() + kGrid;
+  QHeaderView* columns = table_->horizontalHeader();
+  if (wanted > columns->sectionSize(column)) columns->resizeSection(column, wanted);
+}
+
 void CfgCheckDialog::ShowRow(int row, const QStringList& cells) {
   for (int column = 0; column < cells.size(); ++column) {
     QTableWidgetItem* item = table_->item(row, column);
@@ -199,6 +219,7 @@ void CfgCheckDialog::ShowRow(int row, const QStringList& cells) {
       continue;
     }
     item->setText(cells[column]);
+    MakeRoom(*item);
     if (column == kDescriptionColumn) item->setToolTip(PlainToolTip(FromQt(cells[column])));
     if (column == kResultColumn) {
       const CfgVerdict verdict = form_.VerdictAt(static_cast<std::size_t>(row));
@@ -218,6 +239,7 @@ void CfgCheckDialog::FollowWork() {
   const auto mark = [this](int at, bool is_marked) {
     for (int column = 0; at >= 0 && column < table_->columnCount(); ++column) {
       table_->item(at, column)->setData(CfgResultDelegate::kInWork, is_marked);
+      if (is_marked) MakeRoom(*table_->item(at, column));
     }
   };
   mark(in_work_, false);

@@ -6,6 +6,7 @@
 
 class QLayout;
 class QTableWidget;
+class QTableWidgetItem;
 
 namespace tarnlink {
 
@@ -31,6 +32,7 @@ class CfgCheckDialog final : public ToolDialog {
   void ShowRow(int row, const QStringList& cells);
   void FollowWork();
   void FitDescription();
+  void MakeRoom(const QTableWidgetItem& item);
 
   frm_CfgCheck& form_;
   QTableWidget* table_ = nullptr;

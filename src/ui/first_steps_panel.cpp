@@ -80,6 +80,12 @@ void FirstStepsPanel::ShowForm() {
   TakePlace();
 }
 
+// A text that has become longer needs more height.
+bool FirstStepsPanel::event(QEvent* event) {
+  if (event->type() == QEvent::LayoutRequest) TakePlace();
+  return QWidget::event(event);
+}
+
 bool FirstStepsPanel::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Resize || event->type() == QEvent::Show) TakePlace();
   return QWidget::eventFilter(watched, event);

@@ -16,6 +16,7 @@ class FirstStepsPanel final : public QWidget {
   ~FirstStepsPanel() override;
 
  protected:
+  bool event(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

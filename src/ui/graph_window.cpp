@@ -281,6 +281,7 @@ void GraphWindow::resizeEvent(QResizeEvent* event) {
   scroll_->setGeometry(PlaceOf(form_.HScroll1));
   ShowDate();
   ShowMessage();
+  ShowHint();
 }
 
 void GraphWindow::mouseReleaseEvent(QMouseEvent* event) {

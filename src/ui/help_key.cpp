@@ -8,11 +8,20 @@
 #include "monitor/help_chapters.h"
 
 namespace tarnlink {
+namespace {
+
+// Who sees the first steps asks about them, also with the keyboard elsewhere in the window.
+bool ShowsFirstSteps(const QWidget& widget) {
+  const auto* steps = widget.findChild<QWidget*>(QStringLiteral("frm_FirstSteps"));
+  return steps != nullptr && steps->isVisible() && steps->window() == &widget;
+}
+
+}  // namespace
 
 std::string_view HelpPageFor(const QWidget* widget) {
   for (; widget != nullptr; widget = widget->parentWidget()) {
     const std::string_view page = HelpPageOf(widget->objectName().toStdString());
-    if (!page.empty()) return page;
+    if (!page.empty()) return ShowsFirstSteps(*widget) ? kHelpStart : page;
   }
   return kHelpStart;
 }

@@ -74,11 +74,19 @@ void LabelPanel::paintEvent(QPaintEvent*) {
   }
 }
 
+std::vector<LabelPanel::Shown> LabelPanel::ShownLabels() const {
+  std::vector<Shown> shown;
+  for (std::size_t i = 0; i < labels_.size(); ++i) {
+    const Label* label = labels_[i];
+    if (!label->Visible || label->Caption->empty()) continue;
+    shown.push_back({ToQt(label->Caption.get()), PlaceOfLabel(i)});
+  }
+  return shown;
+}
+
 QString LabelPanel::ShownText() const {
   QStringList texts;
-  for (const Label* label : labels_) {
-    if (label->Visible && !label->Caption->empty()) texts << ToQt(label->Caption.get());
-  }
+  for (const Shown& label : ShownLabels()) texts << label.text;
   return texts.join(QStringLiteral(", "));
 }
 

@@ -19,7 +19,13 @@ class LabelPanel final : public QWidget {
              QWidget* parent, int overhang = 0);
   ~LabelPanel() override;
 
-  // All that can be read, one label behind the other.
+  struct Shown {
+    QString text;
+    QRect place;  // in the panel
+  };
+  // The labels that can be read.
+  std::vector<Shown> ShownLabels() const;
+  // Their texts, one behind the other.
   QString ShownText() const;
 
   std::function<void(MouseButton)> Down;

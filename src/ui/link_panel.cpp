@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "platform/qt/qt_text.h"
 #include "ui/binders.h"
@@ -22,8 +23,10 @@ constexpr int kSlavesShare = 2;  // of the width, as the ages have 1
 
 QStringList CellsOf(const std::string& row) { return ToQt(row).split(QLatin1Char('\t')); }
 
-// Cells that stay are changed in place, so that nothing flickers and a selection stays.
-void Fill(QTableWidget* table, const std::vector<std::string>& rows) {
+// Cells that stay are changed in place, so that nothing flickers and a selection stays. Those of
+// the `longest` column may be cut, and have a tip that shows them whole; the first column, which
+// says what a row is of, gets the room that it needs.
+void Fill(QTableWidget* table, int longest, const std::vector<std::string>& rows) {
   table->setRowCount(static_cast<int>(rows.size()));
   for (int row = 0; row < table->rowCount(); ++row) {
     const QStringList cells = CellsOf(rows[static_cast<std::size_t>(row)]);
@@ -31,7 +34,13 @@ void Fill(QTableWidget* table, const std::vector<std::string>& rows) {
       const QString text = cells.value(column);
       QTableWidgetItem* item = table->item(row, column);
       if (item == nullptr) table->setItem(row, column, item = new QTableWidgetItem);
-      if (item->text() != text) item->setText(text);
+      if (item->text() == text) continue;
+      item->setText(text);
+      if (column == 0) {
+        const int width = table->fontMetrics().horizontalAdvance(text) + kCellAir;
+        table->setColumnWidth(0, std::max(table->columnWidth(0), width));
+      }
+      if (column == longest) item->setToolTip(PlainToolTip(FromQt(text)));
     }
   }
 }
@@ -65,7 +74,8 @@ LinkPanel::~LinkPanel() {
 
 void LinkPanel::ShowForm() {
   setVisible(form_.form.Visible);
-  GiveMnemonics(window());
+  // By itself it knows nothing of the letters of the menus.
+  if (window() != this) GiveMnemonics(window());
 }
 
 QTableWidget* LinkPanel::Table(Label& headings, ListBox& rows, const QString& name) {
@@ -108,8 +118,9 @@ QTableWidget* LinkPanel::Table(Label& headings, ListBox& rows, const QString& na
   }
   table->setFixedHeight(columns->sizeHint().height() + kRowsInSight * height +
                         2 * table->frameWidth());
-  rows.SetView([table, &rows] { Fill(table, rows.List); });
-  Fill(table, rows.List);
+  const int longest = widest >= 0 ? static_cast<int>(widest) : table->columnCount() - 1;
+  rows.SetView([table, longest, &rows] { Fill(table, longest, rows.List); });
+  Fill(table, longest, rows.List);
   return table;
 }
 

@@ -140,10 +140,11 @@ void LinkTraceWindow::BuildTable() {
 
 void LinkTraceWindow::FollowEnd() {
   QScrollBar* bar = table_->verticalScrollBar();
-  connect(table_->model(), &QAbstractItemModel::rowsAboutToBeInserted, bar,
-          [bar] { bar->setProperty("is_at_end", bar->value() == bar->maximum()); });
-  connect(bar, &QScrollBar::rangeChanged, bar, [bar](int, int last) {
-    if (bar->property("is_at_end").toBool()) bar->setValue(last);
+  // It begins there, with what was recorded before; only whoever scrolls leaves the end.
+  connect(bar, &QScrollBar::valueChanged, this,
+          [this, bar](int value) { is_at_end_ = value == bar->maximum(); });
+  connect(bar, &QScrollBar::rangeChanged, this, [this, bar](int, int last) {
+    if (is_at_end_) bar->setValue(last);
   });
 }
 

@@ -44,6 +44,7 @@ class LinkTraceWindow final : public ToolDialog {
 
   frm_LinkTrace& form_;
   QTableView* table_ = nullptr;
+  bool is_at_end_ = true;
 };
 
 }  // namespace tarnlink

@@ -11,6 +11,7 @@ namespace {
 
 QMenu* AddMenu(QMenuBar* bar, MenuEntry& entry) {
   QMenu* menu = bar->addMenu(QString());
+  menu->setToolTipsVisible(true);  // why an entry is grey
   Bind(menu->menuAction(), entry);
   KeepMnemonics(menu);
   return menu;

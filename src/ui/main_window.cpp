@@ -133,7 +133,10 @@ void MainWindow::BuildStatusBar() {
   }
 }
 
-void MainWindow::AddBelowStatusBar(QWidget* widget) { below_->addWidget(widget); }
+void MainWindow::AddBelowStatusBar(QWidget* widget) {
+  below_->addWidget(widget);
+  GiveMnemonics(this);
+}
 
 void MainWindow::ShowForm() {
   const QString title = ToQt(main_.form.Caption.get());

@@ -24,7 +24,7 @@ MultipleRegistersDialog::MultipleRegistersDialog(frm_multiple_reg& form, QWidget
   setObjectName(ToQt(form_.form.name()));
   setWindowTitle(ToQt(form_.caption.Caption.get()));
   setModal(true);
-  auto* frame = new QGroupBox(tr("&Format"), this);
+  auto* frame = new QGroupBox(tr("Format"), this);
   auto* formats = new QHBoxLayout(frame);
   std::vector<QRadioButton*> buttons;
   for (int i = 0; i < form_.Option_multiplereg.count(); ++i) {

@@ -11,8 +11,7 @@ QColor ReadableOn(const QColor& background) { return ToQColor(ReadableOn(ToColou
 
 QColor FadedOn(const QColor& background) {
   constexpr Colour kGrey = 0x909090;
-  constexpr double kReadableSmall = 4.5;  // of letters that are as small as a value's
-  return ToQColor(ReadableShade(kGrey, ToColour(background), kReadableSmall));
+  return ToQColor(ReadableShade(kGrey, ToColour(background)));
 }
 
 QColor ReadableShade(const QColor& colour, const QColor& background) {

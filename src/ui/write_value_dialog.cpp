@@ -89,7 +89,7 @@ QWidget* WriteValueDialog::BuildValue() {
 }
 
 QGroupBox* WriteValueDialog::BuildFormats() {
-  auto* frame = new QGroupBox(tr("&Format"), this);
+  auto* frame = new QGroupBox(tr("Format"), this);
   auto* layout = new QHBoxLayout(frame);
   QSizePolicy kept_frame = frame->sizePolicy();
   kept_frame.setRetainSizeWhenHidden(true);
@@ -109,7 +109,7 @@ QGroupBox* WriteValueDialog::BuildFormats() {
 }
 
 QGroupBox* WriteValueDialog::BuildBlock() {
-  auto* frame = new QGroupBox(tr("&ModBus"), this);
+  auto* frame = new QGroupBox(tr("ModBus"), this);
   auto* layout = new QVBoxLayout(frame);
   auto* choice = new QHBoxLayout;
   std::vector<QRadioButton*> buttons;

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cmath>
 #include <limits>
 #include <map>
@@ -191,8 +192,10 @@ TEST_F(DensePagesTest, TheWindowGoesOnMeanwhile) {
   std::atomic<bool> has_ticked = false;
   QTimer::singleShot(0, [&has_ticked] { has_ticked = true; });
   EXPECT_TRUE(DrawBesideLoop([&has_ticked](const auto&) {
-    while (!has_ticked) std::this_thread::yield();
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!has_ticked && std::chrono::steady_clock::now() < end) std::this_thread::yield();
   }));
+  EXPECT_TRUE(has_ticked);
 }
 
 // Nothing may draw on the caller's paper any more when it comes back.

@@ -51,6 +51,15 @@ std::unique_ptr<WriterProcess> Bench::Start(bool with_temporary_files) const {
           {"LC_ALL", "C.UTF-8"}});
 }
 
+std::unique_ptr<WriterProcess> Bench::StartBehindASave() const {
+  Lay(IsLog() ? kNone : 'A');
+  auto process = Start();
+  if (!IsLog()) {
+    EXPECT_EQ(process->Ask("save A"), "saved A");
+  }
+  return process;
+}
+
 void Bench::Lay(char version) const {
   fs::remove_all(folder());
   fs::create_directories(fs::path(path()).parent_path());

@@ -47,6 +47,8 @@ class Bench {
 
   // Temporary files come into the folder of the document, unless it has no room for them.
   std::unique_ptr<WriterProcess> Start(bool with_temporary_files = true) const;
+  // What a process looks for with its first save is behind it. A log is left empty.
+  std::unique_ptr<WriterProcess> StartBehindASave() const;
   // Nothing else is in the folder then, and the document is of that version or not there.
   void Lay(char version) const;
   // A version, `kNone`, or `kHalf` for anything else, in the folder as the process with that root

@@ -2,13 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
+#include <set>
 
 #include "disk/bench.h"
+#include "disk/calls.h"
 #include "disk/tracer.h"
 
 namespace tarnlink::disk {
 namespace {
+
+// Without these no document gets to the disk.
+const std::set<std::string> kNeeded = {"close", "fsync", "openat", "rename", "write"};
 
 struct Failing {
   std::string call;
@@ -23,6 +29,12 @@ const std::map<std::string, std::string>& Reasons() {
       {"EIO", "the system says \"Input/output error\"."},
       {"EACCES", "you do not have the permission."}};
   return kReasons;
+}
+
+// "4" of "openat(...) = 4".
+std::string HandleOf(const std::string& line) {
+  const std::size_t at = line.rfind("= ");
+  return at == std::string::npos ? "" : line.substr(at + 2);
 }
 
 // A row that was told as written is there, one that was not has left nothing.
@@ -45,20 +57,32 @@ class FailingCalls {
  public:
   explicit FailingCalls(const Kind& kind) : bench_(kind, 2) {}
 
-  // True if the process came to that call.
-  bool Try(const Failing& failing, Figures& figures) {
+  // Each call of a save fails with each reason, once and with all that follow.
+  std::vector<Failing> Table() const {
+    std::vector<Failing> table;
+    for (const auto& [call, count] : CountCalls(bench_)) {
+      // What cannot be removed stays.
+      if (call == "unlink") continue;
+      for (const auto& [error, reason] : Reasons()) {
+        for (int number = 1; number <= count; ++number) {
+          table.push_back({call, error, number, false});
+          table.push_back({call, error, number, true});
+        }
+      }
+    }
+    return table;
+  }
+
+  void Try(const Failing& failing, Figures& figures) {
+    if (process_ == nullptr || bench_.IsLog()) process_ = bench_.StartBehindASave();
     bench_.Lay(bench_.IsLog() ? Bench::kNone : 'A');
-    if (process_ == nullptr || bench_.IsLog()) process_ = bench_.Start();
     const std::string fault = "error=" + failing.error + ":when=" + std::to_string(failing.number) +
                               (failing.for_ever ? "+" : "");
     Tracer tracer(process_->pid(), bench_.folder() + ".trace", failing.call, fault);
     const std::string answer = process_->Ask("save B");
     const std::string failed = tracer.Finish();
     const testing::ScopedTrace trace("", 0, failing.error + ":\n" + failed);
-    if (failed.empty()) {
-      EXPECT_EQ(answer, "saved B");
-      return false;
-    }
+    EXPECT_NE(failed, "") << "No call has failed.";
     if (bench_.IsLog()) {
       JudgeLog(bench_, answer, failing, figures);
     } else {
@@ -66,7 +90,6 @@ class FailingCalls {
       const bool in_folder = failing.call == "fsync" && failing.number == 2;
       bench_.Judge(answer, Reasons().at(failing.error), figures, {}, in_folder ? 'B' : 'A');
     }
-    return true;
   }
 
  private:
@@ -74,41 +97,66 @@ class FailingCalls {
   std::unique_ptr<WriterProcess> process_;
 };
 
-// Every call of that name fails once, and once with all that follow, until there is none any more.
-void FailOneByOne(FailingCalls& calls, const std::string& call, int offset, Figures& figures) {
-  constexpr int kMostCalls = 1000;
-  const int stride = IsFull() ? 1 : 5;
-  int error_number = 0;
-  for (const auto& [error, reason] : Reasons()) {
-    if (!IsFull() && error_number++ != offset % 3) continue;
-    for (const bool for_ever : {false, true}) {
-      int number = IsFull() ? 1 : 1 + offset % 2;
-      while (number < kMostCalls && calls.Try({call, error, number, for_ever}, figures)) {
-        ASSERT_FALSE(testing::Test::HasFailure())
-            << call << " " << number << " with " << error << (for_ever ? " for ever" : " once");
-        number += stride;
-      }
-    }
-  }
-}
+// What came to its turn at least once.
+struct Turns {
+  std::set<std::string> calls;
+  std::set<std::string> errors;
+  std::set<bool> for_ever;
+  std::set<int> numbers;
+};
 
 TEST(CallsThatFail, LeaveTheOldDocumentOrTheNewOneAsIsTold) {
   if (!Tracer::Works()) GTEST_SKIP() << "No process may look into another one here.";
+  // No divisor of how many reasons there are and how often: the short form comes to each of them.
+  const int stride = IsFull() ? 1 : 11;
   Figures figures;
-  int offset = 0;
-  int kinds = 0;
+  Turns turns;
+  std::set<std::string> all_calls;
+  int turn = 0;
   for (const Kind& kind : Kinds()) {
     FailingCalls calls(kind);
-    for (const char* call : {"write", "fsync", "rename", "openat", "ftruncate", "close"}) {
-      const testing::ScopedTrace trace(__FILE__, __LINE__, std::string(kind.name));
-      // In the short form every other call of each kind.
-      if (IsFull() || (offset + kinds) % 2 == 0) FailOneByOne(calls, call, offset, figures);
-      ++offset;
+    for (const Failing& failing : calls.Table()) {
+      all_calls.insert(failing.call);
+      if (turn++ % stride != 0) continue;
+      turns.calls.insert(failing.call);
+      turns.errors.insert(failing.error);
+      turns.for_ever.insert(failing.for_ever);
+      turns.numbers.insert(failing.number);
+      calls.Try(failing, figures);
+      ASSERT_FALSE(HasFailure()) << kind.name << ": " << failing.call << " " << failing.number
+                                 << " with " << failing.error
+                                 << (failing.for_ever ? " for ever" : " once");
     }
-    ++kinds;
-    if (HasFailure()) break;
   }
   figures.Print("Failed calls");
+  EXPECT_EQ(turns.calls, all_calls);
+  EXPECT_TRUE(std::includes(all_calls.begin(), all_calls.end(), kNeeded.begin(), kNeeded.end()));
+  EXPECT_EQ(turns.errors.size(), Reasons().size());
+  EXPECT_EQ(turns.for_ever.size(), 2U);
+  EXPECT_TRUE(turns.numbers.contains(1) && turns.numbers.contains(2));
+}
+
+// What a power cut takes is what was not synced: the document is on the disk before it takes its
+// name, and its name before it is told as saved.
+TEST(CallsOfASave, TheDocumentIsOnTheDiskBeforeItIsTold) {
+  if (!Tracer::Works()) GTEST_SKIP() << "No process may look into another one here.";
+  for (const Kind& kind : Kinds()) {
+    const Bench bench(kind, 2);
+    // A row of a log is worth no wait for the disk.
+    if (bench.IsLog()) continue;
+    std::string order;
+    std::string folder;  // that was opened, to be synced
+    for (const CallOfASave& call : WatchSave(bench)) {
+      if (call.name == "write" && !order.ends_with("write ")) order += "write ";
+      if (call.name == "rename") order += "rename ";
+      if (call.name == "saved") order += "saved";
+      if (call.name == "openat" && call.line.find("O_DIRECTORY") != std::string::npos)
+        folder = HandleOf(call.line);
+      if (call.name != "fsync") continue;
+      order += call.line.find("fsync(" + folder + ")") == std::string::npos ? "sync " : "folder ";
+    }
+    EXPECT_TRUE(order.ends_with("write sync rename folder saved")) << kind.name << ": " << order;
+  }
 }
 
 }  // namespace

@@ -48,11 +48,9 @@ Tracer::Tracer(pid_t process, const std::string& log, const std::string& calls,
     : log_(log) {
   std::array<int, 2> said{};
   if (pipe2(said.data(), O_CLOEXEC) != 0) return;
-  std::vector<std::string> words = {"strace", "-f",
-                                    "-o",     log,
-                                    "-p",     std::to_string(process),
-                                    "-e",     "trace=" + calls,
-                                    "-e",     "inject=" + calls + ":" + fault};
+  std::vector<std::string> words = {
+      "strace", "-f", "-o", log, "-p", std::to_string(process), "-e", "trace=" + calls};
+  if (!fault.empty()) words.insert(words.end(), {"-e", "inject=" + calls + ":" + fault});
   std::vector<char*> command;
   for (std::string& word : words) command.push_back(word.data());
   command.push_back(nullptr);
@@ -77,11 +75,12 @@ std::string Tracer::Finish() {
   pid_ = -1;
   close(said_);
   std::istringstream log(ReadFile(log_));
-  std::string lines;
+  std::string failed;
   for (std::string line; std::getline(log, line);) {
-    if (line.find("(INJECTED)") != std::string::npos) lines += line + "\n";
+    if (line.find("(INJECTED)") != std::string::npos) failed += line + "\n";
+    lines_.push_back(line);
   }
-  return lines;
+  return failed;
 }
 
 }  // namespace tarnlink::disk

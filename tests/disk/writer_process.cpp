@@ -66,6 +66,8 @@ std::string WriterProcess::Answer() {
     if (poll(&wanted, 1, kBound) <= 0) return {};
     std::array<char, 4096> buffer{};
     const ssize_t count = read(from_, buffer.data(), buffer.size());
+    // Its output closes with its end.
+    has_closed_ = count == 0;
     if (count <= 0) return {};
     pending_.append(buffer.data(), static_cast<std::size_t>(count));
   }
@@ -79,8 +81,21 @@ std::string WriterProcess::Ask(const std::string& command) {
 void WriterProcess::Kill() {
   if (pid_ < 0) return;
   kill(pid_, SIGKILL);
-  waitpid(pid_, nullptr, 0);
+  waitpid(pid_, &status_, 0);
   pid_ = -1;
+}
+
+bool WriterProcess::WasKilled() {
+  if (pid_ >= 0) {
+    while (!Answer().empty()) continue;
+    if (!has_closed_) {
+      Kill();
+      return false;
+    }
+    waitpid(pid_, &status_, 0);
+    pid_ = -1;
+  }
+  return WIFSIGNALED(status_) && WTERMSIG(status_) == SIGKILL;
 }
 
 }  // namespace tarnlink::disk

@@ -25,9 +25,14 @@ class WriterProcess {
   std::string Ask(const std::string& command);
   // Not by its own end, but at once.
   void Kill();
+  // True if it was killed, by us or by somebody else: it neither ended by itself nor crashed. Waits
+  // for its end; one that does not end in long is killed then, and was not before.
+  bool WasKilled();
 
  private:
   pid_t pid_ = -1;
+  bool has_closed_ = false;
+  int status_ = 0;  // as of waitpid, behind its end
   int to_ = -1;
   int from_ = -1;
   std::string pending_;

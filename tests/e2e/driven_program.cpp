@@ -98,6 +98,14 @@ std::string DrivenProgram::Ask(const std::string& command) {
 
 DrivenProgram::~DrivenProgram() {
   if (process_ == nullptr) return;
+  // What it made its user wait for last it tells before its next answer.
+  if (process_->IsOurs()) {
+    process_->Write("modal");
+    for (std::string line = process_->ReadLine(kAnswerBound); !line.empty() && line.front() != '@';
+         line = process_->ReadLine(kAnswerBound)) {
+      TakeNote(line);
+    }
+  }
   process_->Kill();
   for (const std::string& line : process_->RestOfLines()) TakeNote(line);
 }

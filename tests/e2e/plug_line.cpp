@@ -26,7 +26,7 @@ constexpr std::int64_t kMostKibibytes = 4096;
 
 int PlugLine::Plugs() {
   const char* const text = getenv("TARNLINK_PLUGS");
-  return text == nullptr ? kDefaultPlugs : std::max(2, std::stoi(text));
+  return text == nullptr ? kDefaultPlugs : std::max(kKinds, std::stoi(text));
 }
 
 void PlugLine::StartOn(const std::string& protocol, const std::vector<std::string>& options,
@@ -97,16 +97,29 @@ double PlugLine::ShareOfProcessor(double seconds) {
   return (program->process().ProcessorSeconds() - before) / seconds;
 }
 
+// What a busy machine makes of one look is not the program's: it spins in each of them, or not.
+double PlugLine::CalmestShare() {
+  constexpr int kLooks = 4;
+  double calmest = 1;
+  for (int look = 0; look < kLooks && calmest >= kHighestShare; ++look)
+    calmest = std::min(calmest, ShareOfProcessor(IsLong() ? 5 : 1));
+  return calmest;
+}
+
 void PlugLine::SeeThatItIsCalm(int cycle) {
   constexpr int kTimes = 5;
   const int stride = std::max(1, Plugs() / kKinds / kTimes) * kKinds;
   if (cycle % stride != static_cast<int>(kMeasured)) return;
-  const double share = ShareOfProcessor(IsLong() ? 5 : 1);
+  const double share = CalmestShare();
   EXPECT_LT(share, kHighestShare);
   highest_share_ = std::max(highest_share_, share);
 }
 
-Pull PlugLine::PullOf(int cycle) const { return static_cast<Pull>(cycle % kKinds); }
+// Each time round one further: what is done with the program while the cable is out takes turns,
+// too.
+Pull PlugLine::PullOf(int cycle) const {
+  return static_cast<Pull>((cycle + cycle / kKinds) % kKinds);
+}
 
 void PlugLine::PullOut(Pull pull) {
   const auto obey = [this](const std::string& command) { EXPECT_EQ(Tell(command), "ok"); };
@@ -135,7 +148,7 @@ void PlugLine::Cycle(const PlugSubject& subject, int cycle) {
   SeeThatItIsCalm(cycle);
   EXPECT_EQ(Front(), front) << "There is nothing more to be told.";
   // Always at the same moment.
-  if (pull == kMeasured) held_.push_back(watch_->Look());
+  if (cycle % kKinds == static_cast<int>(kMeasured)) held_.push_back(watch_->Look());
   EXPECT_EQ(Tell("clear"), "ok");
   EXPECT_EQ(Tell("replug"), "ok");
 }

@@ -59,7 +59,9 @@ class PlugLine : public ToolsOnALine {
   bool HasLetGo();
   // The share of a processor that the program takes in the next seconds.
   double ShareOfProcessor(double seconds);
-  // The same in a cycle in which it is to be looked at. What it was is in the report.
+  // The least of some of these, if the first is too high.
+  double CalmestShare();
+  // Looks at that in a cycle in which it is to be looked at. What it was is in the report.
   void SeeThatItIsCalm(int cycle);
 
   static constexpr int kShort = 20;  // cycles, at most

@@ -1,6 +1,7 @@
 #include "plug_watch.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -80,6 +81,9 @@ int PlugWatch::Files() {
 }
 
 Holding PlugWatch::Look() {
+#ifdef TARNLINK_HEAP_COUNTER
+  EXPECT_TRUE(heap_ != nullptr && heap_->blocks.load() > 0) << "The heap is not counted.";
+#endif
   std::ifstream file("/proc/" + std::to_string(Pid()) + "/statm");
   std::int64_t size = 0;
   std::int64_t resident = 0;

@@ -110,8 +110,11 @@ void Process::Signal(int number) const {
 
 std::vector<std::string> Process::RestOfLines() {
   std::vector<std::string> lines;
-  for (std::string line = ReadLine(0); !line.empty(); line = ReadLine(0)) lines.push_back(line);
-  return lines;
+  for (;;) {
+    const std::string line = ReadLine(0);
+    if (!line.empty()) lines.push_back(line);
+    if (line.empty() && pending_.find('\n') == std::string::npos) return lines;
+  }
 }
 
 double Process::ProcessorSeconds() const {

@@ -21,7 +21,9 @@ class Process {
   void Write(const std::string& line);
   // The next line of standard output, without its end; empty if none came in time.
   std::string ReadLine(int milliseconds);
-  // What stands in standard output now, up to an empty line.
+  // Whether its end has been neither waited for nor made.
+  bool IsOurs() const { return pid_ >= 0; }
+  // What stands in standard output now.
   std::vector<std::string> RestOfLines();
   // The exit status, or -1 if it did not end in time.
   int WaitForEnd(int milliseconds);

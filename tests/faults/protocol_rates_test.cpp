@@ -8,6 +8,7 @@
 #include <chrono>
 #include <string>
 
+#include "faults/line_guard.h"
 #include "faults/rate_run.h"
 #include "form/fault_run_modbus.h"
 #include "form/fault_run_tarnlink.h"
@@ -16,11 +17,13 @@
 namespace tarnlink {
 namespace {
 
-constexpr double kOneIn = 60'000;
 constexpr std::chrono::seconds kWatchdog(3);
 
-LineGuard::Waits TheWatchdog() {
-  return [] { return std::chrono::milliseconds(kWatchdog); };
+// The run's own timer, which ends the wait for an answer.
+std::chrono::milliseconds TheWatchdog() { return kWatchdog; }
+
+EndOfMessage EndOf(const std::string& protocol) {
+  return protocol == "zolt" ? EndOfZolt(TheWatchdog) : EndOfModbus(TheWatchdog);
 }
 
 // One part of a run, in a world of its own; it is no test by itself.
@@ -31,10 +34,10 @@ class PolledPart final : public Run {
 
   RateCounts Exchanges(const std::string& protocol, double rate, long count) {
     // The run began with its first request.
-    LineGuard guard(this->world, this->world.port(), TheWatchdog());
+    LineGuard guard(this->world, this->world.port(), EndOf(protocol));
     for (const std::string& plan : PlansOf(protocol, rate)) this->boiler.line().AddFault(plan);
     this->Exchange(static_cast<std::size_t>(count));
-    EXPECT_EQ(guard.hurried(), 0) << "one message in flight";
+    EXPECT_EQ(guard.hurried(), 0) << guard.first_hurried();
     EXPECT_TRUE(this->monitor.main.CommRunning);
     this->boiler.line().ClearFaults();
     this->world.RunUntil([this] { return this->monitor.main.message_received; }, kWatchdog);
@@ -114,7 +117,7 @@ class ValueCounter final : public RunRecorder {
   Holds holds_;
 };
 
-class TarnlinkPart final : public tarnlink_faults::TarnlinkFaultRun {
+class TarnlinkPart : public tarnlink_faults::TarnlinkFaultRun {
  public:
   explicit TarnlinkPart(std::uint64_t seed)
       : TarnlinkFaultRun({}, seed, [this](const boiler::LogEntry& entry) {
@@ -127,25 +130,74 @@ class TarnlinkPart final : public tarnlink_faults::TarnlinkFaultRun {
   }
 
   RateCounts Exchanges(double rate, long count) {
-    LineGuard guard(world, world.port(), TheWatchdog());
+    LineGuard guard(world, world.port(), EndOfTarnlink(TheWatchdog));
     heard_ = struck_ = 0;
     for (const std::string& plan : PlansOf("tarnlink", rate)) boiler.line().AddFault(plan);
     RestartAfterEachSilence();
     Exchange(static_cast<std::size_t>(count));
-    EXPECT_EQ(guard.hurried(), 0) << "one message in flight";
-    const RateCounts counts = {heard_, struck_, counter_.shown, counter_.wrong};
+    EXPECT_EQ(guard.hurried(), 0) << guard.first_hurried();
+    const RateCounts counts = Counted({heard_, struck_, counter_.shown, counter_.wrong});
     ExpectSoundRun();
     EndInSilence();
     return counts;
   }
 
+ protected:
+  bool MayWrite() const override { return false; }
+  virtual RateCounts Counted(RateCounts counts) { return counts; }
+
  private:
   void TestBody() override {}
-  bool MayWrite() const override { return false; }
 
   long heard_ = 0;
   long struck_ = 0;
   ValueCounter counter_{[this](int index) { return Value(index) == Held(index); }};
+};
+
+// With a user who writes now and then. What counts are the writes: `wrong` are those that the slave
+// does not have although nothing was told of them. Those that it did not hear end in the box of its
+// silence, or with the run, which the user begins anew behind such a box.
+class TarnlinkWritePart final : public TarnlinkPart {
+ public:
+  explicit TarnlinkWritePart(std::uint64_t seed) : TarnlinkPart(seed) {}
+
+ private:
+  // The user waits for the answer to what is under way.
+  bool MayWrite() const override {
+    return monitor.main.CommRunning && monitor.main.message_received;
+  }
+  void WriteSomething(std::size_t turn) override {
+    CountLast();
+    index_ = 1 + static_cast<int>(turn % static_cast<std::size_t>(monitor.main.MaxId));
+    const int number = static_cast<int>(turn * 259 % 0x10000);
+    silences_ = silences;
+    opens_ = world.port().opens();
+    written_ = boiler::HexDigits(number, index_ % 2 == 0 ? 4 : 2);
+    Write(index_, written_);
+  }
+  RateCounts Counted(RateCounts counts) override {
+    CountLast();
+    return {counts.exchanges, counts.faults, writes_, lost_};
+  }
+  void CountLast() {
+    if (index_ == 0) return;
+    ++writes_;
+    const auto& memory = boiler.controller().memory();
+    const std::uint16_t address = NumberOf(monitor.main.Locations[index_]);
+    const bool is_word = written_.size() > 2;
+    const int held = is_word ? memory.Word(address) : memory.Byte(address);
+    const bool is_there = boiler::HexDigits(held, is_word ? 4 : 2) == written_;
+    const bool is_told = silences != silences_ || world.port().opens() != opens_;
+    if (!is_there && !is_told) ++lost_;
+    index_ = 0;
+  }
+
+  int index_ = 0;  // of the Location that was written last
+  std::string written_;
+  int silences_ = 0;  // when it was
+  int opens_ = 0;
+  long writes_ = 0;
+  long lost_ = 0;
 };
 
 class ProtocolRates : public testing::TestWithParam<double> {};
@@ -168,6 +220,16 @@ TEST_P(ProtocolRates, TarnlinkGoesOnThroughAll) {
   EXPECT_LE(all.wrong, all.faults);
 }
 
+TEST_P(ProtocolRates, TarnlinkWritesArriveAndCostNoOtherMessage) {
+  const double rate = GetParam();
+  const auto part = [rate](long exchanges, std::uint64_t seed) {
+    return TarnlinkWritePart(seed).Exchanges(rate, exchanges);
+  };
+  const RateCounts all = RunInParts("tarnlink writes", rate, part);
+  EXPECT_GT(all.shown, 0) << "nothing was written";
+  EXPECT_EQ(all.wrong, 0);
+}
+
 TEST(RandomFrames, PassTheCheckOfZoltByChanceOnly) {
   CountSoundOnes<zolt_faults::ZoltFaultRun>("zolt, random", false);
 }
@@ -176,41 +238,12 @@ TEST(RandomFrames, PassTheCheckOfModbusByChanceOnly) {
   CountSoundOnes<modbus_faults::ModbusFaultRun>("modbus, random", true);
 }
 
-std::string NameOfRate(const testing::TestParamInfo<double>& rate) {
-  return std::to_string(static_cast<int>(rate.param * 100)) + "_percent";
-}
-
 INSTANTIATE_TEST_SUITE_P(Each, ProtocolRates, testing::ValuesIn(kFaultRates), NameOfRate);
 
 TEST(MostHits, AreThoseOfChance) {
   EXPECT_EQ(MostHits(0, 60'000), 0);
   EXPECT_EQ(MostHits(60'000, 60'000), 9);  // of a mean of one
   EXPECT_EQ(MostHits(500'000, 256) > 1'953, true);
-}
-
-// It stands in front of the far end, and asks for nothing.
-TEST(LineGuard, CountsWhatGoesOutBeforeAnAnswerOrItsTime) {
-  FakeWorld world;
-  const auto port = world.CreatePort();
-  int heard = 0;
-  world.on_output = [&](FakeSerialPort&, std::string_view) { ++heard; };
-  LineGuard guard(world, world.port(), [] { return std::chrono::milliseconds(100); });
-  port->SetPortOpen(true);
-  port->Output("one");
-  EXPECT_EQ(guard.hurried(), 0);
-  port->Output("two");
-  EXPECT_EQ(guard.hurried(), 1);
-  world.Advance(std::chrono::milliseconds(99));
-  port->Output("three");
-  EXPECT_EQ(guard.hurried(), 2);
-  world.Advance(std::chrono::milliseconds(100));
-  port->Output("four");
-  world.port().Receive("answer");
-  port->Input();
-  port->Output("five");
-  EXPECT_EQ(guard.hurried(), 2);
-  EXPECT_EQ(guard.asked(), 5);
-  EXPECT_EQ(heard, 5);
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
 #include "faults/rate_run.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "simulator/crc.h"
 #include "simulator/fault.h"
@@ -17,14 +17,17 @@ namespace {
 
 constexpr long kShort = 20'000;
 constexpr long kRuns = 50;  // of all tests of this suite
+constexpr double kFewestFaults = 10;
 constexpr long kPart = 10'000;
 
 }  // namespace
 
-long ExchangesOfRun() {
+long ExchangesOfRun(double rate) {
   const char* const wanted = std::getenv("TARNLINK_EXCHANGES");
   const long count = wanted == nullptr ? 0 : std::atol(wanted);
-  return count > 0 ? count : kShort / kRuns;
+  if (count > 0) return count;
+  const long enough = rate == 0 ? 0 : std::lround(kFewestFaults / rate);
+  return std::max(kShort / kRuns, enough);
 }
 
 const std::vector<std::string>& DamageOfAllKinds() {
@@ -61,7 +64,7 @@ RateCounts RunInParts(const std::string& name, double rate,
                       const std::function<RateCounts(long exchanges, std::uint64_t seed)>& part) {
   using StopWatch = std::chrono::steady_clock;
   const StopWatch::time_point begin = StopWatch::now();
-  const long wanted = ExchangesOfRun();
+  const long wanted = ExchangesOfRun(rate);
   RateCounts counts;
   std::uint64_t seed = boiler::Mix(boiler::CrcXmodem(name), static_cast<std::uint64_t>(rate * 100));
   while (counts.exchanges < wanted && !testing::Test::HasFailure()) {
@@ -74,6 +77,7 @@ RateCounts RunInParts(const std::string& name, double rate,
   const double expected = static_cast<double>(counts.exchanges) * rate;
   const double allowed = rate == 0 ? 0 : 5 * std::sqrt(expected * (1 - rate)) + 1;
   EXPECT_NEAR(static_cast<double>(counts.faults), expected, allowed);
+  EXPECT_EQ(counts.faults > 0, rate > 0) << "no run of a rate is without its faults";
   return counts;
 }
 
@@ -91,37 +95,31 @@ long MostHits(long tries, double one_in) {
   return hits;
 }
 
-LineGuard::LineGuard(FakeWorld& world, FakeSerialPort& port, Waits waits)
-    : world_(world),
-      port_(port),
-      waits_(std::move(waits)),
-      far_end_(world.on_output),
-      before_(port.on_input) {
-  world_.on_output = [this](FakeSerialPort& out, std::string_view bytes) {
-    Asked(bytes);
-    far_end_(out, bytes);
+void ExpectAtRest(FakeWorld& world) { ExpectAtRest(world, 0); }
+
+void ExpectAtRest(FakeWorld& world, int open_ports) {
+  using namespace std::chrono_literals;
+  const auto used = [&] {
+    int open = 0;
+    std::vector<std::pair<int, std::size_t>> counts;
+    for (int i = 0; i < world.port_count(); ++i) {
+      open += world.port(i).PortOpen() ? 1 : 0;
+      counts.emplace_back(world.port(i).opens(), world.port(i).frames().size());
+    }
+    EXPECT_EQ(open, open_ports) << "ports that are open";
+    return counts;
   };
-  port_.on_input = [this](std::string_view bytes) {
-    is_waiting_ = false;
-    if (before_) before_(bytes);
-    if (on_input) on_input(bytes);
-  };
+  const auto before = used();
+  world.Advance(10s);
+  // The condition is looked at in front of each event and once behind the last.
+  long events = -1;
+  world.RunUntil([&events] { return ++events > 1; }, 10s);
+  EXPECT_LE(events, 1) << "something goes on";
+  EXPECT_EQ(used(), before) << "a port was opened, or a message went out";
 }
 
-LineGuard::~LineGuard() {
-  world_.on_output = far_end_;
-  port_.on_input = before_;
-}
-
-void LineGuard::Asked(std::string_view bytes) {
-  const bool is_new = port_.opens() != opens_;
-  const bool is_over = world_.now() - asked_at_ >= waits_();
-  if (is_waiting_ && !is_new && !is_over) ++hurried_;
-  opens_ = port_.opens();
-  is_waiting_ = true;
-  asked_at_ = world_.now();
-  ++asked_;
-  if (on_asked) on_asked(bytes);
+std::string NameOfRate(const testing::TestParamInfo<double>& rate) {
+  return std::to_string(static_cast<int>(rate.param * 100)) + "_percent";
 }
 
 }  // namespace tarnlink

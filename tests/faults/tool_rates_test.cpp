@@ -1,26 +1,21 @@
-// The service tools and the graph on a line at four rates of faults, against the simulated boiler:
-// a message waits for the answer to the one before, nothing is shown but what came in with a sound
-// check, what a tool calls done is done, and at rest no port is open and no timer runs.
+// The service tools on a line at four rates of faults, against the simulated boiler: a message
+// waits for the answer to the one before, nothing is shown but what came in with a sound check,
+// what a tool calls done is done, and when it has been left no port is open, no timer runs and
+// nothing goes out.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <map>
-#include <set>
 #include <string>
 
 #include "common/text.h"
 #include "common/text_file.h"
-#include "faults/rate_run.h"
+#include "faults/tool_part.h"
 #include "files/eeprom_output.h"
 #include "files/eeprom_source.h"
-#include "form/boiler_on_line.h"
-#include "form/graph_on_line.h"
-#include "protocols/zolt_message.h"
 #include "simulator/bytes.h"
-#include "simulator/crc.h"
-#include "simulator/data_ids.h"
 #include "support/eeprom_text.h"
 #include "support/samples.h"
 #include "tools/frm_cfg_check.h"
@@ -28,106 +23,13 @@
 #include "tools/frm_eeprom_down.h"
 #include "tools/frm_ip_msg_err.h"
 #include "tools/frm_scan_slaves.h"
-#include "tools/frm_sniffer.h"
 #include "tools/frm_write_parameters.h"
-#include "tools/panel_on_line.h"
-#include "tools/plain_host.h"
 
 namespace tarnlink {
 namespace {
 
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
-
-constexpr boiler::LineOptions kLine = {.pace = {.baud = 9600}, .answer_delay_us = 5'000};
-constexpr double kOneIn = 60'000;  // frames of chance that a check of 16 bits lets through
-constexpr std::size_t kFrame = 16;
-
-bool CheckHolds(std::string_view frame) {
-  return frame.size() == kFrame && boiler::HexDigits(boiler::CrcXmodem(frame.substr(1, 10)), 4) ==
-                                       ToUpper(frame.substr(11, 4));
-}
-
-// A tool that asks, with a user who has it work all the time.
-class ToolPart {
- public:
-  virtual ~ToolPart() = default;
-  ToolPart(const ToolPart&) = delete;
-  ToolPart& operator=(const ToolPart&) = delete;
-
-  RateCounts Exchanges(double rate, long count) {
-    LineGuard guard(world, world.port(0), [this] { return Waits(); });
-    guard.on_input = [this](std::string_view bytes) { TakeInput(bytes); };
-    for (const std::string& plan : PlansOf("zolt", rate)) boiler.line().AddFault(plan);
-    while (guard.asked() < count && !testing::Test::HasFailure()) {
-      if (IsIdle()) {
-        ExpectAtRest();
-        Begin();
-        EXPECT_FALSE(IsIdle()) << said;
-      }
-      const long before = guard.asked();
-      const auto goes_on = [&] { return guard.asked() > before || IsIdle(); };
-      EXPECT_TRUE(world.RunUntil(goes_on, 60s)) << "stands still after " << before;
-      Look();
-      if (IsIdle()) End();
-      if (guard.asked() % kForgets == 0) world.port(0).Forget();
-      world.dialogs().TakeShown();
-    }
-    EXPECT_EQ(guard.hurried(), 0) << "one message in flight";
-    return counts;
-  }
-
- protected:
-  explicit ToolPart(std::uint64_t seed)
-      : boiler(world,
-               {.protocol = "zolt",
-                .slave = {.addresses = "0,3,A", .answers_corrupted = true},
-                .line = kLine,
-                .seed = seed},
-               [this](const boiler::LogEntry& entry) {
-                 if (entry.kind == boiler::LogKind::kHeard) ++counts.exchanges;
-                 if (entry.kind == boiler::LogKind::kFault) ++counts.faults;
-               }) {
-    world.dialogs().user = [this](const std::string& shown) {
-      ScriptedDialog answer(shown);
-      if (shown.starts_with("open file") || shown.starts_with("save file")) answer.Give(path);
-      if (shown.starts_with("question")) answer.Press(Answer::kYes);
-      said = shown;
-      return answer;
-    };
-  }
-
-  virtual void Begin() = 0;
-  virtual bool IsIdle() const = 0;
-  // The work is over, and is judged.
-  virtual void End() {}
-  // After each message.
-  virtual void Look() {}
-  virtual void TakeInput(std::string_view /*bytes*/) {}
-  virtual milliseconds Waits() const = 0;
-  // The timer that runs while an answer is awaited.
-  virtual const Timer* Awaiting() const = 0;
-
-  int Byte(int address) {
-    return boiler.controller().memory().Byte(static_cast<std::uint16_t>(address));
-  }
-
-  static constexpr long kForgets = 200;
-
-  FakeWorld world;
-  PlainHost plain{world};
-  RateCounts counts;
-  std::string path;  // that the user chooses
-  std::string said;  // by the box that came last
-  int turn = 0;      // of the work
-  BoilerOnLine boiler;
-
- private:
-  void ExpectAtRest() {
-    EXPECT_FALSE(world.port(0).PortOpen());
-    EXPECT_FALSE(Awaiting()->Enabled());
-  }
-};
 
 // --- The parameter writer ------------------------------------------------------------------------
 
@@ -154,6 +56,7 @@ class ParameterPart final : public ToolPart {
   }
   bool IsIdle() const override { return !tool_.IsRunning(); }
   milliseconds Waits() const override { return 1s; }
+  void Leave() override { tool_.Unload(); }
   const Timer* Awaiting() const override { return tool_.CommWatch.get(); }
 
   // Of each address the last word of the verification.
@@ -184,6 +87,13 @@ class ParameterPart final : public ToolPart {
 
 // --- The EEPROM writer and the downloader --------------------------------------------------------
 
+// A block of 16 bytes that no other turn has.
+std::string DefinitionOf(int turn) {
+  return "START\r\n" +
+         DefBlock(0x8000, [turn](int offset) { return (31 * turn + 7 * offset) & 0xFF; }) +
+         "END\r\n";
+}
+
 class EepromWriterPart final : public ToolPart {
  public:
   explicit EepromWriterPart(std::uint64_t seed) : ToolPart(seed) {
@@ -194,10 +104,7 @@ class EepromWriterPart final : public ToolPart {
  private:
   void Begin() override {
     ++turn;
-    const std::string text =
-        "START\r\n" +
-        DefBlock(0x8000, [this](int offset) { return (31 * turn + 7 * offset) & 0xFF; }) +
-        "END\r\n";
+    const std::string text = DefinitionOf(turn);
     image_ = BinBytes(ReadEepromSource(text));
     world.disk().Put(path, text);
     tool_.cmd_Browse.Press();
@@ -205,6 +112,7 @@ class EepromWriterPart final : public ToolPart {
   }
   bool IsIdle() const override { return !tool_.Writing; }
   milliseconds Waits() const override { return milliseconds(EepromLine::kAnswerTime); }
+  void Leave() override { tool_.Unload(); }
   const Timer* Awaiting() const override { return tool_.tim_eewrite_timeout.get(); }
 
   void End() override {
@@ -219,6 +127,53 @@ class EepromWriterPart final : public ToolPart {
 
   frm_EEPROM tool_{plain.host};
   std::string image_;
+};
+
+// What the slave holds is the image, or, every second time, has one byte that is another.
+class EepromVerifyPart final : public ToolPart {
+ public:
+  explicit EepromVerifyPart(std::uint64_t seed) : ToolPart(seed) {
+    path = "/jobs/image.def";
+    tool_.Show();
+  }
+
+ private:
+  void Begin() override {
+    ++turn;
+    const std::string text = DefinitionOf(turn);
+    const std::string image = BinBytes(ReadEepromSource(text));
+    for (std::size_t i = 0; i < image.size(); ++i) {
+      boiler.controller().WriteByte(static_cast<std::uint16_t>(0x8000 + i),
+                                    static_cast<std::uint8_t>(image[i]));
+    }
+    expected_ = "16 bytes verified.";
+    if (turn % 2 == 0) SpoilOne(image);
+    world.disk().Put(path, text);
+    tool_.cmd_Browse.Press();
+    tool_.cmd_VerifyEEPROM.Press();
+  }
+  void SpoilOne(const std::string& image) {
+    const auto at = static_cast<std::size_t>(turn / 2) % image.size();
+    const int right = static_cast<unsigned char>(image[at]);
+    const int wrong = right ^ (1 + turn % 0xFF);
+    const auto address = static_cast<std::uint16_t>(0x8000 + at);
+    boiler.controller().WriteByte(address, static_cast<std::uint8_t>(wrong));
+    expected_ = "Ended: Verify Error on " + path + " 0X" + boiler::HexDigits(address, 4) + ": " +
+                boiler::HexDigits(right, 2) + " expected, " + boiler::HexDigits(wrong, 2) +
+                " read. ";
+  }
+  bool IsIdle() const override { return !tool_.Writing; }
+  milliseconds Waits() const override { return milliseconds(EepromLine::kAnswerTime); }
+  void Leave() override { tool_.Unload(); }
+  const Timer* Awaiting() const override { return tool_.tim_eewrite_timeout.get(); }
+
+  void End() override {
+    ++counts.shown;
+    if (!tool_.lstResults.List->back().starts_with(expected_)) ++counts.wrong;
+  }
+
+  frm_EEPROM tool_{plain.host};
+  std::string expected_;
 };
 
 class DownloaderPart final : public ToolPart {
@@ -256,6 +211,7 @@ class DownloaderPart final : public ToolPart {
   }
   bool IsIdle() const override { return !tool_.progress.form.Visible; }
   milliseconds Waits() const override { return milliseconds(EepromLine::kAnswerTime); }
+  void Leave() override { tool_.Unload(); }
   const Timer* Awaiting() const override { return tool_.tim_eeread_timeout.get(); }
 
   void End() override {
@@ -289,6 +245,7 @@ class ConfigPart final : public ToolPart {
   void Begin() override { tool_.cmd_Check.Press(); }
   bool IsIdle() const override { return !tool_.IsRunning(); }
   milliseconds Waits() const override { return 300ms; }
+  void Leave() override { tool_.Unload(); }
   const Timer* Awaiting() const override { return tool_.tim_cfgread_timeout.get(); }
 
   std::vector<std::string> Results() const {
@@ -335,6 +292,7 @@ class ScanPart final : public ToolPart {
   }
   bool IsIdle() const override { return !is_on_; }
   milliseconds Waits() const override { return 2500ms; }
+  void Leave() override { tool_.Unload(); }
   const Timer* Awaiting() const override { return tool_.ScanSlavesTimer.get(); }
 
   Row RowOf(int row) const {
@@ -398,6 +356,7 @@ class WrongMessagePart final : public ToolPart {
   }
   bool IsIdle() const override { return !tool_.tim_IPMsgErr->Enabled(); }
   milliseconds Waits() const override { return 1s; }
+  void Leave() override { tool_.Unload(); }
   const Timer* Awaiting() const override { return tool_.tim_IPMsgErr.get(); }
   void TakeInput(std::string_view bytes) override { taken_ += bytes; }
 
@@ -438,6 +397,10 @@ TEST_P(ToolRates, AnImageThatIsVerifiedIsThere) {
   RunTool<EepromWriterPart>("eeprom writer", GetParam());
 }
 
+TEST_P(ToolRates, AnImageIsFoundRightOrWrongAsItIs) {
+  RunTool<EepromVerifyPart>("eeprom verify", GetParam());
+}
+
 TEST_P(ToolRates, AnImageThatIsReadIsThatOfTheSlave) {
   RunTool<DownloaderPart>("eeprom downloader", GetParam());
 }
@@ -450,148 +413,6 @@ TEST_P(ToolRates, TheScanShowsTheSlavesThatAreThere) {
 
 TEST_P(ToolRates, WrongMessagesShowWhatCame) {
   RunTool<WrongMessagePart>("wrong messages", GetParam());
-}
-
-// --- The control panel, the graph, the sniffer ---------------------------------------------------
-
-// They have a record of their line of their own.
-RateCounts PanelPart(double rate, long exchanges, std::uint64_t seed) {
-  constexpr int kTabs = 5;
-  PanelOnLine one(kLine, seed);
-  LineGuard guard(one.world, one.world.port(0), [] { return milliseconds(3s); });
-  for (const std::string& plan : PlansOf("zolt", rate)) one.boiler.line().AddFault(plan);
-  RateCounts counts;
-  for (int turn = 0; guard.asked() < exchanges && !testing::Test::HasFailure(); ++turn) {
-    one.Update(turn % kTabs);
-    EXPECT_TRUE(one.Finish(30min));
-    EXPECT_FALSE(one.panel.tim_CommTimeout->Enabled());
-    counts.shown += one.ShownValues();
-    EXPECT_EQ(one.Unfounded(), "");
-    one.world.port(0).Forget();
-  }
-  EXPECT_EQ(guard.hurried(), 0) << "one message in flight";
-  counts.exchanges = static_cast<long>(one.heard.size());
-  counts.faults = one.struck;
-  return counts;
-}
-
-RateCounts GraphPart(double rate, long exchanges, std::uint64_t seed) {
-  OnScreen one(Screens().at(2), seed);
-  LineGuard guard(one.world, one.world.port(0), [] { return milliseconds(2s); });
-  RateCounts counts;
-  one.on_log = [&counts](const boiler::LogEntry& entry) {
-    if (entry.kind == boiler::LogKind::kHeard) ++counts.exchanges;
-    if (entry.kind == boiler::LogKind::kFault) ++counts.faults;
-  };
-  for (const std::string& plan : PlansOf("zolt", rate)) one.boiler.line().AddFault(plan);
-  one.Start();
-  for (long done = 0; done < exchanges && !testing::Test::HasFailure(); done += 500) {
-    one.Exchange(static_cast<std::size_t>(std::min(500L, exchanges - done)));
-    one.world.port(0).Forget();
-  }
-  EXPECT_EQ(guard.hurried(), 0) << "one message in flight";
-  EXPECT_EQ(one.record.first_wrong_request(), "");
-  EXPECT_EQ(one.record.Unfounded(), "");
-  counts.shown = one.record.samples();
-  return counts;
-}
-
-// It only listens: another master asks, and both sides are heard.
-class SnifferPart {
- public:
-  explicit SnifferPart(std::uint64_t seed)
-      : boiler_(world_, {.protocol = "zolt", .line = kLine, .seed = seed},
-                [this](const boiler::LogEntry& entry) {
-                  if (entry.kind == boiler::LogKind::kHeard) ++counts_.exchanges;
-                  if (entry.kind == boiler::LogKind::kFault) ++counts_.faults;
-                }) {
-    plain_.host.IdFile = [] { return std::string("/samples/default.ids"); };
-    world_.disk().Put("/samples/default.snf", SampleBytes("default.snf"));
-    sniffer_.Show();
-    world_.port().on_input = [this](std::string_view bytes) { TakeInput(bytes); };
-  }
-  ~SnifferPart() { world_.port(0).on_input = nullptr; }
-
-  RateCounts Exchanges(double rate, long count) {
-    for (const std::string& plan : PlansOf("zolt", rate)) boiler_.line().AddFault(plan);
-    for (long i = 0; i < count && !testing::Test::HasFailure(); ++i) {
-      const auto& ids = boiler::DataIds();
-      const boiler::DataId& id = ids[static_cast<std::size_t>(i) % ids.size()];
-      const std::string request =
-          BuildZoltMessage(static_cast<std::uint8_t>(id.data_class), "0", id.id, 0, 0);
-      world_.on_output(world_.port(), request);
-      world_.port().Receive(request);
-      world_.Advance(60ms);
-      Look();
-    }
-    const int good = sniffer_.frames() - sniffer_.bad_frames();
-    EXPECT_LE(good, sound_frames_) << "more sound frames than came in";
-    EXPECT_TRUE(world_.port().frames().empty()) << "a sniffer says nothing";
-    return counts_;
-  }
-
- private:
-  // Every sound frame in what came in, wherever it begins.
-  void TakeInput(std::string_view bytes) {
-    tail_ += bytes;
-    for (std::size_t at = 0; at + kFrame <= tail_.size(); ++at) {
-      const std::string_view frame = std::string_view(tail_).substr(at, kFrame);
-      if (!CheckHolds(frame)) continue;
-      ++sound_frames_;
-      heard_.insert(ToUpper(frame.substr(3, 4)));
-    }
-    tail_.erase(0, tail_.size() - std::min(tail_.size(), kFrame - 1));
-  }
-  // Only an ID that a sound frame bore is listed, and has an item.
-  void Look() {
-    const auto& listed = sniffer_.List_DetectedID.List.get();
-    for (std::size_t i = seen_; i < listed.size(); ++i) {
-      ++counts_.shown;
-      const std::string id = Right("000" + listed[i], 4);
-      if (!heard_.contains(id)) ++counts_.wrong;
-    }
-    seen_ = listed.size();
-  }
-
-  FakeWorld world_;
-  PlainHost plain_{world_};
-  RateCounts counts_;
-  frmSniffer sniffer_{plain_.host};
-  BoilerOnLine boiler_;
-  std::set<std::string> heard_;
-  std::string tail_;
-  std::size_t seen_ = 0;
-  int sound_frames_ = 0;
-};
-
-TEST_P(ToolRates, TheControlPanelShowsWhatWasSaidForIt) {
-  const double rate = GetParam();
-  const auto part = [rate](long exchanges, std::uint64_t seed) {
-    return PanelPart(rate, exchanges, seed);
-  };
-  EXPECT_GT(RunInParts("control panel", rate, part).shown, 0);
-}
-
-TEST_P(ToolRates, TheGraphStoresWhatItsLinesWereAnswered) {
-  const double rate = GetParam();
-  const auto part = [rate](long exchanges, std::uint64_t seed) {
-    return GraphPart(rate, exchanges, seed);
-  };
-  EXPECT_GT(RunInParts("graph", rate, part).shown, 0);
-}
-
-TEST_P(ToolRates, TheSnifferKnowsSoundFramesOnly) {
-  const double rate = GetParam();
-  const RateCounts all = RunInParts("sniffer", rate, [rate](long exchanges, std::uint64_t seed) {
-    return SnifferPart(seed).Exchanges(rate, exchanges);
-  });
-  EXPECT_GT(all.shown, 0);
-  // By chance a check holds over an ID of what is no digit.
-  EXPECT_LE(all.wrong, MostHits(all.faults, kOneIn));
-}
-
-std::string NameOfRate(const testing::TestParamInfo<double>& rate) {
-  return std::to_string(static_cast<int>(rate.param * 100)) + "_percent";
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, ToolRates, testing::ValuesIn(kFaultRates), NameOfRate);

@@ -125,7 +125,23 @@ TEST_F(FirstSteps, TheChosenDeviceIsTakenByItsStableName) {
   usable = kAdapter.stable_path;
   steps->cmdUse.Press();
   EXPECT_EQ(Stored("Ports", "COM1"), kAdapter.stable_path);
+}
+
+TEST_F(FirstSteps, BehindTheDeviceComesTheScreen) {
+  Begin();
+  usable = "/dev/ttyS7";
+  Store("Ports", "COM1", "/dev/ttyS7");
+  steps->Look();
+  EXPECT_TRUE(Shown());
+  EXPECT_EQ(steps->lblPort.Caption.get(),
+            "COM1 can be used: /dev/ttyS7. Choose the controller's protocol under File, Options, "
+            "open a screen or add Locations, then press \"Start Communication\".");
+  main().Toolbar1(1).Press();
+  steps->Look();
   EXPECT_FALSE(Shown());
+  main().RAM_LOC_TEXT(1).Visible = false;  // as one that was deleted
+  steps->Look();
+  EXPECT_FALSE(Shown()) << "Who has come so far knows the way.";
 }
 
 TEST_F(FirstSteps, ADeviceThatMayNotBeUsedSaysWhy) {
@@ -194,6 +210,84 @@ TEST_F(FirstSteps, ABoilerThatEndsByItselfIsTold) {
   usable = kLink;
   steps->cmdBoiler.Press();
   EXPECT_EQ(steps->lblPort.Caption.get(), kRunning);
+}
+
+TEST_F(FirstSteps, WhatBecameOfTheBoilerIsNotSaidOfADeviceThatIsChosenThen) {
+  Begin();
+  world.devices().PlugIn(kBoard);
+  boiler.device = kLink;
+  usable = kLink;
+  steps->cmdBoiler.Press();
+  boiler.runs = false;
+  steps->Look();
+  EXPECT_EQ(steps->lblPort.Caption.get(),
+            "The simulated boiler has ended. COM1 is not there: /dev/ttyS0");
+  usable = kBoard.path;
+  steps->cmdUse.Press();
+  EXPECT_EQ(steps->lblPort.Caption.get().substr(0, 30), "COM1 can be used: /dev/ttyS0. ");
+}
+
+TEST_F(FirstSteps, ABoilerOnAnotherPortThanTheOptionsIsToldToBeThere) {
+  Begin();
+  boiler.device = kLink;
+  usable = kLink;
+  steps->cmdBoiler.Press();
+  options().ComPortNumber.Text = "2";
+  steps->Look();
+  EXPECT_EQ(steps->lblPort.Caption.get(),
+            "The simulated boiler is not on COM2. COM2 is not there: ");
+  options().ComPortNumber.Text = "1";
+  Store("Ports", "COM1", "/dev/ttyS7");
+  usable = "/dev/ttyS7";
+  steps->Look();
+  EXPECT_EQ(steps->lblPort.Caption.get().substr(0, 67),
+            "The simulated boiler is not on COM1. COM1 can be used: /dev/ttyS7. ");
+}
+
+class FirstStepsBehindAKill : public FirstSteps {
+ protected:
+  // What stands in the settings when the program is killed beside its boiler.
+  void LeaveSettings() {
+    Store("Ports", "COM1", kLink);
+    Store("SimulatedBoiler", "Port", "1");
+    Store("SimulatedBoiler", "Device", kLink);
+    Store("SimulatedBoiler", "FormerDevice", "/dev/ttyS7");
+  }
+};
+
+TEST_F(FirstSteps, WhatThePortHadBeforeIsKeptForTheCaseOfAKill) {
+  Store("Ports", "COM1", "/dev/ttyS7");
+  Begin();
+  boiler.device = kLink;
+  steps->cmdBoiler.Press();
+  EXPECT_EQ(Stored("SimulatedBoiler", "Port"), "1");
+  EXPECT_EQ(Stored("SimulatedBoiler", "Device"), kLink);
+  EXPECT_EQ(Stored("SimulatedBoiler", "FormerDevice"), "/dev/ttyS7");
+  steps.reset();
+  EXPECT_EQ(Stored("SimulatedBoiler", "Device"), "");
+}
+
+TEST_F(FirstStepsBehindAKill, TheFormerDeviceComesBack) {
+  LeaveSettings();
+  usable = "/dev/ttyS7";
+  Begin();
+  EXPECT_EQ(Stored("Ports", "COM1"), "/dev/ttyS7");
+  EXPECT_EQ(Stored("SimulatedBoiler", "Device"), "");
+  EXPECT_FALSE(Shown());
+}
+
+TEST_F(FirstStepsBehindAKill, ABoilerThatIsStillThereIsSomebodyElses) {
+  LeaveSettings();
+  usable = kLink;
+  Begin();
+  EXPECT_EQ(Stored("Ports", "COM1"), kLink);
+}
+
+TEST_F(FirstStepsBehindAKill, ADeviceThatWasChosenSinceStays) {
+  LeaveSettings();
+  Store("Ports", "COM1", "/dev/ttyS3");
+  Begin();
+  EXPECT_EQ(Stored("Ports", "COM1"), "/dev/ttyS3");
 }
 
 TEST_F(FirstSteps, TheSampleProjectIsOpenedWithAScreen) {

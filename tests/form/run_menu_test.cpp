@@ -53,6 +53,25 @@ TEST_F(RunMenu, StopUnderModbusEnablesOptionsOnly) {
   EXPECT_EQ(DisabledEntries(), kAllTools);
 }
 
+TEST_F(RunMenu, AGreyEntrySaysWhyItIs) {
+  frm_Main& main = monitor.main;
+  Screen({ByteAt("01A0")});
+  EXPECT_EQ(main.M_Graphics.ToolTipText.get(), "");
+  Start();
+  for (const MenuEntry* entry : {&main.M_Graphics, &main.M_options, &main.mnuSniffer}) {
+    EXPECT_EQ(entry->ToolTipText.get(), "The port is in use: press \"Stop Communication\" first");
+  }
+  Stop();
+  for (const MenuEntry* entry : {&main.M_Graphics, &main.M_options, &main.mnuSniffer}) {
+    EXPECT_EQ(entry->ToolTipText.get(), "");
+  }
+  PollWith(kModbusProtocol, std::make_unique<FrameProtocol>());
+  Start();
+  Stop();
+  EXPECT_EQ(main.M_Graphics.ToolTipText.get(), "There is no such tool for the ModBus protocol");
+  EXPECT_EQ(main.M_options.ToolTipText.get(), "");
+}
+
 TEST_F(RunMenu, StopGoesByTheProtocolOfTheMoment) {
   Screen({ByteAt("01A0")});
   ChooseProtocol(kModbusProtocol);

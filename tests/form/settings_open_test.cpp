@@ -288,6 +288,9 @@ TEST_F(OpeningSettings, LetsOnlyLookDuringARun) {
   OpenSettings(1);
   EXPECT_EQ(Disabled(),
             "frm_BitAddress opt_StorageType(3) CmbFunc txt_NumReg cmd_Ok cmdDeleteLocation");
+  for (const CommandButton* button : {&form().cmd_Ok, &form().cmdDeleteLocation}) {
+    EXPECT_EQ(button->ToolTipText.get(), "Communication runs: press \"Stop Communication\" first");
+  }
   form().txt_Alias.Text = "other";
   const std::string record = Record(1);
   Ok();
@@ -297,6 +300,7 @@ TEST_F(OpeningSettings, LetsOnlyLookDuringARun) {
   main().CommRunning = false;
   OpenSettings(1);
   EXPECT_EQ(Disabled(), "frm_BitAddress opt_StorageType(3) CmbFunc txt_NumReg");
+  EXPECT_EQ(form().cmd_Ok.ToolTipText.get(), "");
 }
 
 TEST_F(OpeningSettings, LetsChangeAgainOnceTheRunHasEndedBehindThem) {

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "robustness/mutation_bench.h"
+
 namespace tarnlink {
 namespace {
 
@@ -55,6 +57,25 @@ TEST(MemoryWatch, KnowsEveryKindOfNew) {
     ::operator delete(quiet, std::nothrow);
   }
   EXPECT_EQ(HeldMemory(), before) << "what was taken has not all come back";
+}
+
+class TwoCommands final : public FileBench {
+ public:
+  FileOutcome Open(std::string_view bytes) override {
+    Run([&] { const std::string first(bytes.size() * kMega, 'x'); });
+    Run([&] { const std::string second(kMega, 'x'); });
+    return FileOutcome::kLoaded;
+  }
+};
+
+TEST(FileBench, KeepsTheLargestPeakOfItsCommandsUntilItIsTaken) {
+  TwoCommands bench;
+  bench.Open("12345");
+  EXPECT_GE(bench.TakePeak(), 5 * kMega) << "a smaller one behind it is no reason to forget it";
+  bench.Open("");
+  const std::size_t peak = bench.TakePeak();
+  EXPECT_GE(peak, kMega);
+  EXPECT_LE(peak, kMega + kLittle) << "that of the opening before";
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 #include "robustness/memory_watch.h"
 
@@ -12,7 +13,13 @@ namespace tarnlink {
 void FileBench::Run(const std::function<void()>& command) {
   const MemoryWatch watch;
   command();
-  peak_ = watch.Peak();
+  // Whoever opens a file takes some memory, so that a peak of 0 says that nothing was measured.
+  peak_ = std::max(peak_, watch.Peak());
+}
+
+std::size_t FileBench::TakePeak() {
+  EXPECT_GT(peak_, 0U) << "no command was measured";
+  return std::exchange(peak_, 0);
 }
 
 std::string_view FirstLines(std::string_view text, int count) {

@@ -23,11 +23,12 @@ class FileBench {
   // allows.
   virtual FileOutcome Open(std::string_view bytes) = 0;
 
-  // The memory that the command took at its worst moment, beside what it found.
-  std::size_t peak() const { return peak_; }
+  // The memory that one of the commands took at its worst moment since this was asked last, beside
+  // what it found; of those that took less nothing is said. At least one has run.
+  std::size_t TakePeak();
 
  protected:
-  // The commands of one opening stand in here, and nothing that only the test needs.
+  // The commands of one opening stand in here, each of them, and nothing that only the test needs.
   void Run(const std::function<void()>& command);
 
  private:

@@ -11,6 +11,7 @@
 #include "files/config_file.h"
 #include "files/parameter_file.h"
 #include "files/sniffer_file.h"
+#include "fuzz/decoders/line_bytes.h"
 #include "robustness/mutation_bench.h"
 #include "support/fake_world.h"
 #include "tools/frm_cfg_check.h"
@@ -70,7 +71,7 @@ class SnifferBench final : public ToolBench {
     Put(bytes);
     Run([this] { sniffer_.Show(); });
     const std::vector<std::string> boxes = TakeBoxes();
-    sniffer_.Unload();
+    Run([this] { sniffer_.Unload(); });
     const std::string text = DecodeText(bytes);
     const SnifferFile file = ReadSnifferFile(text);
     EXPECT_EQ(sniffer_.lbl_Revision.Caption.get(), ShownText(file.Revision));
@@ -149,7 +150,7 @@ class ParameterBench final : public ToolBench {
     EXPECT_TRUE(tool_.items().empty());
     EXPECT_EQ(tool_.ParameterPath, "");
     EXPECT_EQ(tool_.txtScrollStatus.Text(), "");
-    tool_.cmdWriteZOLT.Press();
+    Run([this] { tool_.cmdWriteZOLT.Press(); });
     EXPECT_FALSE(tool_.IsRunning());
     const auto line = TakeNumber(
         box, "critical box [Write Parameters] Error in file " + ShortnPath(path_) + " line ");
@@ -173,16 +174,11 @@ std::string ReasonOfDefinition(std::string_view text) {
   }
 }
 
-// The check of a block's data, written down once more: CRC-16/XMODEM, low byte first.
+// The check of a block's data, low byte first.
 bool IsSoundBlock(std::string_view block) {
-  unsigned crc = 0;
-  for (const char byte : block.substr(0, kEepromBlockData)) {
-    crc ^= static_cast<unsigned>(static_cast<unsigned char>(byte)) << 8;
-    for (int bit = 0; bit < 8; ++bit) crc = (crc << 1) ^ ((crc & 0x8000) != 0 ? 0x1021U : 0U);
-    crc &= 0xFFFF;
-  }
-  return static_cast<unsigned char>(block[kEepromBlockData]) == (crc & 0xFF) &&
-         static_cast<unsigned char>(block[kEepromBlockData + 1]) == crc >> 8;
+  const unsigned check = BitwiseXmodem(block.substr(0, kEepromBlockData));
+  return static_cast<unsigned char>(block[kEepromBlockData]) == (check & 0xFF) &&
+         static_cast<unsigned char>(block[kEepromBlockData + 1]) == check >> 8;
 }
 
 class EepromBench final : public ToolBench {
@@ -201,7 +197,7 @@ class EepromBench final : public ToolBench {
     EXPECT_TRUE(TakeBoxes().empty());
     const std::string said = tool_.lblSource.Caption;
     EXPECT_LE(said.size(), kLongestMessage);
-    tool_.cmd_TarnlinkFile.Press();
+    Run([this] { tool_.cmd_TarnlinkFile.Press(); });
     const std::vector<std::string> boxes = TakeBoxes();
     if (boxes.size() != 1) {
       ADD_FAILURE() << boxes.size() << " boxes";

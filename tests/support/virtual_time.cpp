@@ -23,7 +23,7 @@ bool VirtualTime::RunNext(Micros latest) {
   if (queue_.empty() || queue_.begin()->first.first > latest) return false;
   now_ = std::max(now_, queue_.begin()->first.first);
   auto event = queue_.extract(queue_.begin());
-  event.mapped()();
+  Around ? Around(event.mapped()) : event.mapped()();
   return true;
 }
 

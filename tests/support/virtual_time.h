@@ -15,6 +15,10 @@ class VirtualTime {
  public:
   using EventId = std::pair<Micros, std::uint64_t>;
 
+  // Where set, each event of any virtual time is run by it, and not before it returns: a watch that
+  // measures what is called.
+  static inline std::function<void(const std::function<void()>&)> Around = {};
+
   Micros now() const { return now_; }
 
   // Runs `event` once, `delay` from now. Events of one moment run in the order of posting.

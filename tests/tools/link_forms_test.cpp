@@ -95,6 +95,18 @@ TEST_F(LinkFormsTest, ThePanelTellsTheAgeOfEachValue) {
             "5\tError\tnever answered\n");
 }
 
+// A wrong message on purpose may bear any byte as its address, and a name any text.
+TEST_F(LinkFormsTest, ATabInATextDoesNotShiftTheColumns) {
+  health.Ages = [] {
+    return std::vector<ValueAge>{{.index = 1, .name = "a\tb", .seconds = 1, .is_old = false}};
+  };
+  Ask("\t");
+  health.Show();
+  EXPECT_EQ(record.trace().front().meaning, "slave  : read class 1, ID 0001");
+  EXPECT_EQ(Joined(health.lstSlaves.List), " \t1\t0\t0\t0\t0\t-\t-\t-\t\n");
+  EXPECT_EQ(Joined(health.lstAges.List), "1\ta b\t1.0 s\n");
+}
+
 TEST_F(LinkFormsTest, ClearCountsFromZero) {
   health.Show();
   Exchange();
@@ -201,6 +213,27 @@ TEST_F(LinkFormsTest, ClearEmptiesTheTraceAlsoWhileItIsHeld) {
   trace.chkHold.Value = false;
   Exchange();
   world.Advance(200ms);
+  EXPECT_EQ(trace.Rows.rows().size(), 2U);
+}
+
+// The panel's Clear forgets the trace, whoever shows it; what is held stays to be looked at.
+TEST_F(LinkFormsTest, TheTraceFollowsTheClearOfThePanel) {
+  health.Show();
+  trace.Show();
+  Exchange();
+  world.Advance(500ms);
+  trace.chkHold.Value = true;
+  health.cmdClear.Press();
+  world.Advance(500ms);
+  EXPECT_EQ(trace.Rows.rows().size(), 2U);
+  trace.chkHold.Value = false;
+  EXPECT_EQ(Shown(), "");
+  Exchange();
+  world.Advance(500ms);
+  EXPECT_EQ(trace.Rows.rows().size(), 2U);
+  health.cmdClear.Press();
+  Exchange();
+  world.Advance(500ms);
   EXPECT_EQ(trace.Rows.rows().size(), 2U);
 }
 

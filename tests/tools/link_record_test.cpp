@@ -168,11 +168,21 @@ TEST_F(LinkRecordTest, ModbusSlavesStandInTheOrderOfTheirNumbers) {
   for (const char* slave : {"10", "9", "2"}) {
     world.Advance(1s);
     LinkAccount account;
-    account.Of("10");
-    account.Of("9");
-    account.Of(slave);
+    account.Of(LinkProtocol::kModbus, "10");
+    account.Of(LinkProtocol::kModbus, "9");
+    account.Of(LinkProtocol::kModbus, slave);
     EXPECT_EQ(account.Slaves().back()->slave, "10");
   }
+}
+
+TEST_F(LinkRecordTest, SlavesOfTwoProtocolsAreTwoWithOneAddress) {
+  LinkAccount account;
+  ++account.Of(LinkProtocol::kModbus, "1").exchanges;
+  account.Of(LinkProtocol::kZolt, "1").exchanges += 2;
+  account.Of(LinkProtocol::kZolt, "3").exchanges += 4;
+  std::string all;
+  for (const SlaveAccount* one : account.Slaves()) all += Line(*one).substr(0, 5) + "|";
+  EXPECT_EQ(all, "1: 2 |3: 4 |1: 1 |");
 }
 
 TEST_F(LinkRecordTest, APortThatIsClosedSoonLeavesTheExchangeUnfinished) {
@@ -181,6 +191,25 @@ TEST_F(LinkRecordTest, APortThatIsClosedSoonLeavesTheExchangeUnfinished) {
   port->SetPortOpen(false);
   EXPECT_EQ(Accounts(), "3: 1 exchanges, 0 answers, 0 refused, 0 silent, 0 bad\n");
   EXPECT_EQ(record.trace().back().kind, TraceKind::kClosed);
+}
+
+TEST_F(LinkRecordTest, AnAnswerThatAStopCutsShortIsNoBadCheck) {
+  Ask();
+  Comes(Zolt(0x11, 1).substr(0, 9), 30ms);
+  port->SetPortOpen(false);
+  EXPECT_EQ(Accounts(), "3: 1 exchanges, 0 answers, 0 refused, 0 silent, 0 bad\n");
+  EXPECT_EQ(record.account().Total().last_bad, "");
+  EXPECT_EQ(
+      Trace(),
+      "slave 3: read class 1, ID 0001\n9 bytes that are no whole frame\nthe port was closed\n");
+}
+
+TEST_F(LinkRecordTest, ATornFrameIsABadCheckAlsoWhenItIsTheLastBeforeAStop) {
+  Ask();
+  Comes(Zolt(0x11, 1).substr(0, 9), 30ms);
+  world.Advance(1s);
+  port->SetPortOpen(false);
+  EXPECT_EQ(Accounts(), "3: 1 exchanges, 0 answers, 0 refused, 0 silent, 1 bad\n");
 }
 
 TEST_F(LinkRecordTest, APortThatIsClosedAfterASecondOfSilenceHadATimeOut) {

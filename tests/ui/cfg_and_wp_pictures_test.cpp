@@ -1,6 +1,9 @@
 // Pictures of the configuration check and the pressure conversion for a person to look at, in a
 // light and a dark palette: whole, and as on a small screen.
 
+#include <QScrollBar>
+#include <QTableWidget>
+
 #include "ui/cfg_check_fixture.h"
 #include "ui/tool_looks.h"
 
@@ -24,6 +27,8 @@ TEST_P(CfgAndWpPictures, ShowTheCheck) {
   boiler.Calm();
   RunTo(5);
   Save(form, "cfg-check-finished");
+  const QTableWidget& table = In<QTableWidget>(form, "ParametersList");
+  EXPECT_FALSE(table.horizontalScrollBar()->isVisible()) << "all is in sight";
   Click(form, "cmd_Check");
   RunTo(1);
   world.port().Unplug();

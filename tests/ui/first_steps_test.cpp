@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "monitor/help_chapters.h"
+#include "ui/help_key.h"
 #include "ui/look.h"
 #include "ui/mnemonics.h"
 #include "ui/ui_fixture.h"
@@ -59,6 +61,30 @@ TEST_F(FirstStepsUiTest, ItStandsInTheMiddleOfTheScreenWhateverItsSize) {
   }
 }
 
+// A cable that is plugged in while it stands there may be of a group.
+TEST_F(FirstStepsUiTest, ALongerTextGetsItsRoom) {
+  refusal = "COM1 stands for no serial device.";
+  BeginSteps();
+  const int before = panel->height();
+  refusal = kRefusal;
+  steps->Look();
+  EXPECT_TRUE(Get<QLabel>("lblPort").text().contains("usermod"));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return panel->height() > before; }, 2000));
+  EXPECT_GE(panel->height(), panel->heightForWidth(panel->width()));
+  const auto& why = Get<QLabel>("lblPort");
+  EXPECT_GE(why.height(), why.heightForWidth(why.width()));
+}
+
+TEST_F(FirstStepsUiTest, TheHelpKeyOpensTheFirstPageWhileItStandsThere) {
+  BeginSteps();
+  EXPECT_EQ(HelpPageFor(&Get("screen")), kHelpStart);
+  EXPECT_EQ(HelpPageFor(panel.get()), kHelpStart);
+  Click("Toolbar1(1)");
+  world.Advance(std::chrono::seconds(1));
+  EXPECT_EQ(HelpPageFor(&Get("screen")), HelpPageOf("frm_Main"));
+  EXPECT_NE(HelpPageOf("frm_Main"), kHelpStart);
+}
+
 TEST_F(FirstStepsUiTest, ItGoesWithTheFirstLocation) {
   BeginSteps();
   EXPECT_TRUE(panel->isVisible());
@@ -76,7 +102,7 @@ TEST_F(FirstStepsUiTest, ItsStepsAreTakenWithTheMouse) {
   EXPECT_EQ(opened, 2U);
   refusal = "";
   Click("cmdUse");
-  EXPECT_FALSE(panel->isVisible());
+  EXPECT_TRUE(Get<QLabel>("lblPort").text().startsWith("COM1 can be used: "));
   EXPECT_EQ(world.settings().GetSetting("Ports", "COM1", ""), "/dev/serial/by-id/usb-adapter-7");
 }
 

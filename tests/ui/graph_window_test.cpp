@@ -234,6 +234,16 @@ TEST_F(GraphWindowTest, ItsPartsStandAtTheirPlacesAtAnySize) {
   }
 }
 
+TEST_F(GraphWindowTest, TheHintOfAnEmptyGraphStandsInThePictureAtAnySize) {
+  Part("lblNoLine").show();
+  for (const QSize size : {QSize(1180, 760), QSize(760, 500), QSize(1600, 900)}) {
+    window().resize(size);
+    const QRect picture = Part("GraphPan").geometry();
+    EXPECT_TRUE(picture.contains(Part("lblNoLine").geometry())) << size.width();
+    EXPECT_NEAR(picture.center().x(), Part("lblNoLine").geometry().center().x(), 1);
+  }
+}
+
 TEST_F(GraphWindowTest, ItGoesNoSmallerThanItsPartsNeed) {
   window().resize(100, 100);
   EXPECT_EQ(window().size(), QSize(760, 500));

@@ -154,6 +154,35 @@ TEST_F(LinkUiTest, TheTraceShowsTheFramesOfARunAndFollowsItsEnd) {
   EXPECT_LT(model.rowCount(), 20);
 }
 
+TEST_F(LinkUiTest, ATraceThatIsOpenedLaterBeginsAtItsEndAndStaysThere) {
+  BeginLink();
+  Run();
+  world.Advance(10s);
+  Entry("mnuLinkTrace").trigger();
+  FinishPainting();
+  const QScrollBar* bar = Trace().verticalScrollBar();
+  const int filled = bar->maximum();
+  ASSERT_GT(filled, 50);
+  EXPECT_EQ(bar->value(), filled);
+  world.Advance(1s);
+  FinishPainting();
+  EXPECT_GT(bar->maximum(), filled);
+  EXPECT_EQ(bar->value(), bar->maximum());
+}
+
+TEST_F(LinkUiTest, TheNameOfASlaveHasTheRoomThatItNeeds) {
+  BeginLink();
+  record.BytesSent(std::string("\x7B\x03\x00\x10\x00\x01\x8E\x55", 8));
+  Entry("mnuLinkHealth").trigger();
+  Run();
+  FinishPainting();
+  const auto& slaves = Get<QTableWidget>("lstSlaves");
+  QStringList names;
+  for (int row = 0; row < slaves.rowCount(); ++row) names << slaves.item(row, 0)->text();
+  EXPECT_EQ(names, (QStringList{"All", "TarnLink", "Modbus 123"}));
+  EXPECT_GE(slaves.columnWidth(0), slaves.fontMetrics().horizontalAdvance("Modbus 123"));
+}
+
 class LinkPictures : public LinkUiTest, public ::testing::WithParamInterface<Look> {
  protected:
   LinkPictures() : usual_(QApplication::palette()) {

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+#include "support/virtual_time.h"
 #include "ui/event_watch.h"
 
 namespace {
@@ -19,20 +20,22 @@ void TakeQtMessage(QtMsgType type, const QMessageLogContext&, const QString& tex
 // Fails a test in which an event kept the others waiting for too long; tells in the end which one
 // did so longest.
 class GapReport final : public testing::EmptyTestEventListener {
-  void OnTestStart(const testing::TestInfo&) override { tarnlink::EventWatch::Instance().Forget(); }
+  void OnTestStart(const testing::TestInfo&) override {
+    tarnlink::EventWatch::Instance().BeginTest();
+  }
 
   void OnTestEnd(const testing::TestInfo& info) override {
-    const auto& watch = tarnlink::EventWatch::Instance();
+    const auto& longest = tarnlink::EventWatch::Instance().longest_of_test();
     constexpr double kLongest = tarnlink::kLongestWait.count();
     // At a greater density only pictures for people are made.
     const bool counts = tarnlink::kWaitingCounts && !qEnvironmentVariableIsSet("QT_SCALE_FACTOR");
-    if (counts && watch.longest() > kLongest) {
-      ADD_FAILURE() << "The window did not answer for " << watch.longest()
-                    << " ms: " << watch.what();
+    if (counts && longest.milliseconds > kLongest) {
+      ADD_FAILURE() << "The window did not answer for " << longest.milliseconds
+                    << " ms: " << longest.what;
     }
-    if (watch.longest() <= longest_) return;
-    longest_ = watch.longest();
-    where_ = std::string(info.test_suite_name()) + "." + info.name() + ", " + watch.what();
+    if (longest.milliseconds <= longest_) return;
+    longest_ = longest.milliseconds;
+    where_ = std::string(info.test_suite_name()) + "." + info.name() + ", " + longest.what;
   }
 
   void OnTestProgramEnd(const testing::UnitTest&) override {
@@ -49,6 +52,9 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   tarnlink::EventWatch application(argc, argv);
+  tarnlink::VirtualTime::Around = [&application](const std::function<void()>& call) {
+    application.RunDue(call);
+  };
   QApplication::setApplicationDisplayName("TarnLink");
   qInstallMessageHandler(TakeQtMessage);
   testing::UnitTest::GetInstance()->listeners().Append(new GapReport);

@@ -1,7 +1,9 @@
 // The menu bar, entry by entry, and the run's hold on it.
 
+#include <QHelpEvent>
 #include <QMenu>
 #include <QMenuBar>
+#include <QToolTip>
 
 #include "ui/mnemonics.h"
 #include "ui/ui_fixture.h"
@@ -129,6 +131,19 @@ TEST_F(MainMenu, ARunTakesTheEntriesThatNeedThePort) {
             "mnuLoadParameters M_errgen ");
   Click("Toolbar1(3)");
   EXPECT_EQ(Off(), "");
+}
+
+TEST_F(MainMenu, AnEntryThatIsGreySaysWhyUnderTheMouse) {
+  OpenScreen(kTwoLocations);
+  Click("Toolbar1(2)");
+  auto* menu = window->findChild<QAction*>("M_Tools")->menu();
+  menu->popup(window->mapToGlobal(QPoint(0, 0)));
+  const QPoint at = menu->actionGeometry(window->findChild<QAction*>("M_Graphics")).center();
+  QHelpEvent rest(QEvent::ToolTip, at, menu->mapToGlobal(at));
+  QApplication::sendEvent(menu, &rest);
+  EXPECT_EQ(QToolTip::text(), "The port is in use: press \"Stop Communication\" first");
+  QToolTip::hideText();
+  menu->close();
 }
 
 TEST_F(MainMenu, ASilentSlaveKeepsTwoEntries) {

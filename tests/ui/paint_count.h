@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QWidget>
+#include <functional>
 #include <map>
 #include <string>
 
@@ -13,8 +14,11 @@ class PaintCount final : public QObject {
  public:
   PaintCount() { qApp->installEventFilter(this); }
 
+  // Whether a paint that begins now is one of those; where not set, each is.
+  std::function<bool()> Counts;
+
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() == QEvent::Paint && watched->isWidgetType()) {
+    if (event->type() == QEvent::Paint && watched->isWidgetType() && (!Counts || Counts())) {
       ++painted_[watched->objectName().toStdString()];
     }
     return false;

@@ -2,7 +2,6 @@
 
 #include <QLabel>
 #include <QScrollArea>
-#include <cstdio>
 
 #include "ui/event_watch.h"
 #include "ui/text_plate.h"
@@ -45,12 +44,11 @@ TEST_F(ScreenLimits, FiveHundredAndTwelveLocationsOpenAtOnce) {
   EXPECT_EQ(Get("screen").findChildren<QWidget*>().size(), 3 * 512);
   EXPECT_EQ(Get<TextPlate>("RAM_LOC_TEXT(512)").text(), "Name 512");
   FinishPainting();
-  std::printf("Opening 512 Locations: longest event %.1f ms (%s)\n",
-              EventWatch::Instance().longest(), EventWatch::Instance().what().c_str());
+  EventWatch::Instance().Print("Opening 512 Locations");
   EventWatch::Instance().Forget();
   QTest::keyClick(window.get(), Qt::Key_N, Qt::ControlModifier);
   EXPECT_EQ(Get("screen").findChildren<QWidget*>().size(), 0);
-  std::printf("Unloading them: longest event %.1f ms\n", EventWatch::Instance().longest());
+  EventWatch::Instance().Print("Unloading them");
 }
 
 TEST_F(ScreenLimits, PlacesBeyondAnyDisplayAreHeldWithinReach) {

@@ -285,6 +285,18 @@ TEST_F(Settings, TheSameNameTypedAgainIsLookedUpByEnter) {
   EXPECT_TRUE(settings->isVisible());
 }
 
+TEST_F(Settings, AMnemonicLeavesTheOpenListOfNamesToo) {
+  Define();
+  TypeName("ubPump");
+  const QWidget& list = *Names().completer()->popup();
+  ASSERT_TRUE(list.isVisible());
+  Get("txt_Alias").setFocus(Qt::ShortcutFocusReason);
+  EXPECT_FALSE(list.isVisible());
+  EXPECT_EQ(Chosen(), "ubPump F062 Unsigned Byte");
+  Strike(Qt::Key_X);
+  EXPECT_EQ(Names().currentText(), "ubPump");
+}
+
 TEST_F(Settings, ANameIsTakenWithItsCase) {
   map = MapOf({{"flow", "60"}, {"Flow", "61"}, {"FLOW", "62"}, {"end", "63"}});
   const std::pair<const char*, const char*> cases[] = {

@@ -11,6 +11,7 @@
 
 #include "ui/on_demand.h"
 #include "ui/paint_count.h"
+#include "ui/text_plate.h"
 
 namespace tarnlink {
 
@@ -137,6 +138,8 @@ void UiTest::FinishPainting() {
   const std::string text = panel.Text;
   for (const std::string& shown : {text + ".", text}) {
     PaintCount paints;
+    // One of a text of before may still be to come.
+    paints.Counts = [&] { return Get<TextPlate>(panel.name()).text().toStdString() == shown; };
     panel.Text = shown;
     ASSERT_TRUE(QTest::qWaitFor([&] { return paints.Of(panel.name()) > 0; }, 2000));
   }

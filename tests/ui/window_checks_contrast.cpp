@@ -27,6 +27,8 @@
 
 #include "ui/click_label.h"
 #include "ui/coloured_edit.h"
+#include "ui/label_panel.h"
+#include "ui/line_rows.h"
 #include "ui/screen_box.h"
 #include "ui/screen_label.h"
 #include "ui/text_plate.h"
@@ -163,6 +165,14 @@ void AddTexts(QWidget& part, std::vector<Text>& texts) {
   } else if (dynamic_cast<BitLamp*>(&part) != nullptr) {
     constexpr int kLamp = 20;
     texts.push_back({part.accessibleName(), Seen(part, part.rect().adjusted(kLamp, 0, 0, 0))});
+  } else if (const auto* panel = dynamic_cast<LabelPanel*>(&part)) {
+    for (const LabelPanel::Shown& shown : panel->ShownLabels()) {
+      // Of one letter or two in the small font, no pixel may lie under a stroke as a whole.
+      constexpr int kEnough = 3;
+      if (shown.text.size() >= kEnough) texts.push_back({shown.text, Seen(part, shown.place)});
+    }
+  } else if (dynamic_cast<RowName*>(&part) != nullptr) {
+    if (!part.hasFocus()) texts.push_back({part.accessibleName(), Seen(part, inside)});
   } else if (dynamic_cast<ClickLabel*>(&part) != nullptr) {
     texts.push_back({part.accessibleName(), Seen(part, inside)});
   }

@@ -15,6 +15,7 @@
 #include <QRadioButton>
 #include <QStyleOptionComboBox>
 #include <QTabBar>
+#include <QTableView>
 #include <QTest>
 #include <algorithm>
 #include <set>
@@ -86,6 +87,20 @@ QStringList CutSections(const QHeaderView& header) {
   return cut;
 }
 
+// A text that may be long, and has a tip that shows all of it, is let be.
+QStringList CutCells(const QTableView& table) {
+  QStringList cut;
+  for (int row = 0; row < table.model()->rowCount(); ++row) {
+    for (int column = 0; column < table.model()->columnCount(); ++column) {
+      const QModelIndex cell = table.model()->index(row, column);
+      const bool has_tip = !cell.data(Qt::ToolTipRole).toString().isEmpty();
+      const bool fits = table.sizeHintForIndex(cell).width() <= table.columnWidth(column);
+      if (!fits && !has_tip) cut << Quoted(table, cell.data().toString());
+    }
+  }
+  return cut;
+}
+
 QStringList CutTabs(const QTabBar& bar) {
   QStringList cut;
   for (int i = 0; i < bar.count(); ++i) {
@@ -100,6 +115,7 @@ QStringList CutTabs(const QTabBar& bar) {
 
 QStringList CutTexts(const QWidget& part) {
   if (const auto* header = qobject_cast<const QHeaderView*>(&part)) return CutSections(*header);
+  if (const auto* table = qobject_cast<const QTableView*>(&part)) return CutCells(*table);
   if (const auto* bar = qobject_cast<const QTabBar*>(&part)) return CutTabs(*bar);
   QString text;
   bool is_cut = false;

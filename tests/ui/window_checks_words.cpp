@@ -5,9 +5,11 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
+#include <QGroupBox>
 #include <QKeySequence>
 #include <QLabel>
 #include <QMenu>
+#include <QMenuBar>
 #include <QRegularExpression>
 #include <QTabWidget>
 #include <QToolButton>
@@ -68,6 +70,9 @@ std::vector<QString> CaptionsOf(const QWidget& window) {
     if (button != nullptr && qobject_cast<const QToolButton*>(button) == nullptr) {
       captions.push_back(button->text());
     }
+    if (const auto* bar = qobject_cast<const QMenuBar*>(widget)) {
+      for (const QAction* menu : bar->actions()) captions.push_back(menu->text());
+    }
     const auto* label = qobject_cast<const QLabel*>(widget);
     if (label != nullptr && label->buddy() != nullptr) captions.push_back(label->text());
     const auto* tabs = qobject_cast<const QTabWidget*>(widget);
@@ -80,6 +85,10 @@ void ExpectCaptions(const QWidget& window, const std::string& name) {
   Marks marks(name);
   std::vector<QString> without;
   constexpr int kRows = 3;  // the same caption again and again
+  // A frame needs none, but one that it has nobody else can have.
+  for (const auto* frame : window.findChildren<QGroupBox*>()) {
+    if (frame->window() == &window && frame->isVisible()) marks.Take(frame->title());
+  }
   const std::vector<QString> captions = CaptionsOf(window);
   for (const QString& caption : captions) {
     if (std::count(captions.begin(), captions.end(), caption) >= kRows) continue;

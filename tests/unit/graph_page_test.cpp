@@ -314,10 +314,10 @@ class GraphPageValues : public GraphPageTest {
 
 TEST_F(GraphPageValues, ARowIsNameColonValueAndUnitInTheLinesColour) {
   Row(0, "Flow", kWarm);
-  Line(0).LineColor = 0x7890A7;
+  Line(0).LineColor = 0x506070;
   EXPECT_EQ(Panel(),
-            "text 1134,900 7890A7 \"Flow\"\ntext 2226,900 7890A7 \":\"\n"
-            "text 2394,900 7890A7 \"55\"\ntext 2814,900 7890A7 \"\xC2\xB0"
+            "text 1134,900 506070 \"Flow\"\ntext 2226,900 506070 \":\"\n"
+            "text 2394,900 506070 \"55\"\ntext 2814,900 506070 \"\xC2\xB0"
             "C\"\n"
             "text 1134,10850 000000 \"05-Mar-24 14:00:00\"\n");
 }
@@ -369,7 +369,7 @@ TEST_F(GraphPageValues, ALaneShowsItsBit) {
   Row(101, "Hot water", 0);
   Sample(100, 0x0200, 0);
   const Log texts = Texts();
-  EXPECT_EQ(texts[2], "text 2394,5350 999900 \"0\"");
+  EXPECT_EQ(texts[2], "text 2394,5350 808000 \"0\"");
   EXPECT_EQ(texts[6], "text 2394,5518 000000 \"1\"");
   EXPECT_EQ(texts[7], "text 2814,5518 000000 \"\"");
 }
@@ -378,8 +378,8 @@ TEST_F(GraphPageValues, OnlyLinesWithACaptionHaveARow) {
   Show(0);
   Row(115, "last", 0);
   EXPECT_EQ(Panel(),
-            "text 1134,5350 00A600 \"last\"\ntext 2226,5350 00A600 \":\"\n"
-            "text 2394,5350 00A600 \"0\"\ntext 2814,5350 00A600 \"\"\n"
+            "text 1134,5350 008000 \"last\"\ntext 2226,5350 008000 \":\"\n"
+            "text 2394,5350 008000 \"0\"\ntext 2814,5350 008000 \"\"\n"
             "text 1134,10850 000000 \"05-Mar-24 14:00:00\"\n");
 }
 
@@ -392,8 +392,8 @@ TEST_F(GraphPageValues, WhatCouldNotBeReadOnPaperIsDarker) {
   SetCursor(-30);
   const std::string page = Joined(Draw());
   EXPECT_EQ(page.find("FFFFFF"), std::string::npos) << page;
-  EXPECT_NE(page.find(" 8C8C8C \"Sensor 1\""), std::string::npos) << page;
-  EXPECT_NE(page.find(" 8C8C8C \"7000 \""), std::string::npos) << page;
+  EXPECT_NE(page.find(" 737373 \"Sensor 1\""), std::string::npos) << page;
+  EXPECT_NE(page.find(" 737373 \"7000 \""), std::string::npos) << page;
   EXPECT_NE(page.find("pen D9D9D9 solid"), std::string::npos) << page;
 }
 
@@ -403,7 +403,7 @@ TEST_F(GraphPageValues, ABandBeginsBehindTheRowsOfTheOneBefore) {
   const std::string panel = Panel();
   // Sixteen rows of 168 from 5350 on.
   EXPECT_NE(panel.find("text 1134,7870"), std::string::npos) << panel;
-  EXPECT_NE(panel.find("text 1134,8038 999900 \"fan\""), std::string::npos) << panel;
+  EXPECT_NE(panel.find("text 1134,8038 808000 \"fan\""), std::string::npos) << panel;
 }
 
 TEST_F(GraphPageValues, LettersAreSmallerWhereNotAllRowsWouldFindRoom) {

@@ -11,7 +11,7 @@ constexpr Colour kYellow = 0x00FFFF;
 
 TEST(ReadableShade, LeavesWhatCanBeRead) {
   EXPECT_EQ(ReadableShade(kBlack, kWhite), kBlack);
-  EXPECT_EQ(ReadableShade(0x0000FF, kWhite), 0x0000FF);
+  EXPECT_EQ(ReadableShade(0xFF0000, kWhite), 0xFF0000) << "blue";
   EXPECT_EQ(ReadableShade(kYellow, kBlack), kYellow);
 }
 

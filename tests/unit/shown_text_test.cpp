@@ -21,6 +21,12 @@ TEST(ShownText, HasABlankForEachControlCharacter) {
   EXPECT_EQ(ShownText("a\xC2\x80\xC2\x9F°"), "a  °");
 }
 
+TEST(ShownText, OfACellKeepsToItsColumn) {
+  EXPECT_EQ(ShownText("a\tb"), "a\tb");
+  EXPECT_EQ(ShownCell("a\tb\n\t"), "a b  ");
+  EXPECT_EQ(ShownCell(std::string(1 << 20, 'x')), ShownText(std::string(1 << 20, 'x')));
+}
+
 TEST(ShownText, EndsBehindSoManyCharacters) {
   EXPECT_EQ(ShownText("Wärme", 5), "Wärme");
   EXPECT_EQ(ShownText("Wärmer", 5), "Wärme...");

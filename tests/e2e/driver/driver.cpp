@@ -6,6 +6,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QLineEdit>
@@ -110,6 +111,15 @@ QWindow* KeyboardWindow() {
   return window != nullptr && window->isVisible() ? window : nullptr;
 }
 
+// What a desktop makes of the menu key.
+void AskForMenu() {
+  QWidget* part = QApplication::focusWidget();
+  if (part == nullptr) return;
+  const QPoint place = part->rect().center();
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, place, part->mapToGlobal(place));
+  QApplication::sendEvent(part, &event);
+}
+
 // To the window that has the keyboard by then, or is about to get it.
 void SendKey(int key, Qt::KeyboardModifiers modifiers, const QString& text) {
   for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
@@ -121,6 +131,7 @@ void SendKey(int key, Qt::KeyboardModifiers modifiers, const QString& text) {
       const bool is_down = type == QEvent::KeyPress;
       if (is_down && qt_sendShortcutOverrideEvent(window, 0, key, modifiers, text)) return;
       qt_handleKeyEvent(window, type, key, modifiers, text);
+      if (is_down && key == Qt::Key_Menu) AskForMenu();
     });
   }
 }
