@@ -155,13 +155,16 @@ void MeasureFiles::Export(Task task) {
 void MeasureFiles::Write(Task task, std::unique_ptr<PieceSource> source, bool is_sheet) {
   Files& files = graph_.platform().files();
   std::string first;
+  bool is_written = false;
   try {
-    if (!is_sheet && WriteAtOnce(task, *source, first)) {
-      Complete(task);
-      return;
-    }
+    const Counted now(at_once_);
+    is_written = !is_sheet && WriteAtOnce(task, *source, first);
   } catch (const RunTimeError& error) {
     Fail(task, error);
+    return;
+  }
+  if (is_written) {
+    Complete(task);
     return;
   }
   auto writer = is_sheet ? files.WriteSheet(task.name) : files.WriteBig(task.name);
@@ -181,16 +184,28 @@ bool MeasureFiles::WriteAtOnce(const Task& task, PieceSource& source, std::strin
 }
 
 void MeasureFiles::Load(Task task) {
+  bool is_read = false;
+  std::optional<RunTimeError> failure;
   try {
-    if (ReadAtOnce(task)) {
-      Complete(task);
-      return;
-    }
+    const Counted now(at_once_);
+    is_read = ReadAtOnce(task);
   } catch (const RunTimeError& error) {
-    Fail(task, error);
-    return;
+    failure = error;
   }
-  // Once more, from the beginning: it was little.
+  if (std::exchange(is_load_dropped_, false)) {
+    reader_.reset();
+    DoNext();
+  } else if (failure) {
+    Fail(task, *failure);
+  } else if (is_read) {
+    Complete(task);
+  } else {
+    LoadLong(std::move(task));
+  }
+}
+
+// Once more, from the beginning: it was little.
+void MeasureFiles::LoadLong(Task task) {
   reader_ = std::make_unique<MeasureFileReader>(task.name, task.with_measurements);
   auto job = std::make_unique<ReadJob>(graph_.platform().files().ReadBig(task.name), *reader_);
   Begin(std::move(task), std::move(job));
@@ -258,7 +273,7 @@ MeasureFiles::Task MeasureFiles::EndJob() {
 }
 
 void MeasureFiles::Cancel() {
-  if (!IsBusy()) return;
+  if (job_ == nullptr) return;
   const Task task = EndJob();
   if (task.kind == Kind::kLoad) {
     RestoreLink();
@@ -277,7 +292,8 @@ void MeasureFiles::RestoreLink() {
 
 void MeasureFiles::StopLoads() {
   DropLoads();
-  if (!IsBusy() || task_->kind != Kind::kLoad) return;
+  if (at_once_ > 0 && reader_ != nullptr) is_load_dropped_ = true;
+  if (job_ == nullptr || task_->kind != Kind::kLoad) return;
   EndJob();
   reader_.reset();
   DoNext();
@@ -289,7 +305,7 @@ void MeasureFiles::DropLoads() {
 
 void MeasureFiles::AwaitEnd() {
   is_awaited_ = true;
-  if (!IsBusy()) return;
+  if (job_ == nullptr) return;
   progress.form.Visible = false;  // modal windows are so from the beginning
   progress.TakesFocus = true;
   progress.form.Visible = true;
@@ -304,7 +320,7 @@ void MeasureFiles::WhenIdle(std::function<void()> call) {
 void MeasureFiles::FinishNow() {
   StopLoads();
   DoNext();
-  while (IsBusy()) {
+  while (job_ != nullptr) {
     job_->Wait();
     Step();
   }

@@ -55,7 +55,7 @@ class MeasureFiles {
   bool TakeFailedWrite() { return std::exchange(has_failed_write_, false); }
 
   // A file is being read or written. What comes now waits for it.
-  bool IsBusy() const { return job_ != nullptr; }
+  bool IsBusy() const { return job_ != nullptr || at_once_ > 0; }
   // Stops what is under way, as the window's button does; what waits comes next. What was to be
   // written counts as failed, without a word.
   void Cancel();
@@ -97,6 +97,7 @@ class MeasureFiles {
   void Save(Task task, std::optional<std::int64_t> newer_than);
   void Write(Task task, std::unique_ptr<PieceSource> source, bool is_sheet);
   void Load(Task task);
+  void LoadLong(Task task);
   void Export(Task task);
   bool WaitsForAnother(Kind kind, std::function<void()> call);
 
@@ -125,6 +126,8 @@ class MeasureFiles {
   Link link_;
   std::optional<Task> task_;
   std::unique_ptr<FileJob> job_;
+  int at_once_ = 0;  // under way without a job: while the disk is waited for, timers go on
+  bool is_load_dropped_ = false;       // the one that is under way without a job
   std::unique_ptr<Timer> step_timer_;  // a new one each time: in its handler boxes may stand
   std::unique_ptr<Timer> show_timer_;
   std::deque<std::pair<Kind, std::function<void()>>> waiting_;

@@ -304,6 +304,80 @@ TEST_F(MeasureFilesTest, OneWaitsForTheOther) {
   EXPECT_TRUE(world.disk().Exists("/home/user/measured/lines.grp"));
 }
 
+// The disk may need its time for a short file too, and timers go on meanwhile.
+TEST_F(MeasureFilesTest, TheDayThatEndsWhileAFileIsOpenedIsSavedBehindIt) {
+  MeasureLong();
+  Save();
+  ASSERT_TRUE(WaitForEnd());
+  Done();
+  graph.Data.AutoSaveDir = "/home/user/measured/";
+  world.disk().WhileItWorks = [this] {
+    EXPECT_TRUE(files.IsBusy());
+    files.AutoSaveMeasurements();
+  };
+  const auto names = [this] { return world.disk().ListFolder("/home/user/measured").size(); };
+  const std::size_t before = names();
+  Load();
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Done(), "drawn then ");
+  EXPECT_EQ(Count(0), 40'000);
+  EXPECT_EQ(names(), before + 1);
+}
+
+TEST_F(MeasureFilesTest, AFileThatComesWhileLinesAreReadHasWhatTheyLeft) {
+  MeasureLong();
+  Save(false);
+  Export();
+  ASSERT_TRUE(WaitForEnd());
+  Done();
+  const std::string full = world.disk().Get(kTable);
+  world.disk().WhileItWorks = [&] {
+    files.ExportMeasureFile(kTable, [this] { done += "exported "; });
+    EXPECT_EQ(world.disk().Get(kTable), full);
+  };
+  Load(false);
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Done(), "drawn then exported ");
+  EXPECT_LT(world.disk().Get(kTable).size(), full.size()) << "the lines threw the samples away";
+}
+
+TEST_F(MeasureFilesTest, AFileThatComesWhileAShortOneIsWrittenWaitsForIt) {
+  Measure(10);
+  world.disk().WhileItWorks = [this] {
+    Export();
+    done += "inside ";
+  };
+  files.SaveMeasureFile("/home/user/measured/lines.grp", false, false,
+                        [this] { done += "lines "; });
+  ASSERT_TRUE(WaitForEnd());
+  EXPECT_EQ(Done(), "inside lines then ");
+  EXPECT_TRUE(world.disk().Exists("/home/user/measured/lines.grp"));
+  EXPECT_TRUE(world.disk().Exists(kTable));
+}
+
+TEST_F(MeasureFilesTest, NothingBecomesOfAShortLoadWhenTheGraphIsLeftMeanwhile) {
+  Measure(10);
+  Save();
+  Measure(20);
+  const int there = Count(0);
+  for (const bool is_missing : {false, true}) {
+    Done();
+    world.disk().WhileItWorks = [&] {
+      files.StopLoads();
+      files.Cancel();
+      if (is_missing) world.disk().BreakReading(kFile, 20);
+    };
+    Load();
+    EXPECT_FALSE(files.IsBusy());
+    EXPECT_EQ(Done(), "");
+    EXPECT_EQ(Count(0), there);
+  }
+  world.disk().BreakReading(kFile, OnDisk().size() - 3);
+  ExpectReadError();
+  Load();
+  EXPECT_EQ(Count(0), 10) << "the next one is read again";
+}
+
 TEST_F(MeasureFilesTest, AfterAStoppedOneTheNextComes) {
   MeasureLong();
   Save();

@@ -186,6 +186,7 @@ void FakeFiles::ReadPieces(const std::string& path,
                            const std::function<bool(std::string_view)>& take) {
   constexpr std::size_t kPiece = 7;
   const std::string bytes = ReadWhole(path);
+  Work();
   const auto broken = broken_.find(Absolute(path));
   const std::size_t end = broken == broken_.end() ? bytes.size() : broken->second;
   for (std::size_t i = 0; i < end; i += kPiece) {
@@ -215,8 +216,13 @@ std::size_t FakeFiles::Grow(std::string& file, std::string_view piece) {
   return taken;
 }
 
+void FakeFiles::Work() {
+  if (const auto call = std::exchange(WhileItWorks, {})) call();
+}
+
 void FakeFiles::WriteWhole(const std::string& path, std::string_view bytes) {
   CheckTarget(path);
+  Work();
   std::string fresh;
   const std::size_t free_before = free_;
   if (Grow(fresh, bytes) < bytes.size()) {

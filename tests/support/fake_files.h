@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <limits>
 #include <map>
 #include <memory>
@@ -55,6 +56,9 @@ class FakeFiles final : public Files {
   void Allow(const std::string& path) { forbidden_.erase(Absolute(path)); }
   // Reading the file in pieces fails behind this many bytes.
   void BreakReading(const std::string& path, std::size_t bytes) { broken_[Absolute(path)] = bytes; }
+  // Called once, when a file is next read in pieces or written whole: the real disk lets timers and
+  // ports go on meanwhile.
+  std::function<void()> WhileItWorks;
   // Bytes that the disk still takes.
   void SetFreeSpace(std::size_t bytes) { free_ = bytes; }
 
@@ -69,6 +73,7 @@ class FakeFiles final : public Files {
   static std::string Absolute(const std::string& path);
   void CheckTarget(const std::string& path) const;
   std::size_t Grow(std::string& file, std::string_view piece);
+  void Work();
 
   std::map<std::string, std::string> files_;
   std::map<std::string, std::size_t> broken_;

@@ -140,6 +140,27 @@ bool EndsShown(const std::string& what, Listener& listener) {
   return listener.HasEnded();
 }
 
+// Whatever ends the waiting before the work has ended, the thread is left behind.
+class OwnThread {
+ public:
+  OwnThread(std::thread thread, std::shared_ptr<Shared> shared, LeftThreads& left)
+      : thread_(std::move(thread)), shared_(std::move(shared)), left_(left) {}
+  ~OwnThread() {
+    if (!thread_.joinable()) return;
+    shared_->is_given_up = true;
+    left_.Add(std::move(thread_), shared_->may_join);
+  }
+  OwnThread(const OwnThread&) = delete;
+  OwnThread& operator=(const OwnThread&) = delete;
+
+  void Join() { thread_.join(); }
+
+ private:
+  std::thread thread_;
+  std::shared_ptr<Shared> shared_;
+  LeftThreads& left_;
+};
+
 }  // namespace
 
 void RunBesideLoop(const std::string& what, const std::string& given_up,
@@ -157,10 +178,11 @@ void RunBesideLoop(const std::string& what, const std::string& given_up,
         },
         Qt::QueuedConnection);
   };
-  std::thread thread([shared, work, tell] {
-    Work(work, *shared, tell);
-    *shared->may_join = true;
-  });
+  OwnThread own(std::thread([shared, work, tell] {
+                  Work(work, *shared, tell);
+                  *shared->may_join = true;
+                }),
+                shared, left);
   bool has_ended = EndsUnseen([&](milliseconds bound) {
     std::unique_lock lock(shared->mutex);
     return shared->ended.wait_for(lock, bound, [&] { return shared->has_ended; });
@@ -169,12 +191,8 @@ void RunBesideLoop(const std::string& what, const std::string& given_up,
     Listener listener(*shared);
     has_ended = EndsUnshown(listener) || EndsShown(what, listener);
   }
-  if (!has_ended) {
-    shared->is_given_up = true;
-    left.Add(std::move(thread), shared->may_join);
-    throw RunTimeError(kDeviceIo, given_up);
-  }
-  thread.join();
+  if (!has_ended) throw RunTimeError(kDeviceIo, given_up);
+  own.Join();
   if (shared->failure) std::rethrow_exception(shared->failure);
 }
 
