@@ -7,6 +7,7 @@
 
 #include "common/paths.h"
 #include "common/text.h"
+#include "platform/path_resolver.h"
 
 namespace tarnlink {
 
@@ -83,7 +84,7 @@ void FileCommands::mnuExport() {
                                         .folder = project_.mss_folder,
                                         .extension = "txt"});
   if (!name) return;
-  if (graph_.platform().files().Exists(*name)) {
+  if (MayHaveFile(graph_.platform().files(), *name)) {
     // The title is that of another command; users know it so.
     const Answer answer = dialogs().MessageBox({.text = "File exists, overwrite",
                                                 .title = "Save properties",
@@ -143,7 +144,7 @@ void FileCommands::StartAutoSave() {
   const auto folder = dialogs().PickFolder("Select directory for auto save", project_.mss_folder);
   if (!folder) return;
   graph_.Data.AutoSaveDir = JoinPath(*folder, "");
-  menu_.mnuAutoSave.Checked = graph_.platform().files().IsFolder(*folder);
+  menu_.mnuAutoSave.Checked = HasFolder(graph_.platform().files(), *folder);
   graph_.Data.AutoSaveDay = std::floor(graph_.Now());
   graph_.AutoSaveTimer->SetInterval(kAutoSaveTick);
   graph_.AutoSaveTimer->SetEnabled(true);

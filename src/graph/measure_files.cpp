@@ -111,15 +111,22 @@ void MeasureFiles::SaveDay(bool is_retry) {
   Graphic& data = graph_.Data;
   const std::int64_t newer_than =
       std::min(ToSeconds(data.AutoSaveDay), std::exchange(lost_since_, kNever));
-  const std::string name = auto_save_.GetNewFileName(data.AutoSaveDir, FromSeconds(newer_than));
+  const Date day = FromSeconds(newer_than);
   if (!is_retry) data.AutoSaveDay = std::floor(graph_.Now());
-  Save({.kind = Kind::kSave,
-        .name = name,
-        .with_measurements = true,
-        .is_asked_for = false,
-        .newer_than = newer_than,
-        .is_told = !is_retry},
-       newer_than);
+  Task task{.kind = Kind::kSave,
+            .name = data.AutoSaveDir,
+            .with_measurements = true,
+            .is_asked_for = false,
+            .newer_than = newer_than,
+            .is_told = !is_retry};
+  try {
+    const Counted now(at_once_);
+    task.name = auto_save_.GetNewFileName(data.AutoSaveDir, day);
+  } catch (const RunTimeError& error) {
+    Fail(task, error);
+    return;
+  }
+  Save(std::move(task), newer_than);
 }
 
 void MeasureFiles::ExportMeasureFile(const std::string& FileName, Then then) {

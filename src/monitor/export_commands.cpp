@@ -55,7 +55,7 @@ void ExportCommands::mnuPrintToFile() {
        .extension = "doc",
        .confirm_overwrite = false});
   if (!path || path->empty()) return;
-  if (main_.platform().files().Exists(*path) && !MayOverwrite()) return;
+  if (MayHaveFile(main_.platform().files(), *path) && !MayOverwrite()) return;
   ExportScreen(*path);
 }
 

@@ -38,7 +38,7 @@ void IdNames::LoadErrorTexts() {
   error_notice_.clear();
   error_texts_ = {};
   const bool is_wanted = main_.trvProject.FirstChild("erc").has_value();
-  if (is_wanted || main_.platform().files().Exists(path)) {
+  if (is_wanted || HasFile(main_.platform().files(), path)) {
     const auto text = Text(path, error_notice_);
     if (text) {
       ErrorFile file = ReadErrorFile(*text);

@@ -149,7 +149,7 @@ void MemoryMap::ShowNotice(const std::string& path, const std::string& hint) {
 // Of a map that the project names; the options may name one that is not there.
 void MemoryMap::ShowUnknown(const std::string& path) {
   if (path.empty() || path != FileOfGroup(main_, "lst", "")) return;
-  const bool is_there = main_.platform().files().Exists(path);
+  const bool is_there = HasFile(main_.platform().files(), path);
   frm_Main::ShowNotice(main_.lbl_MapNotice,
                        StripFileFromPath(path) + ": " +
                            (is_there ? "no memory map of a known kind" : "there is no such file") +

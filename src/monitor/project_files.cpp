@@ -138,7 +138,7 @@ void ProjectFiles::OpenNode(const std::string& key) {
   const ProjectNode* node = main_.trvProject.Find(key);
   if (node == nullptr || node->parent.empty() || node->parent == ProjectTree::kRoot) return;
   const std::string path = FoundFile(main_, key);
-  if (!main_.platform().files().Exists(path)) {
+  if (!MayHaveFile(main_.platform().files(), path)) {
     main_.platform().dialogs().MessageBox({.text = "The file : " + key + " does not exist",
                                            .title = "File Error",
                                            .icon = Icon::kCritical});

@@ -12,10 +12,10 @@ std::string FoundFile(const frm_Main& main, const std::string& key) {
   const std::string path = UsableFile(key, files);
   const std::string name = StripFileFromPath(key);
   // One that is gone from a folder that is there is missing: another of its name is not it.
-  const bool may_be_beside = !files.IsFolder(FolderOfPath(path));
+  const bool may_be_beside = !HasFolder(files, FolderOfPath(path));
   if (main.CurrentProjectFile.empty() || !may_be_beside) return path;
   const std::string beside = JoinPath(FolderOfPath(main.CurrentProjectFile), name);
-  return files.Exists(beside) ? beside : path;
+  return HasFile(files, beside) ? beside : path;
 }
 
 std::string FileOfGroup(const frm_Main& main, const std::string& group,

@@ -155,7 +155,7 @@ void SpreadsheetLink::BindFailures() {
 void SpreadsheetLink::StartProgram() {
   Platform& platform = main_.platform();
   const std::string program = UsableFile(options_.txt_PathToExcel.Text, platform.files());
-  if (!platform.files().Exists(program)) return;
+  if (!HasFile(platform.files(), program)) return;
   if (platform.shell().StartProgram(program, workbook_->path())) return;
   throw RunTimeError(kFileNotFound, "\"" + program + "\" could not be started.");
 }
@@ -163,7 +163,7 @@ void SpreadsheetLink::StartProgram() {
 std::string SpreadsheetLink::Folder() const {
   const Files& files = main_.platform().files();
   const std::string folder = UsableFolder(options_.txt_LogPath.Text, files);
-  return files.IsFolder(folder) ? folder : files.DocumentsFolder();
+  return HasFolder(files, folder) ? folder : files.DocumentsFolder();
 }
 
 // Screen and date: how the path of each workbook of the present screen begins.

@@ -13,14 +13,16 @@
 namespace tarnlink {
 
 // A file that grows row by row, such as a log. Each piece is on its way to the disk when `Append`
-// returns; nothing is buffered here.
+// returns; nothing is buffered here, but for what a disk that takes its time is behind.
 class RowWriter {
  public:
+  // What the disk is behind it still gets.
   virtual ~RowWriter() = default;
 
   // Appends one piece of a row. When the disk takes less than all of it, the file is as it was
   // before this piece and RunTimeError 61 or 57 is thrown; 53 is thrown when the file has been
-  // deleted.
+  // deleted. While the disk is behind, that is thrown for a piece before this one; neither then
+  // goes into the file.
   virtual void Append(std::string_view piece) = 0;
 };
 
@@ -53,7 +55,8 @@ class Files {
   // number, but for those of the first line. RunTimeError 9: the sheet has no room for more.
   virtual std::unique_ptr<BigWriter> WriteSheet(const std::string& path) = 0;
 
-  // True for a file of any kind; a folder is none.
+  // True for a file of any kind; a folder is none. These three throw 57 when the user has stopped
+  // waiting for the disk.
   virtual bool Exists(const std::string& path) const = 0;
   virtual bool IsFolder(const std::string& path) const = 0;
   // The names of the plain files in a folder, sorted; empty when there is no such folder.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/paths.h"
+#include "common/run_time_error.h"
 
 namespace tarnlink {
 
@@ -27,8 +28,32 @@ std::string FolderOf(const std::string& file, const Files& files) {
 std::string UsableFile(const std::string& file, const Files& files) {
   const std::string name = RelativeToProgram(file);
   if (name.empty()) return file;
-  if (files.Exists(name)) return name;
+  if (HasFile(files, name)) return name;
   return JoinPath(files.DataFolder(), name);
+}
+
+bool HasFile(const Files& files, const std::string& path) {
+  try {
+    return files.Exists(path);
+  } catch (const RunTimeError&) {
+    return false;
+  }
+}
+
+bool HasFolder(const Files& files, const std::string& path) {
+  try {
+    return files.IsFolder(path);
+  } catch (const RunTimeError&) {
+    return false;
+  }
+}
+
+bool MayHaveFile(const Files& files, const std::string& path) {
+  try {
+    return files.Exists(path);
+  } catch (const RunTimeError&) {
+    return true;
+  }
 }
 
 }  // namespace tarnlink

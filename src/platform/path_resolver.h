@@ -18,4 +18,12 @@ std::string FolderOf(const std::string& file, const Files& files);
 // none, the one that was shipped with the program; otherwise the file itself.
 std::string UsableFile(const std::string& file, const Files& files);
 
+// Whether a file, or a folder, is there. Of a disk that is waited for no longer nothing is: what is
+// read or written behind that tells what is wrong.
+bool HasFile(const Files& files, const std::string& path);
+bool HasFolder(const Files& files, const std::string& path);
+
+// Whether a file may be there: it is, or the disk is waited for no longer.
+bool MayHaveFile(const Files& files, const std::string& path);
+
 }  // namespace tarnlink

@@ -15,7 +15,7 @@ constexpr const char* kNoFolder = "C:\\";  // in place of one that is not there
 std::string SnifferLog::AskPath(const std::string& folder) {
   const Files& files = platform_.files();
   std::string usable = UsableFolder(folder, files);
-  if (!files.IsFolder(usable)) usable = UsableFolder(kNoFolder, files);
+  if (!HasFolder(files, usable)) usable = UsableFolder(kNoFolder, files);
   return platform_.dialogs()
       .SaveFile({.title = "Save log file as",
                  .filter = "Log File (*.log)|*.log",

@@ -21,14 +21,16 @@ std::string Word(int number, const std::string& alias) {
 }  // namespace
 
 LogProgram::LogProgram(const std::vector<std::string>& names,
-                       const std::function<void(const std::string& logs)>& prepare) {
+                       const std::function<void(const std::string& logs)>& prepare,
+                       const Starter& starter) {
   // A folder without a file would not be proposed.
   folder_.Write("logs/older.txt", "");
   if (prepare) prepare(folder_.Path("logs"));
   std::string screen = "16744576\r\n";
   for (int i = 0; i < kColumns; ++i) screen += Word(i, names[static_cast<std::size_t>(i)]);
-  program_ =
-      std::make_unique<DrivenProgram>(folder_, Settings(), folder_.Write("boiler.wcr", screen));
+  program_ = std::make_unique<DrivenProgram>(
+      folder_, Settings(), std::vector<std::string>{folder_.Write("boiler.wcr", screen)},
+      starter ? starter(LogPath()) : std::vector<std::string>{});
 }
 
 std::string LogProgram::Settings() const {

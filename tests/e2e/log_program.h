@@ -16,9 +16,13 @@ class LogProgram {
  public:
   static constexpr int kColumns = 3;
 
-  // The names of its three Locations. `logs` is made ready before the program looks at it.
+  using Starter = std::function<std::vector<std::string>(const std::string& log)>;
+
+  // The names of its three Locations. `logs` is made ready before the program looks at it;
+  // `starter` gives the command that starts it, if it is not simply started.
   explicit LogProgram(const std::vector<std::string>& names,
-                      const std::function<void(const std::string& logs)>& prepare = nullptr);
+                      const std::function<void(const std::string& logs)>& prepare = nullptr,
+                      const Starter& starter = nullptr);
 
   // Starts the run with the log that the dialog proposes.
   void StartLog();

@@ -7,15 +7,25 @@
 #include <filesystem>
 
 #include "job_folder.h"
+#include "log_program.h"
 
 namespace e2e {
 namespace {
 
-// The entry of `folder` is on the disk only after so long.
-std::vector<std::string> WithSlowFolder(const std::string& folder) {
-  return {"strace", "-D",   "-f", "-qq",         "-o", "/dev/null",
-          "-P",     folder, "-e", "trace=fsync", "-e", "inject=fsync:delay_enter=1500000"};
+// Each `call` that has to do with `path` takes so long.
+std::vector<std::string> WithSlow(const std::string& call, const std::string& path,
+                                  int milliseconds) {
+  return {"strace", "-D",
+          "-f",     "-qq",
+          "-o",     "/dev/null",
+          "-P",     path,
+          "-e",     "trace=" + call,
+          "-e",     "inject=" + call + ":delay_enter=" + std::to_string(milliseconds) + "000"};
 }
+
+bool MayTrace() { return std::system("strace -qq -o /dev/null true") == 0; }
+
+constexpr const char* kNoTracing = "Processes may not be traced here.";
 
 ino_t NodeOf(const std::string& path) {
   struct stat status {};
@@ -25,12 +35,10 @@ ino_t NodeOf(const std::string& path) {
 class SlowDiskTest : public testing::Test {
  protected:
   void SetUp() override {
-    if (std::system("strace -qq -o /dev/null true") != 0) {
-      GTEST_SKIP() << "Processes may not be traced here.";
-    }
+    if (!MayTrace()) GTEST_SKIP() << kNoTracing;
     program = std::make_unique<DrivenProgram>(
         folder, TarnLinkSettings(""), std::vector<std::string>{folder.Path("screens/boiler.wcr")},
-        WithSlowFolder(folder.Path("screens")));
+        WithSlow("fsync", folder.Path("screens"), 1500));  // its entry is on the disk so late
     ExpectScreen(*program, "boiler.wcr");
     node = NodeOf(folder.Path("screens/boiler.wcr"));
   }
@@ -62,6 +70,38 @@ TEST_F(SlowDiskTest, TheUserNeedNotWait) {
   program->Click("OK");
   EXPECT_TRUE(program->Becomes("modal", "none"));
   EXPECT_EQ(folder.Read("screens/boiler.wcr"), folder.Read("boiler.wcr"));
+}
+
+TEST(SlowDisk, AFileOfTheProjectIsLookedForBesideTheWindow) {
+  if (!MayTrace()) GTEST_SKIP() << kNoTracing;
+  const JobFolder folder;
+  const std::string gone = folder.Path("gone.wcr");
+  const std::string project =
+      folder.Write("slow.prj", "\"p\"\r\n\"wcr\"\r\n\"" + gone +
+                                   "\"\r\n\"par\"\r\n\"grp\"\r\n\"erc\"\r\n\"ids\"\r\n\"lst\"\r\n");
+  // With a screen, since an empty one is looked at for a port each second, which being traced makes
+  // slow.
+  DrivenProgram program(folder, TarnLinkSettings(""), {project, folder.Path("boiler.wcr")},
+                        WithSlow("newfstatat", gone, 1500));
+  ExpectScreen(program, "boiler.wcr");
+  OpenFromTree(program, "gone.wcr");
+  ASSERT_TRUE(program.Becomes("modal", "TarnLink|Waiting"));
+  EXPECT_TRUE(program.Becomes("modal", "File Error|The file : " + gone + " does not exist"));
+}
+
+TEST(SlowDisk, ALogIsWrittenBesideTheRunAndWhole) {
+  if (!MayTrace()) GTEST_SKIP() << kNoTracing;
+  constexpr int kAnswers = 6;
+  LogProgram logging({"a", "b", "c"}, nullptr,
+                     [](const std::string& log) { return WithSlow("write", log, 150); });
+  ASSERT_NO_FATAL_FAILURE(logging.StartLog());
+  ASSERT_NO_FATAL_FAILURE(logging.Answer(kAnswers));
+  logging.program().Press("Toolbar1(3)");
+  ASSERT_TRUE(logging.program().Becomes("text StatusBar1(4)", "Communication Stopped"));
+  EXPECT_NE(FaultOfLog(logging.Log(), kAnswers), "") << "The disk was not slow.";
+  logging.program().Press("M_exit");
+  EXPECT_EQ(logging.program().process().WaitForEnd(5000), 0);
+  EXPECT_EQ(FaultOfLog(logging.Log(), kAnswers), "");
 }
 
 // Qt would wait for the disk twice, with the window, to keep how its dialog was left.

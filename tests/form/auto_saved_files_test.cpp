@@ -460,5 +460,22 @@ TEST_F(AutoSavedFilesTest, ADayThatFailedBeforeDoesNotKeepTheGraph) {
   EXPECT_EQ(unloaded, 1);
 }
 
+TEST_F(AutoSavedFilesTest, ADayWhoseNameTheDiskDoesNotTellIsToldAndTriedAgain) {
+  Tick();
+  world.clock().Set({2024, 3, 6, 0, 5, 30});
+  world.faults().Break("Files.Exists", RunTimeError(kDeviceIo, "The disk does not answer."));
+  world.dialogs().ExpectMessageBox({.text = "Error saving file",
+                                    .title = "Saving file",
+                                    .icon = Icon::kCritical,
+                                    .detail = "The disk does not answer."});
+  world.Advance(1min + 1ms);
+  EXPECT_EQ(world.dialogs().shown().size(), 1U);
+  EXPECT_EQ(Names(), "");
+  EXPECT_EQ(ToSeconds(graph.Data.AutoSaveDay), ToSeconds(ToDate({2024, 3, 6})));
+  world.Advance(10min);
+  EXPECT_EQ(Names(), "05Mar24-00.mss ");
+  EXPECT_EQ(Saved("05Mar24-00.mss").Channels[0].Count(), 1);
+}
+
 }  // namespace
 }  // namespace tarnlink

@@ -349,5 +349,14 @@ TEST_F(ExportingDuringARun, WritesTheValuesOfTheMomentOfWritingAndTheRunGoesOn) 
   EXPECT_EQ(Value(1), "B1");
 }
 
+// Nobody's document is replaced because the disk kept silent.
+TEST_F(ExportingAScreen, OnADiskThatDoesNotAnswerAFileCountsAsThere) {
+  world.faults().Break("Files.Exists", RunTimeError(kDeviceIo, "The disk does not answer."));
+  ExpectName();
+  ExpectOverwriteQuestion().Press(Answer::kNo);
+  Press();
+  EXPECT_EQ(Writes(), 0);
+}
+
 }  // namespace
 }  // namespace tarnlink

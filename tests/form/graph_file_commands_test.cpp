@@ -177,6 +177,13 @@ TEST_F(GraphFileCommands, ExportReplacesAnOldFileOnlyAfterOk) {
   }
 }
 
+TEST_F(GraphFileCommands, OnADiskThatDoesNotAnswerAnOldFileCountsAsThere) {
+  world.disk().Put(kTable, "old");
+  world.faults().Break("Files.Exists", RunTimeError(kDeviceIo, "The disk does not answer."));
+  ExportAs(kTable, [&] { ExpectOverwrite().Press(Answer::kCancel); });
+  EXPECT_EQ(world.disk().Get(kTable), "old");
+}
+
 TEST_F(GraphFileCommands, ExportWritesAWorkbookWhenThatExtensionIsChosen) {
   world.locale().SetDecimalSeparator(",");
   Line(0).Factor = 0.5F;

@@ -237,5 +237,19 @@ TEST_F(LogStart, EveryStartAsksAgainAndOpensAnew) {
   Start();
 }
 
+TEST_F(LogStart, AFolderThatDoesNotAnswerEndsTheStart) {
+  Screen({Logged(ByteAt("0001"))});
+  world.faults().Break("Files.ListFolder", RunTimeError(kDeviceIo, "The disk does not answer."));
+  world.dialogs().ExpectMessageBox(
+      {.text = "Internal System Error # 57 occured, please contact distributor. Communication is "
+               "stopped",
+       .title = "Internal System Error",
+       .icon = Icon::kCritical,
+       .detail = "The disk does not answer."});
+  Start();
+  EXPECT_FALSE(monitor.main.CommRunning);
+  EXPECT_FALSE(monitor.main.filelogging);
+}
+
 }  // namespace
 }  // namespace tarnlink

@@ -122,6 +122,18 @@ TEST_F(ProjectFilesTest, AFileThatIsGoneIsTold) {
   DoubleClick("C:\\jobs\\gone.wcr");
 }
 
+TEST_F(ProjectFilesTest, AFileOnADiskThatDoesNotAnswerIsNotToldAsGone) {
+  AddFile("wcr", "/jobs/a.wcr");
+  world.disk().Put("/jobs/a.wcr", "255\r\n");
+  for (const char* question : {"Files.Exists", "Files.IsFolder"}) {
+    world.faults().Break(question, RunTimeError(kDeviceIo, "The disk does not answer."));
+    DoubleClick("/jobs/a.wcr");
+    EXPECT_TRUE(world.faults().Spent());
+    EXPECT_EQ(main().CurrentTarnLinkFile, "/jobs/a.wcr");
+    main().CurrentTarnLinkFile = "";
+  }
+}
+
 TEST_F(ProjectFilesTest, AScreenIsOpened) {
   AddFile("wcr", "/jobs/A.WCR");
   world.disk().Put("/jobs/A.WCR", "255\r\n");

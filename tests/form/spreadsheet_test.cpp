@@ -384,6 +384,15 @@ TEST_F(Spreadsheet, AWorkbookOfAnEarlierRunIsNotToldAgain) {
       << "It is saved as soon as it can be.";
 }
 
+TEST_F(Spreadsheet, AFolderThatDoesNotAnswerEndsTheStart) {
+  Screen({Linked(ByteAt("0001"), "1")});
+  world.faults().Break("Files.Exists", RunTimeError(kDeviceIo, "The disk does not answer."));
+  ExpectStartRefused();
+  Start();
+  EXPECT_EQ(State(), "Stopped, port closed, no timers");
+  EXPECT_TRUE(Books().empty());
+}
+
 TEST_F(Spreadsheet, AStickThatIsPulledIsToldByNameAndReason) {
   Screen({Linked(ByteAt("0001", kDecimal), "1")});
   SlaveHolds({{"0001", "01"}});

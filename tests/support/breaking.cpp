@@ -93,6 +93,21 @@ std::unique_ptr<BigWriter> BreakingFiles::WriteSheet(const std::string& path) {
   return std::make_unique<BreakingWriter>(files_.WriteSheet(path), faults_);
 }
 
+bool BreakingFiles::Exists(const std::string& path) const {
+  faults_.Pass("Files.Exists");
+  return files_.Exists(path);
+}
+
+bool BreakingFiles::IsFolder(const std::string& path) const {
+  faults_.Pass("Files.IsFolder");
+  return files_.IsFolder(path);
+}
+
+std::vector<std::string> BreakingFiles::ListFolder(const std::string& folder) const {
+  faults_.Pass("Files.ListFolder");
+  return files_.ListFolder(folder);
+}
+
 void BreakingPort::SetSettings(const std::string& settings) {
   faults_.Pass("Port.Settings");
   port_.SetSettings(settings);

@@ -15,7 +15,8 @@
 namespace tarnlink {
 
 // Calls: "Files.ReadWhole", "Files.ReadPieces", "Files.WriteWhole", "Files.OpenRows",
-// "Rows.Append", "BigReader.Next", "BigWriter.HasRoom", "BigWriter.IsFinished".
+// "Files.Exists", "Files.IsFolder", "Files.ListFolder", "Rows.Append", "BigReader.Next",
+// "BigWriter.HasRoom", "BigWriter.IsFinished".
 class BreakingFiles final : public Files {
  public:
   BreakingFiles(Files& files, FaultPlan& faults) : files_(files), faults_(faults) {}
@@ -28,11 +29,9 @@ class BreakingFiles final : public Files {
   std::unique_ptr<BigReader> ReadBig(const std::string& path) override;
   std::unique_ptr<BigWriter> WriteBig(const std::string& path) override;
   std::unique_ptr<BigWriter> WriteSheet(const std::string& path) override;
-  bool Exists(const std::string& path) const override { return files_.Exists(path); }
-  bool IsFolder(const std::string& path) const override { return files_.IsFolder(path); }
-  std::vector<std::string> ListFolder(const std::string& folder) const override {
-    return files_.ListFolder(folder);
-  }
+  bool Exists(const std::string& path) const override;
+  bool IsFolder(const std::string& path) const override;
+  std::vector<std::string> ListFolder(const std::string& folder) const override;
   std::string DocumentsFolder() const override { return files_.DocumentsFolder(); }
   std::string DataFolder() const override { return files_.DataFolder(); }
 

@@ -12,6 +12,7 @@
 
 #include "common/paths.h"
 #include "platform/qt/background_reader.h"
+#include "platform/qt/background_rows.h"
 #include "platform/qt/background_writer.h"
 #include "platform/qt/file_errors.h"
 #include "platform/qt/file_for_reading.h"
@@ -56,6 +57,20 @@ std::string ShippedFolder() {
   return std::filesystem::weakly_canonical(installed, none).string();
 }
 
+// The names of the plain files, sorted.
+std::vector<std::string> FilesIn(const std::string& folder) {
+  std::vector<std::string> names;
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder, error);
+  for (const std::filesystem::directory_iterator end; !error && entry != end;
+       entry.increment(error)) {
+    std::error_code unreadable;
+    if (entry->is_regular_file(unreadable)) names.push_back(entry->path().filename().string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
 }  // namespace
 
 QtFiles::QtFiles(std::string data_folder)
@@ -95,13 +110,17 @@ void QtFiles::WriteWhole(const std::string& path, std::string_view bytes) {
 }
 
 void QtFiles::WaitFor(const std::string& path, FileAction action,
-                      const std::function<void(const IsGivenUp&)>& work) {
+                      const std::function<void(const IsGivenUp&)>& work) const {
   const std::string what = "Waiting for the disk with \"" + StripFileFromPath(path) + "\"...";
   RunBesideLoop(what, NoAnswerFrom(path, action), work, left_threads_);
 }
 
 std::unique_ptr<RowWriter> QtFiles::OpenRows(const std::string& path, bool keep) {
-  return std::make_unique<RowFile>(path, keep);
+  if (!HasLoop()) return std::make_unique<RowFile>(path, keep);
+  const auto file = std::make_shared<std::unique_ptr<RowFile>>();
+  WaitFor(path, FileAction::kWrite,
+          [path, keep, file](const IsGivenUp&) { *file = std::make_unique<RowFile>(path, keep); });
+  return std::make_unique<BackgroundRows>(path, std::move(*file), left_threads_);
 }
 
 std::unique_ptr<BigReader> QtFiles::ReadBig(const std::string& path) {
@@ -118,27 +137,27 @@ std::unique_ptr<BigWriter> QtFiles::WriteSheet(const std::string& path) {
   return std::make_unique<BackgroundWriter>(path, make, left_threads_);
 }
 
-bool QtFiles::Exists(const std::string& path) const {
-  struct stat status {};
-  return stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+mode_t QtFiles::KindOf(const std::string& path) const {
+  const auto kind = std::make_shared<mode_t>(0);
+  WaitFor(path, FileAction::kRead, [path, kind](const IsGivenUp&) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) == 0) *kind = status.st_mode;
+  });
+  return *kind;
 }
 
-bool QtFiles::IsFolder(const std::string& path) const {
-  struct stat status {};
-  return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+bool QtFiles::Exists(const std::string& path) const {
+  const mode_t kind = KindOf(path);
+  return kind != 0 && !S_ISDIR(kind);
 }
+
+bool QtFiles::IsFolder(const std::string& path) const { return S_ISDIR(KindOf(path)); }
 
 std::vector<std::string> QtFiles::ListFolder(const std::string& folder) const {
-  std::vector<std::string> names;
-  std::error_code error;
-  std::filesystem::directory_iterator entry(folder, error);
-  for (const std::filesystem::directory_iterator end; !error && entry != end;
-       entry.increment(error)) {
-    std::error_code unreadable;
-    if (entry->is_regular_file(unreadable)) names.push_back(entry->path().filename().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
+  const auto names = std::make_shared<std::vector<std::string>>();
+  WaitFor(folder, FileAction::kRead,
+          [folder, names](const IsGivenUp&) { *names = FilesIn(folder); });
+  return std::move(*names);
 }
 
 std::string QtFiles::DocumentsFolder() const {

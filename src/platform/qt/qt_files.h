@@ -1,6 +1,8 @@
-// The disk. Whole files are read and written beside the event loop, which goes on if that takes
-// longer than a moment.
+// The disk. Whole files are read and written, and questions about it are asked, beside the event
+// loop, which goes on if that takes longer than a moment.
 #pragma once
+
+#include <sys/types.h>
 
 #include <memory>
 #include <string>
@@ -35,10 +37,12 @@ class QtFiles final : public Files {
 
  private:
   void WaitFor(const std::string& path, FileAction action,
-               const std::function<void(const IsGivenUp&)>& work);
+               const std::function<void(const IsGivenUp&)>& work) const;
+  // As stat(2) gives it; 0 for what is not there.
+  mode_t KindOf(const std::string& path) const;
 
   std::string data_folder_;
-  LeftThreads left_threads_;
+  mutable LeftThreads left_threads_;  // of questions too
 };
 
 }  // namespace tarnlink

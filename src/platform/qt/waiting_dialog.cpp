@@ -163,11 +163,13 @@ class OwnThread {
 
 }  // namespace
 
+bool HasLoop() {
+  return qobject_cast<QApplication*>(qApp) != nullptr && QThread::currentThread() == qApp->thread();
+}
+
 void RunBesideLoop(const std::string& what, const std::string& given_up,
                    const std::function<void(const IsGivenUp&)>& work, LeftThreads& left) {
-  if (qobject_cast<QApplication*>(qApp) == nullptr || QThread::currentThread() != qApp->thread()) {
-    return work([] { return false; });
-  }
+  if (!HasLoop()) return work([] { return false; });
   const auto shared = std::make_shared<Shared>();
   const auto tell = [](QObject* listener) {
     QMetaObject::invokeMethod(

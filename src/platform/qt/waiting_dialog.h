@@ -18,6 +18,9 @@ inline constexpr const char* kInputKeptBack = "inputKeptBack";
 // had better leave everything as it is.
 using IsGivenUp = std::function<bool()>;
 
+// Whether there is a window to wait with, and this is its thread.
+bool HasLoop();
+
 // Comes back when `work` has ended, with what it has thrown. Work that is short enough nobody
 // notices; from then on timers and port events are served, soon a small window tells `what` is
 // waited for, and its button ends the waiting: RunTimeError 57 with `given_up` for its reason. The
